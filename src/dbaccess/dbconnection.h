@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/ado/connection.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace controls {
+class ComboItems;
+class KeyedTexts;
+class Nodes;
+}  // namespace controls
+
+namespace tw {
+
+/// One server's connection settings, and every question that is put to its catalog.
+///
+/// It keeps no session for them: each routine opens its own connection on the stored connection string
+/// (with ";Database=" and a name behind it where it works in one database), reads forward only, fills the
+/// model it was given and lets the connection go.
+class DBConnection {
+  public:
+    void setServer(const QString& server) { m_server = server; }
+    QString getServer() const { return m_server; }
+    void setDatabase(const QString& database) { m_database = database; }
+    QString getDatabase() const { return m_database; }
+    void setTable(const QString& table) { m_table = table; }
+    QString getTable() const { return m_table; }
+    void setUser(const QString& user) { m_user = user; }
+    void setPassword(const QString& password) { m_password = password; }
+    void setConnectionString(const QString& text) { m_connectionString = text; }
+    QString getConnectionString() const { return m_connectionString; }
+    void setDSN(bool usesDataSource) { m_dsn = usesDataSource; }
+    bool getDSN() const { return m_dsn; }
+
+    /// The connection object handed out to others: made, not opened, by the first call, the same afterwards.
+    ado::Connection& getConnection();
+
+    /// The first character in upper case, the rest unchanged.
+    static QString Capitialize(const QString& text);
+    static bool InCollection(const controls::KeyedTexts& collection, const QString& key);
+    /// The text up to its first blank, in lower case: "int identity" gives "int".
+    static QString GetTypeBaseName(const QString& text);
+    static bool HasBlank(const QString& text);
+    /// The name to show for the server behind an opened connection. A server on the user's own machine is
+    /// its machine name with "(local)" behind it, however the string named it; a string without a server or
+    /// a workstation gives the stored server name.
+    QString GetServerName(const ado::Connection& connection) const;
+
+    /// Fills `combo` with the user databases; true when the list is complete.
+    bool FillCbDB(controls::ComboItems& combo);
+    /// Fills `combo` with the user tables of a database; false when it could not be opened, which a message
+    /// box has told when permission was lacking.
+    bool FillCbTable(controls::ComboItems& combo, const QString& database);
+    /// Fills `combo` with the columns of a table.
+    void FillCbColumn(controls::ComboItems& combo, const QString& database, const QString& table);
+    /// Rebuilds the tree of the server, its user databases and their user tables; false when the server
+    /// could not be connected to.
+    bool FillTvDB(controls::Nodes& tree);
+
+  private:
+    std::optional<ado::Connection> m_connection;
+    bool m_dsn = false;
+    QString m_user;
+    QString m_table;
+    QString m_server;
+    QString m_password;
+    QString m_database;
+    QString m_connectionString;
+};
+
+}  // namespace tw

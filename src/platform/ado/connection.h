@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace ado {
+
+namespace detail {
+class Session;
+}
+
+/// A connection to a data source over the ODBC driver manager. Copies share one connection, as references to
+/// one object do; it closes when the last of them and the last record set over it are gone.
+class Connection {
+  public:
+    Connection();
+
+    /// The string to open with; once open, the string that was opened with every item the driver left out
+    /// added: "SERVER=" and "WSID=" (this machine's name) are then always there.
+    QString ConnectionString() const;
+    void setConnectionString(const QString& text);
+
+    /// Seconds; 0 waits without limit.
+    int ConnectionTimeout() const;
+    void setConnectionTimeout(int seconds);
+    int CommandTimeout() const;
+    void setCommandTimeout(int seconds);
+
+    /// Opens the connection. A non-empty `connectionString` replaces the property, a non-empty `user` or
+    /// `password` the string's items; `options` other than -1 (unspecified) are not supported.
+    /// Throws Error; and Error with number 3705 when it is open already.
+    void Open(const QString& connectionString = {}, const QString& user = {}, const QString& password = {},
+              int options = -1);
+    /// Closes it; record sets over it close too. Does nothing when it is closed.
+    void Close();
+    bool isOpen() const;
+
+  private:
+    friend class Recordset;
+    std::shared_ptr<detail::Session> m_session;
+};
+
+}  // namespace ado

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace ado {
+
+/// A data source of the ODBC driver manager.
+struct DataSource {
+    QString name;
+    QString driver;  ///< the driver's description
+};
+
+/// The data sources in the driver manager's order, up to the first call that does not plainly succeed (more
+/// than 1024 characters count as such). Nothing at all when no ODBC environment can be had.
+std::optional<std::vector<DataSource>> dataSources();
+
+/// True when the data-access layer works and the driver manager knows a driver named "SQL Server".
+bool driverPresent();
+
+}  // namespace ado

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QStringList>
+
+#include <vector>
+
+namespace controls {
+
+/// The entries behind a combo box: texts with a number each ("item data", 0 at first).
+class ComboItems : public QAbstractListModel {
+    Q_OBJECT
+
+  public:
+    explicit ComboItems(QObject* parent = nullptr);
+
+    int count() const;
+    void addItem(const QString& text);
+    QString text(int index) const;
+    qint32 itemData(int index) const;
+    void setItemData(int index, qint32 number);
+    void clear();
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+  private:
+    struct Entry {
+        QString text;
+        qint32 number = 0;
+    };
+    std::vector<Entry> m_entries;
+};
+
+}  // namespace controls

@@ -1,0 +1,34 @@
+#include "shell/documents.h"
+
+#include "platform/runtimeerror.h"
+
+#include <algorithm>
+
+namespace tw {
+
+void Documents::add(Document& document, const QString& key) {
+    if (find(key) != nullptr) {
+        throw platform::RuntimeError(
+            platform::errors::DuplicateCollectionKey,
+            QStringLiteral("This key is already associated with an element of this collection"));
+    }
+    m_entries.emplace_back(key, &document);
+}
+
+void Documents::remove(const QString& key) {
+    const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const auto& candidate) { return candidate.first == key; });
+    if (entry == m_entries.end()) {
+        throw platform::RuntimeError(5, QStringLiteral("Invalid procedure call or argument"));
+    }
+    m_entries.erase(entry);
+}
+
+Document* Documents::find(const QString& key) const {
+    for (const auto& [entryKey, document] : m_entries) {
+        if (entryKey == key) return document;
+    }
+    return nullptr;
+}
+
+}  // namespace tw
