@@ -11,6 +11,7 @@
 
 namespace engine {
 
+struct Database;
 class World;  // databases and logins as the scripts left them (engine/world.h)
 
 /// A column of a result as its client is told of it.

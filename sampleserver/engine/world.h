@@ -64,7 +64,8 @@ struct Table {
     std::vector<Index> indexes;
     std::vector<Check> checks;
     std::vector<ForeignKey> foreignKeys;
-    QString storage;  ///< name of the SQLite table that holds its rows
+    QStringList deniedUsers;  ///< users who may not select from it
+    QString storage;          ///< name of the SQLite table that holds its rows
 
     int columnIndex(const QString& columnName) const;  ///< -1 when there is none
 };
