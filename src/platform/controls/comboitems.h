@@ -7,7 +7,8 @@
 
 namespace controls {
 
-/// The entries behind a combo box: texts with a number each ("item data", 0 at first).
+/// The entries behind a combo box: texts with a number each ("item data", 0 at first; Qt::UserRole).
+/// An index that is not in the list throws RuntimeError 381.
 class ComboItems : public QAbstractListModel {
     Q_OBJECT
 
@@ -29,6 +30,8 @@ class ComboItems : public QAbstractListModel {
         QString text;
         qint32 number = 0;
     };
+    const Entry& entry(int index) const;
+
     std::vector<Entry> m_entries;
 };
 

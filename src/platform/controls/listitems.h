@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/controls/rowstore.h"
+
 #include <QAbstractTableModel>
 #include <QStringList>
 
-#include <memory>
+#include <climits>
 
 namespace controls {
 
@@ -11,7 +13,9 @@ namespace controls {
 /// number.
 ///
 /// Sized for a million rows: texts lie packed in pages, a row costs its texts and a few bytes. Rows are
-/// announced to views in batches, when the event loop is next served or at notifyViews().
+/// announced to views in batches, when the event loop is next served or at notifyViews(): count() and the
+/// texts are always up to date, rowCount() says what was announced. An index of an item that is not there
+/// throws RuntimeError 35600.
 class ListItems : public QAbstractTableModel {
     Q_OBJECT
 
@@ -20,7 +24,6 @@ class ListItems : public QAbstractTableModel {
     static constexpr int IconRole = Qt::UserRole;
 
     explicit ListItems(QObject* parent = nullptr);
-    ~ListItems() override;
 
     int headerCount() const;
     QString header(int column) const;
@@ -40,7 +43,7 @@ class ListItems : public QAbstractTableModel {
     void setIcon(int item, int icon);
     void clearItems();
 
-    /// Announces the items added since the last time.
+    /// Announces the items added and changed since the last time.
     void notifyViews();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -49,8 +52,16 @@ class ListItems : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
-    struct Store;
-    std::unique_ptr<Store> m_store;
+    void checkItem(int item) const;
+    void noteChange(int item);
+    void scheduleNotice();
+
+    QStringList m_headers;
+    RowStore m_rows;
+    int m_announced = 0;
+    int m_firstChanged = INT_MAX;
+    int m_lastChanged = -1;
+    bool m_noticeScheduled = false;
 };
 
 }  // namespace controls

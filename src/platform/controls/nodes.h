@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <QHash>
 
-#include <memory>
+#include <deque>
 #include <vector>
 
 namespace controls {
 
-/// One node of a tree. Lives until Nodes::clear().
+/// One node of a tree. Lives until Nodes::clear(). Call Nodes::noteChange after a change of text or picture.
 struct Node {
-    QString key;
+    const QString key;
     QString text;
     int image = 0;  ///< picture number, 0 for none
     int selectedImage = 0;
@@ -28,7 +29,6 @@ class Nodes : public QAbstractItemModel {
     static constexpr int SelectedImageRole = Qt::UserRole + 1;
 
     explicit Nodes(QObject* parent = nullptr);
-    ~Nodes() override;
 
     /// Adds a node below `parent` (null: a root), behind its siblings.
     /// Throws RuntimeError 35602 when the key is taken; the tree is then as before.
@@ -38,6 +38,8 @@ class Nodes : public QAbstractItemModel {
     int count() const;
     void clear();
 
+    /// Tells views that the text or a picture of a node was changed.
+    void noteChange(const Node& node);
     /// Asks the view to open the branches above a node so that it shows.
     void ensureVisible(const Node& node);
 
@@ -54,8 +56,11 @@ class Nodes : public QAbstractItemModel {
     void visibleWanted(const QModelIndex& index);
 
   private:
-    struct Store;
-    std::unique_ptr<Store> m_store;
+    const std::vector<Node*>& childrenOf(const Node* parent) const;
+
+    std::deque<Node> m_nodes;
+    std::vector<Node*> m_roots;
+    QHash<QStringView, Node*> m_byKey;  // the views look into the nodes' own keys
 };
 
 }  // namespace controls

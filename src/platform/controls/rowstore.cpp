@@ -1,0 +1,170 @@
+#include "platform/controls/rowstore.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace controls {
+namespace {
+
+using Bytes = std::vector<uchar>;
+
+// Seven bits to a byte, the lowest first; the highest bit says that more follow.
+void appendNumber(Bytes& bytes, quint64 number) {
+    for (; number >= 0x80; number >>= 7) {
+        bytes.push_back(static_cast<uchar>(number | 0x80));
+    }
+    bytes.push_back(static_cast<uchar>(number));
+}
+
+quint64 readNumber(const uchar*& at) {
+    quint64 number = 0;
+    int shift = 0;
+    for (; *at & 0x80; ++at, shift += 7) {
+        number |= quint64(*at & 0x7f) << shift;
+    }
+    return number | quint64(*at++) << shift;
+}
+
+bool isLatin1(QStringView text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
+}
+
+// The lowest bit of a text's length says that its characters take two bytes.
+void appendText(Bytes& bytes, QStringView text) {
+    const auto length = static_cast<quint64>(text.size());
+    if (isLatin1(text)) {
+        appendNumber(bytes, length << 1);
+        std::transform(text.begin(), text.end(), std::back_inserter(bytes),
+                       [](QChar c) { return static_cast<uchar>(c.unicode()); });
+        return;
+    }
+    appendNumber(bytes, length << 1 | 1);
+    const auto* characters = reinterpret_cast<const uchar*>(text.utf16());
+    bytes.insert(bytes.end(), characters, characters + text.size() * 2);
+}
+
+QString readText(const uchar*& at) {
+    const quint64 head = readNumber(at);
+    const auto length = static_cast<qsizetype>(head >> 1);
+    if (!(head & 1)) {
+        QString text = QString::fromLatin1(reinterpret_cast<const char*>(at), length);
+        at += length;
+        return text;
+    }
+    QString text(length, Qt::Uninitialized);
+    std::memcpy(text.data(), at, static_cast<size_t>(length) * 2);
+    at += length * 2;
+    return text;
+}
+
+void skipText(const uchar*& at) {
+    const quint64 head = readNumber(at);
+    at += (head >> 1) << (head & 1);
+}
+
+// Small numbers of either sign take one byte.
+quint64 foldSign(int number) {
+    return (quint64(qint64(number)) << 1) ^ quint64(qint64(number) >> 63);
+}
+
+int unfoldSign(quint64 number) {
+    return static_cast<int>(qint64(number >> 1) ^ -qint64(number & 1));
+}
+
+}  // namespace
+
+void RowStore::addRow(QStringView text, int icon) {
+    if (m_pages.empty() || m_pages.back().rows == RowsPerPage) {
+        if (!m_pages.empty()) m_pages.back().bytes.shrink_to_fit();
+        m_pages.emplace_back();
+    }
+    Page& page = m_pages.back();
+    page.starts[static_cast<size_t>(page.rows)] = page.bytes.size();
+    ++page.rows;
+    ++m_count;
+    appendNumber(page.bytes, foldSign(icon));
+    appendText(page.bytes, text);
+}
+
+void RowStore::setText(int row, int column, QStringView text) {
+    const Place at = place(row);
+    const uchar* from = rowBegin(at);
+    const uchar* const end = rowEnd(at);
+    readNumber(from);
+    int passed = 0;
+    for (; passed < column && from != end; ++passed) {
+        skipText(from);
+    }
+    const bool isLast = row == m_count - 1;
+    if (from == end && isLast) {
+        Bytes& bytes = m_pages.back().bytes;
+        bytes.insert(bytes.end(), static_cast<size_t>(column - passed), 0);
+        appendText(bytes, text);
+        return;
+    }
+    const uchar* to = from;
+    if (to != end) skipText(to);
+    Bytes bytes(static_cast<size_t>(column - passed), 0);
+    appendText(bytes, text);
+    replace(at, from, to, bytes);
+}
+
+QString RowStore::text(int row, int column) const {
+    const Place at = place(row);
+    const uchar* from = rowBegin(at);
+    const uchar* const end = rowEnd(at);
+    readNumber(from);
+    for (int passed = 0; passed < column && from != end; ++passed) {
+        skipText(from);
+    }
+    return from == end ? QString() : readText(from);
+}
+
+int RowStore::icon(int row) const {
+    const uchar* from = rowBegin(place(row));
+    return unfoldSign(readNumber(from));
+}
+
+void RowStore::setIcon(int row, int icon) {
+    const Place at = place(row);
+    const uchar* const from = rowBegin(at);
+    const uchar* to = from;
+    readNumber(to);
+    Bytes bytes;
+    appendNumber(bytes, foldSign(icon));
+    replace(at, from, to, bytes);
+}
+
+void RowStore::clear() {
+    m_pages = {};
+    m_count = 0;
+}
+
+const uchar* RowStore::rowBegin(Place place) const {
+    const Page& page = m_pages[static_cast<size_t>(place.page)];
+    return page.bytes.data() + page.starts[static_cast<size_t>(place.row)];
+}
+
+const uchar* RowStore::rowEnd(Place place) const {
+    const Page& page = m_pages[static_cast<size_t>(place.page)];
+    const bool isLast = place.row == page.rows - 1;
+    return page.bytes.data() + (isLast ? page.bytes.size() : page.starts[static_cast<size_t>(place.row) + 1]);
+}
+
+void RowStore::replace(Place place, const uchar* from, const uchar* to, const Bytes& bytes) {
+    Page& page = m_pages[static_cast<size_t>(place.page)];
+    const auto begin = page.bytes.begin() + (from - page.bytes.data());
+    const auto oldSize = static_cast<size_t>(to - from);
+    if (oldSize == bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), begin);
+        return;
+    }
+    const auto behind = page.bytes.erase(begin, begin + static_cast<ptrdiff_t>(oldSize));
+    page.bytes.insert(behind, bytes.begin(), bytes.end());
+    for (int row = place.row + 1; row < page.rows; ++row) {
+        size_t& start = page.starts[static_cast<size_t>(row)];
+        start = start - oldSize + bytes.size();
+    }
+}
+
+}  // namespace controls

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <vector>
+
+namespace controls {
+
+/// Rows of texts and an icon number each, packed without an allocation per text.
+///
+/// Rows lie in pages of 64. A row is its icon number and then its texts one behind the other, each a length
+/// and the characters: one byte for each where all are Latin-1, else UTF-16, so that every text comes back to
+/// the letter. Appending to the last row is cheap; any other change moves the rest of its page.
+class RowStore {
+  public:
+    int count() const { return m_count; }
+    /// Adds a row of one text.
+    void addRow(QStringView text, int icon);
+    /// Replaces a text, filling up with empty ones before it.
+    void setText(int row, int column, QStringView text);
+    /// An empty text where the row has none.
+    QString text(int row, int column) const;
+    int icon(int row) const;
+    void setIcon(int row, int icon);
+    void clear();
+
+  private:
+    static constexpr int RowsPerPage = 64;
+
+    struct Page {
+        std::vector<uchar> bytes;
+        std::array<size_t, RowsPerPage> starts{};
+        int rows = 0;
+    };
+    struct Place {
+        int page;
+        int row;
+    };
+
+    static Place place(int row) { return {row / RowsPerPage, row % RowsPerPage}; }
+    const uchar* rowBegin(Place place) const;
+    const uchar* rowEnd(Place place) const;
+    void replace(Place place, const uchar* from, const uchar* to, const std::vector<uchar>& bytes);
+
+    std::vector<Page> m_pages;
+    int m_count = 0;
+};
+
+}  // namespace controls

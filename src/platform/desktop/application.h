@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/desktop/programend.h"
+
+#include <QApplication>
+
+namespace desktop {
+
+/// The application object of a program with windows: message boxes and file dialogs show on the screen, and
+/// an unhandled failure ends the program in order.
+class Application : public QApplication {
+    Q_OBJECT
+
+  public:
+    Application(int& argc, char** argv);
+
+    /// Serves events until the program ends; its exit code, 1 after an unhandled failure.
+    int run();
+    /// The last net below handlers that run without a guard.
+    bool notify(QObject* receiver, QEvent* event) override;
+
+  private:
+    ProgramEnd m_end;
+};
+
+}  // namespace desktop
