@@ -22,7 +22,8 @@ enum class TokenKind {
 struct Token {
     TokenKind kind = TokenKind::End;
     QString text;
-    bool quoted = false;
+    bool quoted = false;        ///< written in brackets or double quotes
+    bool doubleQuoted = false;  ///< written in double quotes
     bool national = false;
     int line = 1;         ///< counted from 1
     qsizetype begin = 0;  ///< offset of its first character in the batch

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace engine {
+
+/// Parts of a date and time; ticks are three-hundredths of a second within the second (0..299).
+struct DateTimeParts {
+    int year = 1900;
+    int month = 1;
+    int day = 1;
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+    int ticks = 0;
+
+    int milliseconds() const;
+    /// 0 for Sunday.
+    int weekday() const;
+    int dayOfYear() const;
+};
+
+constexpr qint64 ticksPerSecond = 300;
+constexpr qint64 ticksPerMinute = 60 * ticksPerSecond;
+constexpr qint64 ticksPerDay = 24 * 60 * ticksPerMinute;
+
+DateTimeParts dateTimeParts(qint64 ticks);
+qint64 dateTimeTicks(const DateTimeParts& parts);
+
+/// True for 1753-01-01 to 9999-12-31.
+bool isDateTimeInRange(qint64 ticks);
+/// True for 1900-01-01 to 2079-06-06.
+bool isSmallDateTimeInRange(qint64 ticks);
+
+/// What became of a text read as a date.
+enum class DateParse { Done, Malformed, OutOfRange };
+
+/// Reads a date, a time or both as SQL Server does with language us_english: "2001-02-03", "20010203",
+/// "2/3/2001 4:05PM", "Feb 3 2001", "04:05:06.789", blanks around it; an empty text is 1900-01-01.
+DateParse parseDateTime(QStringView text, qint64* ticks);
+
+/// The text of a date in a style of CONVERT: 0, 1 .. 14, 20, 21, 100 .. 114, 120, 121, 126; nothing for
+/// others.
+std::optional<QString> formatDateTime(qint64 ticks, int style);
+
+QString monthName(int month);      ///< "January" for 1
+QString weekdayName(int weekday);  ///< "Sunday" for 0
+
+}  // namespace engine

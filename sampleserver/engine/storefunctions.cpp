@@ -1,0 +1,7 @@
+#include "engine/storefunctions.h"
+
+namespace engine {
+
+void registerStoreFunctions(sqlite3*) {}
+
+}  // namespace engine
