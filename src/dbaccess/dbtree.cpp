@@ -1,0 +1,78 @@
+#include "dbaccess/catalog.h"
+#include "dbaccess/dbconnection.h"
+#include "dbaccess/failingstep.h"
+#include "platform/controls/nodes.h"
+#include "shell/reporterror.h"
+
+namespace tw {
+
+namespace {
+
+using controls::Node;
+using controls::Nodes;
+
+/// Picture numbers of the tree's image list.
+enum Picture { Server = 1, Database = 2, Table = 3 };
+
+Node& addRoot(Nodes& tree, const QString& text) {
+    tree.clear();
+    return tree.add(nullptr, QStringLiteral("R"), text, Server, Server);
+}
+
+bool opened(ado::Connection& connection) {
+    try {
+        connection.Open();
+        return true;
+    } catch (...) {
+        QString noExtraText;
+        ReportError(QStringLiteral("FillTvDB"), QStringLiteral("DBConnection.cls"), noExtraText);
+        return false;
+    }
+}
+
+void addTables(Nodes& tree, Node& database, const ado::Connection& connection) {
+    catalog::forEachText(connection, catalog::tableList(), QStringLiteral("Name"), [&](QStringView name) {
+        if (catalog::isHiddenTable(name)) return;
+        // Names that run together to a key that is taken ("a" + "bc", "ab" + "c") leave their node out.
+        const QString text = name.toString();
+        skipFailing([&] { tree.add(&database, database.text + text, text, Table, Table); });
+    });
+}
+
+/// A database whose own key is taken is left out with all that is in it.
+void addDatabase(Nodes& tree, Node& root, const QString& name, const QString& connectionString) {
+    Node& database = tree.add(&root, name, name, Database, Database);
+    tree.ensureVisible(database);
+
+    ado::Connection connection;
+    connection.setConnectionString(catalog::inDatabase(connectionString, name));
+    if (skipFailing([&] { connection.Open(); }) == 0) {
+        addTables(tree, database, connection);
+    } else {
+        const QString marker = QStringLiteral("<No Permission>");
+        tree.add(&database, name + marker, marker, Table, Table);
+    }
+}
+
+}  // namespace
+
+bool DBConnection::FillTvDB(controls::Nodes& tree) {
+    addRoot(tree, QStringLiteral("Server"));
+
+    ado::Connection connection;
+    connection.setConnectionString(m_connectionString);
+    if (!opened(connection)) return false;
+    if (const QString name = GetServerName(connection); !name.isEmpty()) m_server = name;
+
+    Node& root = addRoot(tree, m_server);
+    skipFailing([&] {
+        catalog::forEachText(
+            connection, catalog::databaseList(), QStringLiteral("Name"), [&](QStringView name) {
+                if (catalog::isSystemDatabase(name)) return;
+                skipFailing([&] { addDatabase(tree, root, name.toString(), m_connectionString); });
+            });
+    });
+    return true;
+}
+
+}  // namespace tw
