@@ -1,0 +1,156 @@
+#include "browse/connectioncontrols.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace tw {
+
+namespace {
+
+constexpr int EntryWidth = 240;
+
+template <class Widget>
+Widget* named(const QString& name, Widget* widget) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+QLabel* makeLabel(const QString& name, const QString& text, QWidget* parent, QWidget* buddy) {
+    QLabel* label = named(name, new QLabel(text, parent));
+    label->setBuddy(buddy);
+    return label;
+}
+
+/// An entry that cannot be used looks like the dialog's own surface.
+void greyWhenDisabled(QWidget* entry) {
+    QPalette palette = entry->palette();
+    palette.setColor(QPalette::Disabled, QPalette::Base, palette.color(QPalette::Active, QPalette::Button));
+    entry->setPalette(palette);
+    entry->setMinimumWidth(EntryWidth);
+}
+
+/// Labels of one width, so that the entries of two boxes stand in one column.
+void alignLabels(const QWidget& dialog) {
+    const std::array labels{dialog.findChild<QLabel*>(QStringLiteral("lblDSN")),
+                            dialog.findChild<QLabel*>(QStringLiteral("lblServer")),
+                            dialog.findChild<QLabel*>(QStringLiteral("lblUserName")),
+                            dialog.findChild<QLabel*>(QStringLiteral("lblPassword"))};
+    int width = 0;
+    for (const QLabel* label : labels) {
+        width = std::max(width, label->sizeHint().width());
+    }
+    for (QLabel* label : labels) {
+        label->setMinimumWidth(width);
+    }
+}
+
+}  // namespace
+
+void ConnectionControls::setupControls(QDialog& dialog) {
+    dialog.setObjectName(QStringLiteral("frmConnection"));
+    dialog.setWindowTitle(QStringLiteral("Login - Database Connection"));
+
+    auto* column = new QVBoxLayout(&dialog);
+    column->setSpacing(10);
+    // Made in the reading direction, so that the Tab key follows it.
+    column->addWidget(makeDataSourceBox(dialog));
+    column->addWidget(makeServerBox(dialog));
+    column->addWidget(makeSavingBox(dialog));
+    column->addStretch();
+    column->addWidget(makeButtons(dialog));
+    alignLabels(dialog);
+}
+
+QGroupBox* ConnectionControls::makeDataSourceBox(QDialog& dialog) {
+    auto* box =
+        named(QStringLiteral("Frame2"), new QGroupBox(QStringLiteral(" Use ODBC Connection"), &dialog));
+    cbDSN = named(QStringLiteral("cbDSN"), new QComboBox(box));
+    greyWhenDisabled(cbDSN);
+    auto* grid = new QGridLayout(box);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(makeLabel(QStringLiteral("lblDSN"), QStringLiteral("Data Source Name (DSN)"), box, cbDSN),
+                    0, 0);
+    grid->addWidget(cbDSN, 0, 1);
+    return box;
+}
+
+QGroupBox* ConnectionControls::makeServerBox(QDialog& dialog) {
+    auto* box = named(QStringLiteral("Frame1"),
+                      new QGroupBox(QStringLiteral(" Use Server Direct Connection "), &dialog));
+    cbServer = named(QStringLiteral("cbServer"), new QComboBox(box));
+    cbServer->setEditable(true);
+    cbServer->setInsertPolicy(QComboBox::NoInsert);
+    // What is typed is meant: no completion to a longer name of the list.
+    cbServer->setCompleter(nullptr);
+    cbServer->setEditText(QStringLiteral("Server Name"));
+    chkSQLAuthentication = named(QStringLiteral("chkSQLAuthentication"), new QCheckBox(box));
+    lblSQLEnthentication =
+        makeLabel(QStringLiteral("lblSQLEnthentication"), QStringLiteral("Use SQL Server Authentication"),
+                  box, chkSQLAuthentication);
+    chkSQLAuthentication->setAccessibleName(lblSQLEnthentication->text());
+    txtUserName = named(QStringLiteral("txtUserName"), new QLineEdit(box));
+    txtPassword = named(QStringLiteral("txtPassword"), new QLineEdit(box));
+    txtPassword->setEchoMode(QLineEdit::Password);
+    txtPassword->setStyleSheet(QStringLiteral("lineedit-password-character: 42"));
+    for (QWidget* entry : std::initializer_list<QWidget*>{cbServer, txtUserName, txtPassword}) {
+        greyWhenDisabled(entry);
+    }
+
+    auto* authentication = new QHBoxLayout;
+    authentication->addWidget(chkSQLAuthentication);
+    authentication->addWidget(lblSQLEnthentication, 1);
+    auto* grid = new QGridLayout(box);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(
+        makeLabel(QStringLiteral("lblServer"), QStringLiteral("Database Server Name"), box, cbServer), 0, 0);
+    grid->addWidget(cbServer, 0, 1);
+    grid->addLayout(authentication, 1, 1);
+    grid->addWidget(makeLabel(QStringLiteral("lblUserName"), QStringLiteral("User ID"), box, txtUserName), 2,
+                    0);
+    grid->addWidget(txtUserName, 2, 1);
+    grid->addWidget(makeLabel(QStringLiteral("lblPassword"), QStringLiteral("Password"), box, txtPassword), 3,
+                    0);
+    grid->addWidget(txtPassword, 3, 1);
+    return box;
+}
+
+QGroupBox* ConnectionControls::makeSavingBox(QDialog& dialog) {
+    auto* box = named(QStringLiteral("Frame3"),
+                      new QGroupBox(QStringLiteral(" Save User Information Options "), &dialog));
+    chkSaveUserID =
+        named(QStringLiteral("chkSaveUserID"), new QCheckBox(QStringLiteral("Remember My User ID"), box));
+    chkSavePassword =
+        named(QStringLiteral("chkSavePassword"), new QCheckBox(QStringLiteral("Remember My Password"), box));
+    auto* row = new QHBoxLayout(box);
+    row->addWidget(chkSaveUserID);
+    row->addWidget(chkSavePassword);
+    return box;
+}
+
+QWidget* ConnectionControls::makeButtons(QDialog& dialog) {
+    auto* strip = new QWidget(&dialog);
+    cmdOK = named(QStringLiteral("cmdOK"), new QPushButton(QStringLiteral("&OK"), strip));
+    cmdCancel = named(QStringLiteral("cmdCancel"), new QPushButton(QStringLiteral("&Cancel"), strip));
+    cmdHelp = named(QStringLiteral("cmdHelp"), new QPushButton(QStringLiteral("&Help"), strip));
+    cmdOK->setDefault(true);
+    auto* row = new QHBoxLayout(strip);
+    row->setContentsMargins({});
+    row->addStretch();
+    for (QPushButton* button : {cmdOK, cmdCancel, cmdHelp}) {
+        row->addWidget(button);
+    }
+    return strip;
+}
+
+}  // namespace tw

@@ -1,0 +1,141 @@
+// What the connection dialog reads when it loads and writes when it unloads.
+#include "browse/frmconnection.h"
+#include "browse/handler.h"
+#include "browse/recentservers.h"
+#include "platform/ado/datasources.h"
+#include "platform/conversions.h"
+#include "platform/desktop/msgbox.h"
+#include "platform/runtimeerror.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include <utility>
+
+namespace tw {
+
+namespace {
+
+const QString ModuleName = QStringLiteral("frmConnection");
+
+/// A check box's stored state: 1 is checked; 0 and 2 (grey, which is never stored) are not.
+bool isChecked(const QString& storedState) {
+    const qint16 state = platform::toInteger(storedState);
+    if (state < 0 || state > 2) throw platform::RuntimeError(380, QStringLiteral("Invalid property value"));
+    return state == 1;
+}
+
+QString stateText(const QCheckBox& box) {
+    return box.isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+QString noDataAccessText() {
+    return QStringLiteral(
+        "Your computer does not have Microsoft Data Access Components installed.  "
+        "Please contact your administrator for support."
+        "\r\n\r\n"
+        "Note: You can install Microsoft Data Access Components by running "
+        "MDAC_TYP.EXE from the SQL Server CD or you can download the latest "
+        "version of MDAC_TYP.exe from the following site: "
+        "https://www.freetds.org/");
+}
+
+}  // namespace
+
+void frmConnection::Form_Load() {
+    handle(QStringLiteral("Form_Load"), ModuleName, [this] {
+        m_usingDSN = false;
+        m_state.cancelled = false;
+        chkSQLAuthentication_Click();
+        if (CheckDataAccess()) {
+            RestoreUserSettings();
+            FillServer();
+            FillDSN();
+        } else {
+            desktop::MsgBox(noDataAccessText(), desktop::MsgBoxIcon::Critical);
+        }
+    });
+}
+
+bool frmConnection::CheckDataAccess() {
+    try {
+        return ado::driverPresent();
+    } catch (...) {
+        return false;
+    }
+}
+
+void frmConnection::RestoreUserSettings() {
+    handle(QStringLiteral("RestoreUserSettings"), ModuleName, [this] {
+        const auto flag = [this](const QString& key) {
+            return isChecked(m_state.setting(key, QStringLiteral("0")));
+        };
+        chkSaveUserID->setChecked(flag(QStringLiteral("SaveUserID")));
+        chkSavePassword->setChecked(flag(QStringLiteral("SavePassword")));
+        m_savedUser = m_state.setting(QStringLiteral("User"), {});
+        m_savedPassword = m_state.setting(QStringLiteral("Password"), {});
+        // Puts the saved texts back, or leaves the boxes empty.
+        chkSQLAuthentication->setChecked(flag(QStringLiteral("SQLAuthentication")));
+        chkSQLAuthentication_Click();
+    });
+}
+
+void frmConnection::FillServer() {
+    handle(QStringLiteral("FillServer"), ModuleName, [this] {
+        QStringList stored;
+        for (int i = 1; i <= 4; ++i) {
+            stored += m_state.setting(QStringLiteral("Server%1").arg(i), {});
+        }
+        cbServer->clear();
+        cbServer->addItems(recentServers(stored));
+        cbServer->setCurrentIndex(0);
+    });
+}
+
+void frmConnection::FillDSN() {
+    handle(QStringLiteral("FillDSN"), ModuleName, [this] {
+        {
+            // Nothing is chosen until the list is complete.
+            const QSignalBlocker quiet(cbDSN);
+            cbDSN->clear();
+            cbDSN->addItem(QStringLiteral("(None)"));
+            cbDSN->setCurrentIndex(-1);
+        }
+        const auto sources = ado::dataSources();
+        if (!sources) return;
+        for (const ado::DataSource& source : *sources) {
+            if (source.name.trimmed().isEmpty() || source.driver.trimmed() != QStringLiteral("SQL Server")) {
+                continue;
+            }
+            cbDSN->addItem(source.name);
+        }
+        cbDSN->setCurrentIndex(0);
+    });
+}
+
+void frmConnection::Form_Unload() {
+    if (std::exchange(m_unloaded, true)) return;
+    handle(QStringLiteral("Form_Unload"), ModuleName, [this] {
+        m_state.saveSetting(QStringLiteral("SaveUserID"), stateText(*chkSaveUserID));
+        m_state.saveSetting(QStringLiteral("SavePassword"), stateText(*chkSavePassword));
+        if (!txtUserName->text().isEmpty() && chkSaveUserID->isChecked()) {
+            m_state.saveSetting(QStringLiteral("User"), txtUserName->text());
+        }
+        if (!txtPassword->text().isEmpty() && chkSavePassword->isChecked()) {
+            m_state.saveSetting(QStringLiteral("Password"), txtPassword->text());
+        }
+        m_state.saveSetting(QStringLiteral("SQLAuthentication"), stateText(*chkSQLAuthentication));
+
+        QStringList offered;
+        for (int i = 0; i < cbServer->count(); ++i) {
+            offered += cbServer->itemText(i);
+        }
+        for (const auto& [key, server] : serversToStore(cbServer->currentText(), offered)) {
+            m_state.saveSetting(key, server);
+        }
+    });
+}
+
+}  // namespace tw

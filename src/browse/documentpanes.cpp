@@ -1,0 +1,119 @@
+#include "browse/documentpanes.h"
+
+#include "browse/splitterhandle.h"
+#include "browse/titlelabel.h"
+#include "platform/desktop/twips.h"
+
+#include <algorithm>
+
+namespace tw {
+
+namespace {
+
+using desktop::toPixels;
+using desktop::toTwips;
+
+constexpr int LayoutLimit = 1500;
+constexpr int HandleSize = 60;
+
+/// A rectangle in twips, on the nearest pixels at each of its edges.
+void place(QWidget& widget, int left, int top, int width, int height) {
+    const QPoint topLeft(toPixels(left), toPixels(top));
+    const QPoint end(toPixels(left + width), toPixels(top + height));
+    widget.setGeometry(
+        QRect(topLeft, QSize(std::max(0, end.x() - topLeft.x()), std::max(0, end.y() - topLeft.y()))));
+}
+
+/// Where both limits cannot be kept, the second one holds.
+void limit(int& position, int extent) {
+    position = std::max(position, LayoutLimit);
+    position = std::min(position, extent - LayoutLimit);
+}
+
+template <class Widget>
+Widget* named(const QString& name, Widget* widget) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+}  // namespace
+
+DocumentPanes::DocumentPanes(QWidget& window, const Views& views, const qint16& layout)
+    : QObject(&window),
+      m_window(window),
+      m_views(views),
+      m_layout(layout),
+      m_picTitles(named(QStringLiteral("picTitles"), new QWidget(&window))),
+      m_titles{named(QStringLiteral("lblTitle0"), new TitleLabel(QStringLiteral("Databases"), m_picTitles)),
+               named(QStringLiteral("lblTitle1"),
+                     new TitleLabel(QStringLiteral("Table Definition:"), m_picTitles)),
+               named(QStringLiteral("lblTitle2"), new TitleLabel(QStringLiteral("Sample Data"), &window))},
+      m_picSplitter(named(QStringLiteral("picSplitter"), new QWidget(&window))),
+      m_picSplitter2(named(QStringLiteral("picSplitter2"), new QWidget(&window))),
+      m_imgSplitter(
+          named(QStringLiteral("imgSplitter"), new SplitterHandle(Qt::Horizontal, *m_picSplitter, &window))),
+      m_imgSplitter2(
+          named(QStringLiteral("imgSplitter2"), new SplitterHandle(Qt::Vertical, *m_picSplitter2, &window))) {
+    connect(m_imgSplitter, &SplitterHandle::released, this, &DocumentPanes::layOutAtBars);
+    connect(m_imgSplitter2, &SplitterHandle::released, this, &DocumentPanes::layOutAtBars);
+}
+
+void DocumentPanes::layOutAtBars() {
+    int x = m_imgSplitter->barPosition();
+    int y = m_imgSplitter2->barPosition();
+    SizeControls(x);
+    SizeControls2(y);
+}
+
+void DocumentPanes::SizeControls(int& x) {
+    const int innerWidth = toTwips(m_window.width());
+    limit(x, innerWidth);
+    const int titleHeight = toTwips(m_titles[0]->sizeHint().height());
+    const int treeHeight = toTwips(m_window.height()) - titleHeight;
+    const int listLeft = x + 40;
+    const int listWidth = innerWidth - (x + 140);
+
+    place(*m_picTitles, 0, 0, innerWidth, titleHeight);
+    place(*m_titles[0], 0, 0, x - 20, titleHeight);
+    const int secondTitle = x - 20 + 80;
+    place(*m_titles[1], secondTitle, 0, listLeft + listWidth - secondTitle, titleHeight);
+
+    place(*m_views.tvDB, 0, titleHeight, x, treeHeight);
+    place(*m_imgSplitter, x, titleHeight, HandleSize, treeHeight);
+    place(*m_views.lvTblDef, listLeft, titleHeight, listWidth, toTwips(m_views.lvTblDef->height()));
+
+    const int dataLeft = dataListSpansWindow() ? 0 : listLeft;
+    const int dataWidth = dataListSpansWindow() ? listWidth + x + 60 : listWidth;
+    for (QWidget* part : std::initializer_list<QWidget*>{m_titles[2], m_imgSplitter2, m_views.lvTblData}) {
+        place(*part, dataLeft, toTwips(part->y()), dataWidth, toTwips(part->height()));
+    }
+}
+
+void DocumentPanes::SizeControls2(int& y) {
+    const int innerHeight = toTwips(m_window.height());
+    limit(y, innerHeight);
+    const auto placeVertically = [](QWidget& widget, int top, int bottom) {
+        const int pixels = toPixels(top);
+        widget.setGeometry(widget.x(), pixels, widget.width(), std::max(0, toPixels(bottom) - pixels));
+    };
+    const int titleHeight = toTwips(m_titles[2]->sizeHint().height());
+    const int top = toTwips(m_views.tvDB->y());
+    const int dataTop = y + HandleSize + titleHeight;
+
+    placeVertically(*m_views.lvTblDef, top, y);
+    placeVertically(*m_imgSplitter2, y, y + HandleSize);
+    placeVertically(*m_titles[2], y + HandleSize, dataTop);
+    placeVertically(*m_views.lvTblData, dataTop, innerHeight);
+    const int treeBottom = dataListSpansWindow() ? y : innerHeight;
+    placeVertically(*m_views.tvDB, top, treeBottom);
+    placeVertically(*m_imgSplitter, top, treeBottom);
+}
+
+void DocumentPanes::Form_Resize() {
+    int x = toTwips(m_window.width()) / 2;
+    int y = toTwips(m_window.height()) / 2;
+    SizeControls(x);
+    SizeControls2(y);
+}
+
+}  // namespace tw

@@ -1,0 +1,40 @@
+#include "browse/titlelabel.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace tw {
+
+namespace {
+constexpr int Indent = 4;
+}
+
+TitleLabel::TitleLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    setTextFormat(Qt::PlainText);
+    setMargin(2);
+}
+
+QSize TitleLabel::minimumSizeHint() const {
+    return {0, QLabel::minimumSizeHint().height()};
+}
+
+QString TitleLabel::shownText() const {
+    return fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * Indent);
+}
+
+bool TitleLabel::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QLabel::event(event);
+    const QString tip = shownText() == text() ? QString() : text();
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+    return true;
+}
+
+void TitleLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(rect().adjusted(Indent, 0, -Indent, 0),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+}
+
+}  // namespace tw
