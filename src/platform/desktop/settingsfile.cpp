@@ -40,6 +40,26 @@ constexpr std::initializer_list<int> PermissionCodes = {EACCES, EPERM, EROFS};
                            .arg(QDir::toNativeSeparators(path), reason));
 }
 
+// Devices are opened without Qt's buffer: QSaveFile does not notice when what the buffer held cannot be
+// written. What a full disk still takes of a write is no failure; writing the rest is.
+bool writeAll(QFileDevice& file, const QByteArray& bytes) {
+    for (qint64 written = 0; written < bytes.size();) {
+        const qint64 taken = file.write(bytes.constData() + written, bytes.size() - written);
+        if (taken <= 0) return false;
+        written += taken;
+    }
+    return true;
+}
+
+// Writes into a temporary file, which others can never open, not even when it is still empty.
+void writeTemporary(QTemporaryFile& temporary, const QByteArray& bytes) {
+    if (!temporary.open()) throwWriteFailure(temporary.fileTemplate(), temporary.errorString());
+    QFile file(temporary.fileName());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(file, bytes)) {
+        throwWriteFailure(file.fileName(), file.errorString());
+    }
+}
+
 void makeFolders(const QString& folder) {
     if (QFileInfo(folder).isDir()) return;
     const QString above = QFileInfo(folder).path();
@@ -92,26 +112,30 @@ void SettingsFile::makeFolder() const {
     makeFolders(QFileInfo(m_path).path());
 }
 
+void SettingsFile::probe() const {
+    QTemporaryFile file(m_path + QStringLiteral(".XXXXXX"));
+    writeTemporary(file, QByteArray(4096, ' '));
+}
+
 void SettingsFile::create() const {
-    // Others can never open a temporary file; QSaveFile takes such care only where there is a file already.
     QTemporaryFile first(m_path + QStringLiteral(".XXXXXX"));
-    if (!first.open() || first.write("{}\n") < 0 || !first.flush()) {
-        throwWriteFailure(m_path, first.errorString());
-    }
+    writeTemporary(first, "{}\n");
     if (!first.rename(m_path)) throwWriteFailure(m_path, first.errorString());
     first.setAutoRemove(false);
 }
 
 void SettingsFile::replace(const QJsonObject& content) const {
+    // The file that takes another's place is its user's own from the start, one that takes none is not.
     if (!QFileInfo::exists(m_path)) create();
-    const QByteArray bytes = QJsonDocument(content).toJson();
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         const bool readOnly = QFileInfo::exists(m_path) && !QFileInfo(m_path).isWritable();
         throwWriteFailure(m_path, readOnly ? qt_error_string(EACCES) : file.errorString());
     }
     if (!file.setPermissions(OwnerReadsAndWrites)) throwWriteFailure(m_path, file.errorString());
-    if (file.write(bytes) != bytes.size() || !file.commit()) throwWriteFailure(m_path, file.errorString());
+    if (!writeAll(file, QJsonDocument(content).toJson()) || !file.commit()) {
+        throwWriteFailure(m_path, file.errorString());
+    }
 }
 
 }  // namespace desktop

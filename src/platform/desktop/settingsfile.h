@@ -16,6 +16,8 @@ class SettingsFile {
     QJsonObject read() const;
     /// Makes the folder (0700) where it is missing. Throws 61, 70 or 75.
     void makeFolder() const;
+    /// Writes a file beside it and removes that again. Throws 61, 70 or 75.
+    void probe() const;
     /// Writes a new file (0600) beside the old one, flushes it and puts it in the old one's place.
     /// Throws 61, 70 or 75; the old file is then untouched.
     void replace(const QJsonObject& content) const;

@@ -8,7 +8,6 @@
 #include <QJsonObject>
 #include <QLockFile>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
 #include <cerrno>
 
@@ -47,10 +46,7 @@ QJsonObject section(const QString& filePath, const QJsonObject& all, const QStri
     if (error == QLockFile::LockFailedError) {
         throwWriteFailure(filePath, QStringLiteral("another program is keeping it locked"));
     }
-    QTemporaryFile probe(filePath + QStringLiteral(".XXXXXX"));
-    if (!probe.open() || probe.write(QByteArray(4096, ' ')) < 0 || !probe.flush()) {
-        throwWriteFailure(filePath, probe.errorString());
-    }
+    SettingsFile(filePath).probe();
     throwWriteFailure(filePath, QStringLiteral("its lock cannot be made"));
 }
 

@@ -1,0 +1,154 @@
+#include "platform/desktop/failures.h"
+
+#include "platform/desktop/doevents.h"
+#include "platform/desktop/filedialog.h"
+#include "support/answers.h"
+
+#include <QTest>
+#include <QTimer>
+
+using namespace desktop;
+
+class Sender : public QObject {
+    Q_OBJECT
+
+  public:
+    void receive(int number) { received = number; }
+    int received = 0;
+
+  Q_SIGNALS:
+    void sent(int number, const QString& text);
+};
+
+class FailuresTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void guardHandsFailuresOn_data();
+    void guardHandsFailuresOn();
+    void guardedConnections();
+    void handlersAreReplaceable();
+    void boxesAreAnswered();
+    void eventsAreServedNowAndThen();
+    void eventsMayYieldThemselves();
+};
+
+void FailuresTest::guardHandsFailuresOn_data() {
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("description");
+    QTest::newRow("a failure with a number") << 0 << 3021 << QStringLiteral("No current record");
+    QTest::newRow("another exception") << 1 << 51 << QStringLiteral("odd");
+    QTest::newRow("something else") << 2 << 51 << QStringLiteral("Internal error");
+    QTest::newRow("none") << 3 << 0 << QString();
+}
+
+void FailuresTest::guardHandsFailuresOn() {
+    QFETCH(int, kind);
+    int number = 0;
+    QString description;
+    const auto before = setUnhandledFailureHandler([&](const platform::RuntimeError& error) {
+        number = error.number();
+        description = error.description();
+    });
+    const bool ended = guard([kind] {
+        if (kind == 0) throw platform::RuntimeError(3021, QStringLiteral("No current record"));
+        if (kind == 1) throw std::runtime_error("odd");
+        if (kind == 2) throw 1;
+    });
+    setUnhandledFailureHandler(before);
+    QCOMPARE(ended, kind == 3);
+    QTEST(number, "number");
+    QTEST(description, "description");
+}
+
+void FailuresTest::guardedConnections() {
+    int failures = 0;
+    const auto before = setUnhandledFailureHandler([&](const platform::RuntimeError&) { ++failures; });
+    Sender sender;
+    Sender receiver;
+    QString text;
+    connectGuarded(&sender, &Sender::sent, &receiver, &Sender::receive);
+    connectGuarded(&sender, &Sender::sent, &receiver, [&](int, const QString& sent) { text = sent; });
+    connectGuarded(&sender, &Sender::sent, &receiver, [] { throw platform::RuntimeError(91, {}); });
+    Q_EMIT sender.sent(7, QStringLiteral("seven"));
+    setUnhandledFailureHandler(before);
+    QCOMPARE(receiver.received, 7);
+    QCOMPARE(text, QStringLiteral("seven"));
+    QCOMPARE(failures, 1);
+}
+
+void FailuresTest::handlersAreReplaceable() {
+    int inner = 0;
+    int outer = 0;
+    const auto before = setUnhandledFailureHandler([&](const platform::RuntimeError&) { ++outer; });
+    auto previous = setUnhandledFailureHandler([&](const platform::RuntimeError&) { ++inner; });
+    guard([] { throw 1; });
+    setUnhandledFailureHandler(previous);
+    guard([] { throw 1; });
+    setUnhandledFailureHandler(before);
+    QCOMPARE(inner, 1);
+    QCOMPARE(outer, 1);
+}
+
+void FailuresTest::boxesAreAnswered() {
+    support::Answers answers;
+    QCOMPARE(MsgBox(QStringLiteral("Replace?"), MsgBoxIcon::Exclamation, QStringLiteral("T"),
+                    MsgBoxButtons::OkCancel, MsgBoxResult::Cancel),
+             MsgBoxResult::Cancel);
+    answers.press(MsgBoxResult::Ok);
+    QCOMPARE(MsgBox(QStringLiteral("Replace?"), MsgBoxIcon::None, {}, MsgBoxButtons::OkCancel,
+                    MsgBoxResult::Cancel),
+             MsgBoxResult::Ok);
+    QCOMPARE(answers.takeBox().title, QStringLiteral("T"));
+    QCOMPARE(answers.takeBox().title, QCoreApplication::applicationName());
+
+    answers.saveAs(QStringLiteral("/tmp/x.txt"));
+    QCOMPARE(askSaveFileName({QStringLiteral("Export"), {}, {}}), QStringLiteral("/tmp/x.txt"));
+    QCOMPARE(askSaveFileName({QStringLiteral("Export"), {}, {}}), std::nullopt);
+    QCOMPARE(answers.takeSaveFile().title, QStringLiteral("Export"));
+    QCOMPARE(answers.takeSaveFile().title, QStringLiteral("Export"));
+}
+
+void FailuresTest::eventsAreServedNowAndThen() {
+    bool served = false;
+    QMetaObject::invokeMethod(
+        this, [&] { served = true; }, Qt::QueuedConnection);
+    QElapsedTimer passed;
+    passed.start();
+    qint64 calls = 0;
+    for (; !served && passed.elapsed() < 5000; ++calls) {
+        DoEvents();
+    }
+    QVERIFY(served);
+
+    // Straight after serving, the next calls only look at the clock.
+    bool servedAgain = false;
+    QMetaObject::invokeMethod(
+        this, [&] { servedAgain = true; }, Qt::QueuedConnection);
+    DoEvents();
+    QVERIFY(!servedAgain);
+    QTRY_VERIFY(servedAgain);
+}
+
+void FailuresTest::eventsMayYieldThemselves() {
+    bool outer = false;
+    bool inner = false;
+    const auto yieldUntil = [](const bool& done) {
+        QElapsedTimer passed;
+        passed.start();
+        while (!done && passed.elapsed() < 5000) {
+            DoEvents();
+        }
+    };
+    QTimer::singleShot(0, this, [&] {
+        QTimer::singleShot(0, this, [&] { inner = true; });
+        yieldUntil(inner);
+        outer = inner;
+    });
+    yieldUntil(outer);
+    QVERIFY(outer);
+}
+
+QTEST_GUILESS_MAIN(FailuresTest)
+#include "failures_test.moc"

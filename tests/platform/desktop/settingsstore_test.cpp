@@ -1,0 +1,293 @@
+#include "platform/desktop/settingsstore.h"
+
+#include "platform/runtimeerror.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#endif
+
+using desktop::SettingsStore;
+
+namespace {
+
+const QString Application = QStringLiteral("App");
+const QString Section = QStringLiteral("Settings");
+
+// The number of the failure that an action ends with, 0 for none; its description goes to `description`.
+int numberOf(const std::function<void()>& action, QString* description = nullptr) {
+    try {
+        action();
+    } catch (const platform::RuntimeError& error) {
+        if (description) *description = error.description();
+        return error.number();
+    }
+    return 0;
+}
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeContent(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+// Runs an action in a child process, which limits or rights can be taken from; its result.
+#ifdef Q_OS_UNIX
+int inChild(const std::function<int()>& action) {
+    const pid_t child = fork();
+    if (child == 0) _exit(action());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+#endif
+
+}  // namespace
+
+class SettingsStoreTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init();
+    void keepsTexts_data();
+    void keepsTexts();
+    void defaults();
+    void storesKeepEachOthersKeys();
+    void processesKeepEachOthersKeys();
+    void onlyItsUserReadsIt();
+    void damagedFileStaysAsItIs_data();
+    void damagedFileStaysAsItIs();
+    void fullDiskKeepsOldValues_data();
+    void fullDiskKeepsOldValues();
+    void noPermission();
+    void folderThatCannotBeMade();
+
+  private:
+    QString path() const { return m_folder->filePath(QStringLiteral("a folder/settings.json")); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void SettingsStoreTest::init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+}
+
+void SettingsStoreTest::keepsTexts_data() {
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("blanks around") << QStringLiteral("  a b \t");
+    QTest::newRow("lines") << QStringLiteral("one\r\ntwo\nthree\r");
+    QTest::newRow("quotes and backslashes") << QStringLiteral("\"'\\\\server\\x%1\"");
+    QTest::newRow("outside the basic plane") << QStringLiteral("Łódź \U0001F600 \u2028");
+    QTest::newRow("half a pair") << QStringLiteral("a").append(QChar(0xdc00));
+    QTest::newRow("null character") << QStringLiteral("a").append(QChar(0)).append(u'b');
+}
+
+void SettingsStoreTest::keepsTexts() {
+    QFETCH(QString, text);
+    SettingsStore(path()).SaveSetting(Application, Section, QStringLiteral("Key %1"), text);
+    const SettingsStore again(path());
+    QCOMPARE(again.GetSetting(Application, Section, QStringLiteral("Key %1"), QStringLiteral("missing")),
+             text);
+}
+
+void SettingsStoreTest::defaults() {
+    SettingsStore store(path());
+    const QString missing = QStringLiteral("50");
+    QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("A"), missing), missing);
+    QVERIFY(!QFileInfo::exists(path()));
+    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("B"), missing), missing);
+    QCOMPARE(store.GetSetting(Application, QStringLiteral("Other"), QStringLiteral("A"), missing), missing);
+    QCOMPARE(store.GetSetting(QStringLiteral("Other"), Section, QStringLiteral("A"), missing), missing);
+}
+
+void SettingsStoreTest::storesKeepEachOthersKeys() {
+    SettingsStore first(path());
+    SettingsStore second(path());
+    first.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    second.SaveSetting(Application, Section, QStringLiteral("B"), QStringLiteral("2"));
+    first.SaveSetting(QStringLiteral("Other"), Section, QStringLiteral("A"), QStringLiteral("3"));
+    second.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("4"));
+    QCOMPARE(first.GetSetting(Application, Section, QStringLiteral("A")), QStringLiteral("4"));
+    QCOMPARE(first.GetSetting(Application, Section, QStringLiteral("B")), QStringLiteral("2"));
+    QCOMPARE(second.GetSetting(QStringLiteral("Other"), Section, QStringLiteral("A")), QStringLiteral("3"));
+}
+
+void SettingsStoreTest::processesKeepEachOthersKeys() {
+#ifdef Q_OS_UNIX
+    constexpr int Processes = 4;
+    constexpr int Keys = 20;
+    std::vector<pid_t> children;
+    for (int process = 0; process < Processes; ++process) {
+        const pid_t child = fork();
+        if (child == 0) {
+            SettingsStore store(path());
+            _exit(numberOf([&] {
+                for (int key = 0; key < Keys; ++key) {
+                    store.SaveSetting(Application, Section, QStringLiteral("%1-%2").arg(process).arg(key),
+                                      QString::number(key));
+                }
+            }));
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        QCOMPARE(status, 0);
+    }
+    const SettingsStore store(path());
+    for (int process = 0; process < Processes; ++process) {
+        for (int key = 0; key < Keys; ++key) {
+            const QString name = QStringLiteral("%1-%2").arg(process).arg(key);
+            QCOMPARE(store.GetSetting(Application, Section, name, QStringLiteral("lost")),
+                     QString::number(key));
+        }
+    }
+    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 1);
+#else
+    QSKIP("needs fork");
+#endif
+}
+
+void SettingsStoreTest::onlyItsUserReadsIt() {
+#ifdef Q_OS_UNIX
+    const mode_t before = umask(0);
+    SettingsStore store(path());
+    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    umask(before);
+    const auto modeOf = [](const QString& name) {
+        struct stat status {};
+        return stat(QFile::encodeName(name).constData(), &status) == 0 ? status.st_mode & 0777 : 0u;
+    };
+    QCOMPARE(modeOf(path()), 0600u);
+    QCOMPARE(modeOf(QFileInfo(path()).path()), 0700u);
+
+    QCOMPARE(chmod(QFile::encodeName(path()).constData(), 0644), 0);
+    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("2"));
+    QCOMPARE(modeOf(path()), 0600u);
+#else
+    QSKIP("needs file modes");
+#endif
+}
+
+void SettingsStoreTest::damagedFileStaysAsItIs_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("cut off") << QByteArray("{\"App\": {\"Settings\": {\"A\": \"1\"");
+    QTest::newRow("a list") << QByteArray("[1, 2]");
+    QTest::newRow("application is no object") << QByteArray("{\"App\": 1}");
+    QTest::newRow("section is no object") << QByteArray("{\"App\": {\"Settings\": []}}");
+    QTest::newRow("value is no text") << QByteArray("{\"App\": {\"Settings\": {\"A\": 1}}}");
+    QTest::newRow("bytes") << QByteArray("\x7f\x45\x4c\x46\x00\xff", 6);
+}
+
+void SettingsStoreTest::damagedFileStaysAsItIs() {
+    QFETCH(QByteArray, content);
+    const QString file = m_folder->filePath(QStringLiteral("settings.json"));
+    writeContent(file, content);
+    SettingsStore store(file);
+    QString description;
+    QCOMPARE(numberOf([&] { store.GetSetting(Application, Section, QStringLiteral("A")); }, &description),
+             75);
+    QVERIFY2(description.contains(QStringLiteral("settings.json")), qPrintable(description));
+    QCOMPARE(numberOf([&] { store.SaveSetting(Application, Section, QStringLiteral("A"), QString()); }), 75);
+    QCOMPARE(contentOf(file), content);
+}
+
+void SettingsStoreTest::fullDiskKeepsOldValues_data() {
+    QTest::addColumn<int>("bytesFree");
+    QTest::addColumn<int>("length");
+    QTest::newRow("no room for the lock") << 0 << 2000;
+    QTest::newRow("room for a part of the lock") << 5 << 2000;
+    QTest::newRow("room for a part of a short text") << 1000 << 2000;
+    QTest::newRow("room for a part of a long text") << 5000 << 20000;
+}
+
+void SettingsStoreTest::fullDiskKeepsOldValues() {
+#ifdef Q_OS_UNIX
+    QFETCH(int, bytesFree);
+    QFETCH(int, length);
+    SettingsStore store(path());
+    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("old"));
+    const QByteArray before = contentOf(path());
+    const auto save = [&] {
+        store.SaveSetting(Application, Section, QStringLiteral("A"), QString(length, u'x'));
+    };
+    const int number = inChild([&] {
+        const rlimit fileSize{rlim_t(bytesFree), rlim_t(bytesFree)};
+        std::signal(SIGXFSZ, SIG_IGN);
+        return setrlimit(RLIMIT_FSIZE, &fileSize) == 0 ? numberOf(save) : -1;
+    });
+    QCOMPARE(number, 61);
+    QCOMPARE(contentOf(path()), before);
+    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 1);
+    save();
+    QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("A")), QString(length, u'x'));
+#else
+    QSKIP("needs a limit of file sizes");
+#endif
+}
+
+void SettingsStoreTest::noPermission() {
+#ifdef Q_OS_UNIX
+    SettingsStore store(path());
+    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("old"));
+    const QByteArray before = contentOf(path());
+    QCOMPARE(chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
+    const QByteArray folder = QFile::encodeName(QFileInfo(path()).path());
+    const auto asNobody = [&](const std::function<void()>& action) {
+        return inChild([&] {
+            if (geteuid() == 0 && setuid(65534) != 0) return -1;
+            return numberOf(action);
+        });
+    };
+    const auto save = [&] {
+        store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("new"));
+    };
+    const auto read = [&] { store.GetSetting(Application, Section, QStringLiteral("A")); };
+
+    QCOMPARE(chmod(folder.constData(), 0555), 0);
+    QCOMPARE(asNobody(save), 70);
+    QCOMPARE(chmod(folder.constData(), 0000), 0);
+    QCOMPARE(asNobody(read), 75);
+    QCOMPARE(asNobody(save), 70);
+    QCOMPARE(chmod(folder.constData(), 0700), 0);
+    QCOMPARE(contentOf(path()), before);
+#else
+    QSKIP("needs file modes");
+#endif
+}
+
+void SettingsStoreTest::folderThatCannotBeMade() {
+    const QString file = m_folder->filePath(QStringLiteral("file"));
+    writeContent(file, "x");
+    SettingsStore below(file + QStringLiteral("/settings.json"));
+    QString description;
+    QCOMPARE(numberOf([&] { below.SaveSetting(Application, Section, QStringLiteral("A"), QString()); },
+                      &description),
+             75);
+    QVERIFY2(description.contains(QDir::toNativeSeparators(file)), qPrintable(description));
+    QCOMPARE(contentOf(file), QByteArray("x"));
+
+    SettingsStore folder(m_folder->path());
+    QCOMPARE(numberOf([&] { folder.GetSetting(Application, Section, QStringLiteral("A")); }), 75);
+}
+
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "settingsstore_test.moc"
