@@ -26,17 +26,23 @@ struct Column {
     bool identity = false;
     qint64 identitySeed = 1;
     qint64 identityStep = 1;
-    QString defaultText;  ///< as written, in parentheses as the server keeps it; empty: none
+    qint64 identityNext = 1;  ///< value of the next row that a script inserts
+    QString defaultText;      ///< as written, in parentheses as the server keeps it; empty: none
+    QString defaultName;      ///< name of the default's constraint
+    int defaultId = 0;        ///< its object id
     bool computed = false;
+    bool sysname = false;  ///< declared as sysname, an nvarchar(128) with a name of its own
 };
 
 struct Index {
     QString name;
+    int id = 0;     ///< object id of the constraint, 0 for a plain index
     int indid = 0;  ///< 1 clustered, 2.. others
     bool unique = false;
     bool clustered = false;
     bool primaryKey = false;
     bool uniqueConstraint = false;
+    bool statistics = false;   ///< made by CREATE STATISTICS, no index at all
     std::vector<int> columns;  ///< positions in Table::columns, key order
 };
 
@@ -70,19 +76,29 @@ struct Table {
     int columnIndex(const QString& columnName) const;  ///< -1 when there is none
 };
 
+/// A member of a database role.
+struct RoleMember {
+    QString role;
+    QString user;
+};
+
 /// One database: its tables by owner and name, and the SQLite store of its rows.
 ///
 /// The store is an in-memory database under a URI of its own ("file:NAME?mode=memory&cache=shared"), so that
 /// every session can attach it; `keeper` is the connection that keeps it alive. System tables are ordinary
-/// tables of the store, filled once when the script that made the database has ended.
+/// tables of the store, filled once when the last script has ended.
 struct Database {
     QString name;
     int dbid = 0;
     QString uri;
     sqlite3* keeper = nullptr;
+    qint64 created = 0;           ///< as a datetime value
+    qint64 lastTimestamp = 2000;  ///< of the timestamp columns
     std::vector<std::unique_ptr<Table>> tables;
     QStringList users;                    ///< names in sysusers, dbo first; owners of tables are among them
     QHash<QString, QString> userOfLogin;  ///< nameKey(login) -> user; sa is always dbo
+    QStringList roles;                    ///< beside the fixed ones
+    std::vector<RoleMember> roleMembers;  ///< beside dbo, who is always in db_owner
     bool guest = true;                    ///< a login without a user may enter as guest
 
     ~Database();
@@ -93,10 +109,23 @@ struct Database {
     /// Looks a table up: with an owner exactly that one; without, the user's own and then dbo's.
     /// System tables are found whatever the owner. Null when there is none.
     const Table* findTable(const QString& owner, const QString& tableName, const QString& user) const;
+    Table* findTable(const QString& owner, const QString& tableName, const QString& user);
+
+    /// The user's number in sysusers; -1 for a name that is no user.
+    int userId(const QString& user) const;
+    /// The user as sysusers spells it, empty when there is none.
+    QString findUser(const QString& user) const;
+
+    /// A number that no object of this database has yet.
+    int newObjectId();
+    /// Takes a name for an object of `owner`. Throws SqlError 2714 when it is taken.
+    void claimName(const QString& owner, const QString& objectName);
+    /// Takes a table in; its name must have been claimed.
+    Table& addTable(std::unique_ptr<Table> table);
 
   private:
-    friend class ScriptReader;
-    QHash<QString, int> m_byName;  ///< nameKey(owner) + '.' + nameKey(name) -> position in tables
+    QHash<QString, int> m_byName;  ///< objectKey() -> position in tables, -1 for an object that is no table
+    quint32 m_lastObjectId = 1977058079;
 };
 
 struct Login {
@@ -112,24 +141,31 @@ class World {
     /// A server with the five system databases, the login `sa` with an empty password, and nothing else.
     World();
 
-    /// Reads a script (see docs of the sample server); throws SqlError with the line of the script.
+    /// Reads a script (see scriptreader.h for what it may say), beginning in master. Throws SqlError with the
+    /// line of the script; what stood before the failing statement stays done.
     void runScript(const QString& script);
     /// Must be called once after the last script and before the first session: fills the system tables.
     void seal();
 
     const Database* findDatabase(const QString& name) const;
+    Database* findDatabase(const QString& name);
     const Login* findLogin(const QString& name) const;
     const std::vector<std::unique_ptr<Database>>& databases() const { return m_databases; }
-    QString serverName() const { return m_serverName; }
+    QString serverName() const { return QStringLiteral("SAMPLESERVER"); }
+
+    /// Makes an empty database that only sa may enter. Throws SqlError 1801 when the name is taken.
+    Database& addDatabase(const QString& name);
+    /// Throws SqlError 15025 when the login exists.
+    void addLogin(const Login& login);
 
     /// Connections accepted since the start, as @@CONNECTIONS tells them.
     std::atomic<int>& connectionCount() const { return m_connectionCount; }
 
   private:
-    friend class ScriptReader;
     std::vector<std::unique_ptr<Database>> m_databases;
+    QHash<QString, Database*> m_byName;
     std::map<QString, Login> m_logins;  ///< by nameKey
-    QString m_serverName;
+    bool m_sealed = false;
     mutable std::atomic<int> m_connectionCount = 0;
 };
 

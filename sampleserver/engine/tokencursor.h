@@ -1,0 +1,61 @@
+#pragma once
+
+#include "engine/lexer.h"
+#include "engine/sqlerror.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace engine {
+
+/// "db.owner.name"; what was left out is empty.
+struct ObjectName {
+    QString database;
+    QString owner;
+    QString name;
+};
+
+/// Walks the tokens of one batch of a script. What does not fit is refused with SqlError 102 (156 for a
+/// keyword that stands where a name should), which names the line of the script.
+class TokenCursor {
+  public:
+    /// `firstLine`: the line of the script that the batch begins on.
+    TokenCursor(const QString& batch, int firstLine);
+
+    const Token& peek(int ahead = 0) const;
+    Token take();
+    bool atEnd() const { return peek().kind == TokenKind::End; }
+    int line() const { return peek().line; }
+
+    bool is(const char* word, int ahead = 0) const { return peek(ahead).is(QLatin1String(word)); }
+    bool isSymbol(const char* symbol) const { return peek().isSymbol(QLatin1String(symbol)); }
+    bool accept(const char* word);
+    bool acceptSymbol(const char* symbol);
+    void expect(const char* word);
+    void expectSymbol(const char* symbol);
+
+    /// An identifier; a reserved word only in brackets or double quotes.
+    QString name();
+    ObjectName objectName();
+    /// "(a, b)"
+    QStringList nameList();
+    /// A whole number with or without a sign.
+    qint64 integer();
+    /// "ON" or "OFF"
+    bool onOrOff();
+    /// Skips "( .. )" and gives its text with the parentheses.
+    QString parenthesised();
+    /// The batch's text from this token's beginning on, up to what has been taken.
+    QString textSince(const Token& first) const;
+
+    /// The error for the token that comes next.
+    SqlError unexpected() const;
+
+  private:
+    QString m_batch;
+    std::vector<Token> m_tokens;
+    size_t m_next = 0;
+};
+
+}  // namespace engine
