@@ -36,11 +36,11 @@ bool SampleServerProcess::start(const QStringList& arguments, int milliseconds) 
 }
 
 int SampleServerProcess::stop() {
-    if (m_process.state() == QProcess::NotRunning) return m_process.exitCode();
-    m_process.closeWriteChannel();
-    const bool ended = m_process.waitForFinished(kEndMilliseconds);
-    if (!ended) kill();
-    return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.closeWriteChannel();
+        if (!m_process.waitForFinished(kEndMilliseconds)) kill();
+    }
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
 void SampleServerProcess::kill() {

@@ -1,0 +1,189 @@
+#include "tds/clienthandler.h"
+
+#include "tds/columnformat.h"
+#include "tds/prelogin.h"
+#include "tds/requests.h"
+#include "tds/tokensink.h"
+#include "tds/wirebytes.h"
+
+#include <algorithm>
+
+namespace tds {
+
+namespace {
+
+constexpr qsizetype kLargestHandshake = 128 * 1024;
+constexpr QDeadlineTimer kForever(QDeadlineTimer::Forever);
+
+// There is nothing to commit on a read-only server, so any name of a transaction will do.
+QByteArrayView transactionName() {
+    static constexpr char bytes[8] = {1};
+    return {bytes, sizeof(bytes)};
+}
+
+engine::SqlMessage information(int number, int state, const QString& text) {
+    return {.number = number, .severity = 10, .state = state, .text = text};
+}
+
+}  // namespace
+
+ClientHandler::ClientHandler(SocketChannel& channel, int spid, const ServerSettings& settings,
+                             const SessionFactory& makeSession)
+    : m_stream(channel, quint16(spid)), m_spid(spid), m_settings(settings), m_makeSession(makeSession) {}
+
+void ClientHandler::serve() {
+    try {
+        if (!shakeHands()) return m_stream.closeInOrder();
+        for (;;)
+            answer(m_stream.readMessage(m_settings.largestMessage, kForever));
+    } catch (const ProtocolError&) {
+        // Nothing behind a broken message can be told apart, so the connection is over.
+    } catch (const ConnectionEnded&) {
+        // So it is here.
+    }
+}
+
+bool ClientHandler::shakeHands() {
+    const QDeadlineTimer deadline(m_settings.handshakeMilliseconds);
+    Message message = m_stream.readMessage(kLargestHandshake, deadline);
+    if (message.type == PacketType::PreLogin) {
+        m_stream.response().append(answerPreLogin(message.payload));
+        m_stream.endResponse();
+        message = m_stream.readMessage(kLargestHandshake, deadline);
+    }
+    if (message.type != PacketType::Login7) throw ProtocolError("request before the login");
+    return acceptLogin(parseLogin7(message.payload));
+}
+
+bool ClientHandler::acceptLogin(const Login7& login) {
+    m_login = login;
+    if (login.trusted)
+        return refuse({{.number = 18452,
+                        .severity = 14,
+                        .text = QStringLiteral("Login failed for user '%1'. Reason: Not associated with a "
+                                               "trusted SQL Server connection.")
+                                    .arg(login.request.user)}});
+    m_session = m_makeSession(m_spid);
+    const std::vector<engine::SqlMessage> refusals = m_session->login(login.request);
+    if (!refusals.empty()) return refuse(refusals);
+    tellLoggedIn();
+    return true;
+}
+
+bool ClientHandler::refuse(const std::vector<engine::SqlMessage>& messages) {
+    for (const engine::SqlMessage& message : messages)
+        appendMessage(m_stream.response(), message, m_settings.serverName, m_login.version.version);
+    answerDone(DoneError);
+    return false;
+}
+
+void ClientHandler::tellLoggedIn() {
+    const TdsVersion version = m_login.version.version;
+    const QString database = m_session->database();
+    const QString language = QStringLiteral("us_english");
+    QByteArray& out = m_stream.response();
+    const auto tell = [&](const engine::SqlMessage& message) {
+        appendMessage(out, message, m_settings.serverName, version);
+    };
+    appendTextChange(out, EnvChange::Database, database, u"master");
+    tell(information(5701, 2, QStringLiteral("Changed database context to '%1'.").arg(database)));
+    if (hasCollations(version)) appendBytesChange(out, EnvChange::Collation, collationBytes(), {});
+    appendTextChange(out, EnvChange::Language, language, {});
+    tell(information(5703, 1, QStringLiteral("Changed language setting to %1.").arg(language)));
+    appendLoginAck(out, m_login.version.answer);
+    appendTextChange(out, EnvChange::PacketSize, QString::number(m_login.packetSize),
+                     QString::number(m_stream.packetSize()));
+    answerDone(DoneFinal);
+    m_stream.setPacketSize(m_login.packetSize);
+}
+
+void ClientHandler::answer(const Message& message) {
+    if (message.ignored) return answerDone(DoneError);
+    if (message.resets) resetSession();
+    switch (message.type) {
+        case PacketType::SqlBatch:
+            return runBatch(parseBatch(message.payload, m_login.version.version), false);
+        case PacketType::Rpc:
+            return runRpc(message);
+        case PacketType::TransactionManager:
+            return runTransactionRequest(message);
+        // It came too late to interrupt anything, but its client waits for an answer all the same.
+        case PacketType::Attention:
+            return answerDone(DoneAttention);
+        case PacketType::BulkLoad:
+            return answerError({.number = 3906,
+                                .text = QStringLiteral("Failed to update database \"%1\" because the "
+                                                       "database is read-only.")
+                                            .arg(m_session->database())});
+        default:
+            throw ProtocolError("login within a session");
+    }
+}
+
+void ClientHandler::runBatch(const QString& batch, bool asProcedure) {
+    TokenSink sink(m_stream, m_login.version.version, m_settings.serverName,
+                   asProcedure ? TokenSink::Request::Rpc : TokenSink::Request::Batch);
+    m_session->execute(batch, sink);
+    sink.finish();
+}
+
+void ClientHandler::runRpc(const Message& message) {
+    const auto call = parseRpc(message.payload, m_login.version.version);
+    if (const auto* refusal = std::get_if<engine::SqlMessage>(&call)) return answerError(*refusal);
+    runBatch(std::get<QString>(call), true);
+}
+
+void ClientHandler::runTransactionRequest(const Message& message) {
+    using Kind = TransactionRequest::Kind;
+    const TransactionRequest request = parseTransactionRequest(message.payload, m_login.version.version);
+    QByteArray& out = m_stream.response();
+    switch (request.kind) {
+        case Kind::Begin:
+            ++m_openTransactions;
+            appendBytesChange(out, EnvChange::BeginTransaction, transactionName(), {});
+            break;
+        case Kind::Commit:
+        case Kind::Rollback: {
+            const bool commit = request.kind == Kind::Commit;
+            if (m_openTransactions == 0)
+                return answerError(
+                    {.number = commit ? 3902 : 3903,
+                     .text = QStringLiteral("The %1 TRANSACTION request has no corresponding BEGIN "
+                                            "TRANSACTION.")
+                                 .arg(commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK"))});
+            m_openTransactions = commit ? m_openTransactions - 1 : 0;
+            appendBytesChange(out, commit ? EnvChange::CommitTransaction : EnvChange::RollbackTransaction, {},
+                              transactionName());
+            if (!request.beginsAnother) break;
+            ++m_openTransactions;
+            appendBytesChange(out, EnvChange::BeginTransaction, transactionName(), {});
+            break;
+        }
+        case Kind::Save:
+            break;
+        case Kind::Other:
+            return answerError(
+                {.number = 8501,
+                 .text = QStringLiteral("MSDTC on server '%1' is unavailable.").arg(m_settings.serverName)});
+    }
+    answerDone(DoneFinal);
+}
+
+void ClientHandler::answerError(const engine::SqlMessage& message) {
+    appendMessage(m_stream.response(), message, m_settings.serverName, m_login.version.version);
+    answerDone(DoneError);
+}
+
+void ClientHandler::answerDone(quint16 status) {
+    appendDone(m_stream.response(), {.status = status}, m_login.version.version);
+    m_stream.endResponse();
+}
+
+void ClientHandler::resetSession() {
+    m_openTransactions = 0;
+    m_session = m_makeSession(m_spid);
+    if (!m_session->login(m_login.request).empty()) throw ProtocolError("session cannot be made anew");
+    appendBytesChange(m_stream.response(), EnvChange::ResetAcknowledged, {}, {});
+}
+
+}  // namespace tds
