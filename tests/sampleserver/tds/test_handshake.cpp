@@ -1,0 +1,149 @@
+#include "serverhost.h"
+#include "wireclient.h"
+
+#include <QTest>
+
+namespace {
+
+constexpr char kLoginTokens71[] = "e3abe3e3abade3fd";
+
+LoginFields fieldsOf(quint32 version) {
+    LoginFields fields;
+    fields.version = version;
+    return fields;
+}
+
+}  // namespace
+
+/// From the connection to the end of the login.
+class TestHandshake : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void preLoginIsAnswered();
+    void versions_data();
+    void versions();
+    void loginTellsWhoAsks();
+    void refusals_data();
+    void refusals();
+    void packetSizes_data();
+    void packetSizes();
+};
+
+void TestHandshake::preLoginIsAnswered() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.send(preLoginMessage());
+    // Version, encryption (2: not supported), instance, thread id, active result sets (0: off).
+    QCOMPARE(client.readMessage().toHex(), QByteArray("00001a0006"
+                                                      "0100200001"
+                                                      "0200210001"
+                                                      "0300220000"
+                                                      "0400220001"
+                                                      "ff"
+                                                      "0700026f0000"
+                                                      "02"
+                                                      "00"
+                                                      "00"));
+}
+
+void TestHandshake::versions_data() {
+    QTest::addColumn<quint32>("asked");
+    QTest::addColumn<QByteArray>("answered");
+    QTest::addColumn<QByteArray>("tokens");
+    QTest::newRow("7.0") << kTds70 << QByteArray("07000000") << QByteArray("e3abe3abade3fd");
+    QTest::newRow("7.1 first") << 0x71000000u << QByteArray("07010000") << QByteArray(kLoginTokens71);
+    QTest::newRow("7.1") << kTds71 << QByteArray("71000001") << QByteArray(kLoginTokens71);
+    QTest::newRow("7.2") << kTds72 << QByteArray("72090002") << QByteArray(kLoginTokens71);
+    QTest::newRow("7.3A") << 0x730A0003u << QByteArray("730a0003") << QByteArray(kLoginTokens71);
+    QTest::newRow("7.3B") << kTds73 << QByteArray("730b0003") << QByteArray(kLoginTokens71);
+    QTest::newRow("7.4") << kTds74 << QByteArray("74000004") << QByteArray(kLoginTokens71);
+    QTest::newRow("later") << 0x75000001u << QByteArray("74000004") << QByteArray(kLoginTokens71);
+}
+
+void TestHandshake::versions() {
+    QFETCH(quint32, asked);
+    ServerHost host;
+    WireClient client(host.port());
+    const Reply reply = client.logIn(fieldsOf(asked));
+    QTEST(reply.tokens.toHex(), "tokens");
+    QTEST(reply.loginAck.mid(1, 4).toHex(), "answered");
+    QCOMPARE(reply.messages, QList<int>({5701, 5703}));
+    QCOMPARE(reply.doneStatus, QList<quint16>{0});
+    QVERIFY(reply.changes.contains(hex("01") + hex("06") + utf16(QStringLiteral("master")) + hex("06") +
+                                   utf16(QStringLiteral("master"))));
+    QCOMPARE(reply.changes.contains(hex("07 05 0904d00034 00")), asked > 0x70FFFFFF);
+
+    const Reply who = client.runBatch(QStringLiteral("echo \U0001F600"));
+    QCOMPARE(who.text, QStringLiteral("\U0001F600"));
+    QCOMPARE(who.tokens.toHex(), QByteArray("81d1fd"));
+    QCOMPARE(who.doneStatus, QList<quint16>{0x10});
+    QCOMPARE(who.lastCount, quint64(1));
+}
+
+void TestHandshake::loginTellsWhoAsks() {
+    ServerHost host;
+    WireClient client(host.port());
+    LoginFields fields;
+    fields.database = QStringLiteral("Gr\u00f6\u00dfe");
+    client.logIn(fields);
+    QCOMPARE(client.runBatch(QStringLiteral("who")).text,
+             QStringLiteral("sa|p\u00e4ss\u20ac|HOST|test|Gr\u00f6\u00dfe"));
+}
+
+void TestHandshake::refusals_data() {
+    QTest::addColumn<LoginFields>("fields");
+    QTest::addColumn<QList<int>>("messages");
+    LoginFields wrong;
+    wrong.password = QStringLiteral("wrong");
+    QTest::newRow("password") << wrong << QList<int>{18456};
+    LoginFields trusted;
+    trusted.flags2 = 0x80;
+    QTest::newRow("operating system's user") << trusted << QList<int>{18452};
+}
+
+void TestHandshake::refusals() {
+    QFETCH(LoginFields, fields);
+    ServerHost host;
+    WireClient client(host.port());
+    const Reply reply = client.logIn(fields);
+    QTEST(reply.messages, "messages");
+    QCOMPARE(reply.doneStatus, QList<quint16>{2});
+    QVERIFY(reply.loginAck.isEmpty());
+    QVERIFY(client.waitForEnd());
+    QTRY_COMPARE(host.liveClients(), 0);
+}
+
+void TestHandshake::packetSizes_data() {
+    QTest::addColumn<quint32>("asked");
+    QTest::addColumn<quint16>("agreed");
+    QTest::newRow("none") << 0u << quint16(4096);
+    QTest::newRow("too small") << 100u << quint16(512);
+    QTest::newRow("smallest") << 512u << quint16(512);
+    QTest::newRow("odd") << 1001u << quint16(1001);
+    QTest::newRow("largest") << 32767u << quint16(32767);
+    QTest::newRow("too large") << 0xFFFFFFFFu << quint16(32767);
+}
+
+void TestHandshake::packetSizes() {
+    QFETCH(quint32, asked);
+    QFETCH(quint16, agreed);
+    ServerHost host;
+    WireClient client(host.port());
+    LoginFields fields;
+    fields.packetSize = asked;
+    const Reply login = client.logIn(fields);
+    const QString size = QString::number(agreed);
+    QCOMPARE(login.changes.last().left(2 + 2 * size.size()), hex("04") + char(size.size()) + utf16(size));
+
+    // A value of a megabyte, far larger than any packet, comes whole and in packets of the agreed size.
+    const QString text = QStringLiteral("0123456789abcdef").repeated(32768);
+    const Reply reply = client.runBatch(QStringLiteral("echo ") + text);
+    QCOMPARE(reply.text, text);
+    for (qsizetype i = 0; i + 1 < reply.packetSizes.size(); ++i)
+        QCOMPARE(reply.packetSizes[i], agreed);
+    QVERIFY(reply.packetSizes.last() <= agreed);
+}
+
+QTEST_GUILESS_MAIN(TestHandshake)
+#include "test_handshake.moc"

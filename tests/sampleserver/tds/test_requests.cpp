@@ -1,0 +1,346 @@
+#include "serverhost.h"
+#include "wireclient.h"
+
+#include <QTest>
+
+#include <functional>
+
+using engine::ResultSink;
+using engine::SqlMessage;
+using engine::TypeId;
+using engine::Value;
+
+using Tell = std::function<void(ResultSink&)>;
+Q_DECLARE_METATYPE(Tell)
+
+namespace {
+
+constexpr char kHeaders[] = "16000000 12000000 0200 0000000000000000 01000000";
+constexpr char kAttention[] = "0601000800000000";
+
+void tellColumns(ResultSink& sink) {
+    sink.columns({{QStringLiteral("n"), {TypeId::Int}, true}});
+}
+
+void tellRow(ResultSink& sink, qint64 number) {
+    const Value row[]{number};
+    sink.row(row);
+}
+
+LoginFields version(quint32 number) {
+    LoginFields fields;
+    fields.version = number;
+    return fields;
+}
+
+}  // namespace
+
+/// Requests of a client that is logged in.
+class TestRequests : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void results_data();
+    void results();
+    void messageBytes();
+    void calls_data();
+    void calls();
+    void transactions_data();
+    void transactions();
+    void refusesBulkLoad();
+    void attentionEndsRows();
+    void attentionEndsWaiting();
+    void attentionWithoutRequest();
+    void attentionWithinMessage();
+    void withdrawnMessage();
+    void resetConnection();
+    void cutAtEveryByte();
+    void packetsOfEverySize();
+    void requestsInOneWrite();
+    void manyClients();
+};
+
+void TestRequests::results_data() {
+    QTest::addColumn<Tell>("tell");
+    QTest::addColumn<QByteArray>("tokens");
+    QTest::addColumn<QList<quint16>>("statuses");
+    using Statuses = QList<quint16>;
+    const SqlMessage error{.number = 208, .text = QStringLiteral("no")};
+    const SqlMessage information{.number = 0, .severity = 0, .text = QStringLiteral("so")};
+
+    const auto row = [](const char* name, Tell tell, const char* tokens, Statuses statuses) {
+        QTest::newRow(name) << tell << QByteArray(tokens) << statuses;
+    };
+    row("nothing", [](ResultSink&) {}, "fd", {0});
+    row("no count", [](ResultSink& sink) { sink.statementDone(-1, false); }, "fd", {0});
+    row("two results",
+        [](ResultSink& sink) {
+            tellColumns(sink);
+            tellRow(sink, 1);
+            sink.statementDone(1, true);
+            tellColumns(sink);
+            sink.statementDone(0, true);
+        },
+        "81d1fd81fd", {0x11, 0x10});
+    row("error", [=](ResultSink& sink) { sink.message(error); }, "aafd", {2});
+    row("error and its end",
+        [=](ResultSink& sink) {
+            sink.message(error);
+            sink.statementDone(-1, false);
+            sink.statementDone(-1, false);
+        },
+        "aafdfd", {3, 0});
+    row("error behind a result",
+        [=](ResultSink& sink) {
+            tellColumns(sink);
+            sink.statementDone(0, true);
+            sink.message(error);
+        },
+        "81fdaafd", {0x11, 2});
+    row("information", [=](ResultSink& sink) { sink.message(information); }, "abfd", {0});
+    row("row that does not fit",
+        [=](ResultSink& sink) {
+            tellColumns(sink);
+            tellRow(sink, 1);
+            tellRow(sink, qint64(1) << 40);
+            tellRow(sink, 2);
+            if (sink.cancelled()) sink.statementDone(1, true);
+        },
+        "81d1aafd", {0x12});
+}
+
+void TestRequests::results() {
+    QFETCH(Tell, tell);
+    ServerHost host([tell](const QString&, ResultSink& sink) { tell(sink); });
+    for (const quint32 number : {kTds70, kTds74}) {
+        WireClient client(host.port());
+        client.logIn(version(number));
+        const Reply reply = client.runBatch(QStringLiteral("go"));
+        QTEST(reply.tokens.toHex(), "tokens");
+        QTEST(reply.doneStatus, "statuses");
+    }
+}
+
+void TestRequests::messageBytes() {
+    const auto tell = [](const QString&, ResultSink& sink) {
+        sink.message(
+            {.number = 208, .severity = 16, .state = 3, .line = 0x102, .text = QStringLiteral("no")});
+        sink.databaseChanged(QStringLiteral("a"), QStringLiteral("b"));
+    };
+    ServerHost host(tell, {.serverName = QStringLiteral("S")});
+    const QByteArray start = "d0000000 03 10 0200 6e006f00 01 5300 00 ";
+    const QByteArray change = "e3 0700 01 01 6200 01 6100 ";
+    WireClient old(host.port());
+    old.logIn(version(kTds71));
+    QCOMPARE(old.runBatch(QStringLiteral("go")).raw.toHex(' '),
+             QByteArray::fromHex("aa 1200" + start + "0201" + change + "fd 0200 0000 00000000").toHex(' '));
+    WireClient wide(host.port());
+    wide.logIn(version(kTds72));
+    QCOMPARE(wide.runBatch(QStringLiteral("go")).raw.toHex(' '),
+             QByteArray::fromHex("aa 1400" + start + "02010000" + change + "fd 0200 0000 0000000000000000")
+                 .toHex(' '));
+}
+
+void TestRequests::calls_data() {
+    QTest::addColumn<quint32>("version");
+    QTest::addColumn<QByteArray>("call");
+    QTest::addColumn<QByteArray>("tokens");
+    QTest::addColumn<QList<int>>("messages");
+    // "echo x" and the parts of a call around it.
+    const QByteArray statement = utf16(QStringLiteral("echo x"));
+    const QByteArray byNumber = hex("ffff 0a00 0000");
+    const QByteArray byName = hex("0d00") + utf16(QStringLiteral("SP_executesql")) + hex("0000");
+    const QByteArray collation = hex("0904d00034");
+    const QByteArray nvarchar = hex("00 00 e7 401f") + collation + hex("0c00") + statement;
+    const QByteArray chunks = hex("00 00 e7 ffff") + collation + hex("0c00000000000000 04000000") +
+                              statement.left(4) + hex("08000000") + statement.mid(4) + hex("00000000");
+    const QByteArray ntext = hex("00 00 63 0c000000") + collation + hex("0c000000") + statement;
+    const auto row = [](const char* name, quint32 number, const QByteArray& call, const char* tokens,
+                        QList<int> messages) {
+        QTest::newRow(name) << number << call << QByteArray(tokens) << messages;
+    };
+    row("nvarchar, by number", kTds74, byNumber + nvarchar, "81d1ff79fe", {});
+    row("nvarchar, by name", kTds71, byName + nvarchar, "81d1ff79fe", {});
+    row("nvarchar without collation", kTds70, byName + hex("00 00 e7 401f 0c00") + statement, "81d1ff79fe",
+        {});
+    row("in chunks", kTds74, byName + chunks, "81d1ff79fe", {});
+    row("ntext", kTds73, byName + ntext, "81d1ff79fe", {});
+    row("further arguments", kTds74, byNumber + nvarchar + nvarchar, "aafd", {8144});
+    row("statement of another type", kTds74, byNumber + hex("00 00 26 04 04 01000000"), "aafd", {214});
+    row("no statement", kTds74, byNumber, "aafd", {214});
+    row("other procedure by number", kTds74, hex("ffff 0b00 0000"), "aafd", {2812});
+    row("other procedure by name", kTds74, hex("0100 7800 0000"), "aafd", {2812});
+}
+
+void TestRequests::calls() {
+    QFETCH(quint32, version);
+    QFETCH(QByteArray, call);
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn(::version(version));
+    client.send(packet(3, (version >= kTds72 ? hex(kHeaders) : QByteArray()) + call));
+    const Reply reply = client.readReply();
+    QTEST(reply.tokens.toHex(), "tokens");
+    QTEST(reply.messages, "messages");
+    if (reply.messages.isEmpty()) QCOMPARE(reply.text, QStringLiteral("x"));
+}
+
+void TestRequests::transactions_data() {
+    QTest::addColumn<QList<QByteArray>>("requests");
+    QTest::addColumn<QByteArray>("changes");  // of all answers
+    QTest::addColumn<QList<int>>("messages");
+    const QByteArray begin = hex("0500 00 00");
+    const QByteArray commit = hex("0700 00 00");
+    const QByteArray rollback = hex("0800 00 00");
+    QTest::newRow("commit") << QList<QByteArray>{begin, commit} << hex("08 09") << QList<int>{};
+    QTest::newRow("rollback") << QList<QByteArray>{begin, begin, rollback} << hex("08 08 0a") << QList<int>{};
+    QTest::newRow("commit and begin")
+        << QList<QByteArray>{begin, hex("0700 00 01 00 00"), rollback} << hex("08 09 08 0a") << QList<int>{};
+    QTest::newRow("nothing to commit") << QList<QByteArray>{commit} << QByteArray() << QList<int>{3902};
+    QTest::newRow("nothing left") << QList<QByteArray>{begin, rollback, rollback} << hex("08 0a")
+                                  << QList<int>{3903};
+    QTest::newRow("distributed") << QList<QByteArray>{hex("0000 0000")} << QByteArray() << QList<int>{8501};
+}
+
+void TestRequests::transactions() {
+    QFETCH(QList<QByteArray>, requests);
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    QByteArray changes;
+    QList<int> messages;
+    for (const QByteArray& request : requests) {
+        client.send(packet(0x0E, hex(kHeaders) + request));
+        const Reply reply = client.readReply();
+        for (const QByteArray& change : reply.changes)
+            changes.append(change[0]);
+        messages += reply.messages;
+        QCOMPARE(reply.doneStatus.size(), 1);
+    }
+    QTEST(changes, "changes");
+    QTEST(messages, "messages");
+}
+
+void TestRequests::refusesBulkLoad() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(packet(7, QByteArray(100, 'x')));
+    QCOMPARE(client.readReply().messages, QList<int>{3906});
+    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+}
+
+void TestRequests::attentionEndsRows() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(batchMessage(QStringLiteral("rows")));
+    QVERIFY(client.socket().waitForReadyRead());
+    client.send(hex(kAttention));
+    const Reply reply = client.readReply();
+    QCOMPARE(reply.tokens.toHex(), QByteArray("81d1fdfd"));
+    QCOMPARE(reply.doneStatus, QList<quint16>({0x11, 0x20}));
+    QVERIFY(reply.rows > 0);
+    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+}
+
+void TestRequests::attentionEndsWaiting() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(batchMessage(QStringLiteral("wait")) + hex(kAttention));
+    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
+    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+}
+
+void TestRequests::attentionWithoutRequest() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(hex(kAttention));
+    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
+}
+
+void TestRequests::attentionWithinMessage() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(packet(1, hex(kHeaders), 0) + hex(kAttention));
+    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
+    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+}
+
+void TestRequests::withdrawnMessage() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(packet(1, hex(kHeaders) + utf16(QStringLiteral("echo x")), 3));
+    QCOMPARE(client.readReply().tokens.toHex(), QByteArray("fd"));
+    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+}
+
+void TestRequests::resetConnection() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(packet(1, hex(kHeaders) + utf16(QStringLiteral("who")), 9));
+    const Reply reply = client.readReply();
+    QCOMPARE(reply.changes, QList<QByteArray>{hex("12 00 00")});
+    QVERIFY(reply.text.startsWith(QStringLiteral("sa|")));
+}
+
+void TestRequests::cutAtEveryByte() {
+    ServerHost host;
+    const QByteArray conversation =
+        preLoginMessage() + loginMessage({}) + batchMessage(QStringLiteral("echo cut"));
+    for (qsizetype cut = 1; cut < conversation.size(); ++cut) {
+        WireClient client(host.port());
+        client.send(conversation.left(cut));
+        client.send(conversation.mid(cut));
+        client.readMessage();
+        client.readMessage();
+        QCOMPARE(client.readReply().text, QStringLiteral("cut"));
+    }
+    QTRY_COMPARE(host.liveClients(), 0);
+}
+
+void TestRequests::packetsOfEverySize() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    const QByteArray message = hex(kHeaders) + utf16(QStringLiteral("echo in pieces"));
+    for (qsizetype size = 1; size <= message.size(); ++size) {
+        QByteArray packets;
+        for (qsizetype at = 0; at < message.size(); at += size)
+            packets += packet(1, message.mid(at, size), at + size >= message.size() ? 1 : 0);
+        client.send(packets);
+        QCOMPARE(client.readReply().text, QStringLiteral("in pieces"));
+    }
+}
+
+void TestRequests::requestsInOneWrite() {
+    ServerHost host;
+    WireClient client(host.port());
+    client.logIn();
+    client.send(batchMessage(QStringLiteral("echo one")) + batchMessage(QStringLiteral("echo two")));
+    QCOMPARE(client.readReply().text, QStringLiteral("one"));
+    QCOMPARE(client.readReply().text, QStringLiteral("two"));
+}
+
+void TestRequests::manyClients() {
+    ServerHost host;
+    std::vector<std::unique_ptr<WireClient>> clients;
+    for (int i = 0; i < 40; ++i) {
+        clients.push_back(std::make_unique<WireClient>(host.port()));
+        clients.back()->logIn();
+        clients.back()->send(batchMessage(QStringLiteral("echo %1").arg(i)));
+    }
+    QCOMPARE(host.liveClients(), 40);
+    for (int i = 39; i >= 0; --i)
+        QCOMPARE(clients[std::size_t(i)]->readReply().text, QString::number(i));
+    clients.clear();
+    QTRY_COMPARE(host.liveClients(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestRequests)
+#include "test_requests.moc"
