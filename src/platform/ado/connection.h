@@ -17,11 +17,14 @@ class Connection {
     Connection();
 
     /// The string to open with; once open, the string that was opened with every item the driver left out
-    /// added: "SERVER=" and "WSID=" (this machine's name) are then always there.
+    /// added: "WSID=" (this machine's name) is then always there, "SERVER=" unless neither the string nor its
+    /// data source names one.
     QString ConnectionString() const;
+    /// Throws Error 3705 when it is open.
     void setConnectionString(const QString& text);
 
-    /// Seconds; 0 waits without limit.
+    /// Seconds; 0 waits without limit. A server that goes silent after a cancel, too, is given up after twice
+    /// the command time-out.
     int ConnectionTimeout() const;
     void setConnectionTimeout(int seconds);
     int CommandTimeout() const;

@@ -4,7 +4,7 @@
 
 namespace ado {
 
-/// Numbers that the data provider's failures carry.
+/// Numbers that the data provider's failures carry; the positive ones are the layer's own.
 namespace numbers {
 inline constexpr qint32 LoginFailed = -2147217843;
 inline constexpr qint32 Unspecified = -2147467259;  ///< no such database, server or driver; link lost
@@ -12,6 +12,12 @@ inline constexpr qint32 StatementError = -2147217900;
 inline constexpr qint32 ObjectNotFound = -2147217865;
 inline constexpr qint32 ObjectPermission = -2147217911;
 inline constexpr qint32 TimeOut = -2147217871;
+
+inline constexpr qint32 InvalidArgument = 3001;
+inline constexpr qint32 IllegalOperation = 3219;     ///< not in this state
+inline constexpr qint32 ObjectClosed = 3704;         ///< the record set is closed
+inline constexpr qint32 ObjectOpen = 3705;           ///< the connection or record set is open already
+inline constexpr qint32 ConnectionNotUsable = 3709;  ///< the connection is closed
 }  // namespace numbers
 
 /// A failure of the data provider, with what the driver said.

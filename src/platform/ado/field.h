@@ -18,7 +18,8 @@ enum class FieldType {
     Binary     ///< binary, varbinary, image, timestamp: no text
 };
 
-/// A column of a record set with the current row's value.
+/// A column of a record set with the current row's value. Reading a value throws Error 3021 when there is no
+/// row.
 class Field {
   public:
     virtual ~Field() = default;
@@ -28,9 +29,10 @@ class Field {
     virtual FieldType Type() const = 0;
     virtual bool isNull() const = 0;
     /// The value as text. Throws Error 13 "Type mismatch" for a null and for binary data. The view holds
-    /// until the record set moves.
+    /// until the record set moves or another statement runs on its connection.
     virtual QStringView text() const = 0;
-    /// The value as a whole number. Throws Error 13 when it is none.
+    /// The value as a whole number, a fraction rounded half to even, True as 1. Throws Error 13 when it is
+    /// none.
     virtual qint64 toInteger() const = 0;
 };
 

@@ -9,12 +9,14 @@
 namespace ado {
 
 class Connection;
+class RecordsetImpl;
 
 enum class CursorType { ForwardOnly = 0 };
 enum class LockType { Unspecified = -1, ReadOnly = 1 };
 enum class CommandType { Text = 1, Table = 2 };
 
-/// The rows of one statement, read forward only, a block at a time. It keeps its connection open.
+/// The rows of one statement, read forward only, a block at a time. It keeps its connection open. Calls that
+/// need an open record set throw Error 3704 on a closed one.
 class Recordset {
   public:
     Recordset();
@@ -27,7 +29,8 @@ class Recordset {
     void setMaxRecords(qint64 rows);
 
     /// Runs a statement (or reads a table, named as in a FROM clause) and stands on its first row. A
-    /// statement that returns no columns leaves a record set without fields, at its end. Throws Error.
+    /// statement that returns no columns leaves a record set without fields, at its end; of several results
+    /// the first with columns counts. Throws Error.
     ///
     /// Another record set that is still being read on the same connection is read to its end into memory
     /// first, since the wire carries one result at a time.
@@ -41,9 +44,10 @@ class Recordset {
     /// being spelled so here).
     bool Eof() const;
     /// To the first row. On a forward-only record set it is legal only before the first MoveNext().
-    /// Throws Error 3021 when there is no row.
+    /// Throws Error 3021 when there is no row, 3219 later on.
     void MoveFirst();
-    /// To the next row. Throws Error: 3021 at the end, or what the driver says.
+    /// To the next row. Throws Error: 3021 at the end, or what the driver says; an error in a later result of
+    /// the statement comes when the rows end. The record set is at its end then.
     void MoveNext();
 
     /// Fields of the current row, left to right.
@@ -53,7 +57,7 @@ class Recordset {
     const Field& Fields(const QString& name) const;
 
   private:
-    std::unique_ptr<class RecordsetImpl> m_impl;
+    std::unique_ptr<RecordsetImpl> m_impl;
 };
 
 }  // namespace ado

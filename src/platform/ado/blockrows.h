@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/ado/odbc.h"
+#include "platform/ado/rowsource.h"
+
+#include <memory>
+#include <optional>
+
+namespace ado {
+
+/// Rows fetched a block at a time into memory laid out row by row: per column its length and its value.
+class BlockRows final : public RowSource {
+  public:
+    BlockRows(odbc::StatementHandle statement, const std::vector<Column>& columns, qint64 most);
+    bool next(std::vector<Cell>& row) override;
+
+  private:
+    struct Slot {
+        qsizetype offset = 0;    ///< of the length; the value stands behind it
+        qsizetype capacity = 0;  ///< bytes
+        bool text = false;
+    };
+    void layOut(const std::vector<Column>& columns);
+    void bind(const std::vector<Column>& columns, qint64 most);
+    bool fetch();
+    Cell cell(const std::byte* row, const Slot& slot) const;
+
+    odbc::StatementHandle m_statement;
+    std::vector<Slot> m_slots;
+    qsizetype m_rowSize = 0;
+    std::unique_ptr<std::byte[]> m_block;
+    std::unique_ptr<SQLULEN> m_fetched = std::make_unique<SQLULEN>(0);
+    SQLULEN m_position = 0;
+    std::optional<Error> m_failure;  ///< waits behind the block's rows
+};
+
+}  // namespace ado

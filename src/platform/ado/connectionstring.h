@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <functional>
+#include <initializer_list>
+#include <optional>
+#include <vector>
+
+namespace ado {
+
+/// An ODBC connection string: items "keyword=value" between semicolons, a value in braces where it holds one
+/// of its own (a closing brace in it is doubled). Keywords compare without regard to case, blanks around
+/// keywords and around values without braces do not count, and the first item of a keyword is the one that
+/// counts (ODBC Programmer's Reference, SQLDriverConnect).
+class ConnectionString {
+  public:
+    explicit ConnectionString(QString text);
+
+    const QString& text() const { return m_text; }
+    /// The value of the first item whose keyword is one of those given.
+    std::optional<QString> value(std::initializer_list<QStringView> keywords) const;
+    bool has(std::initializer_list<QStringView> keywords) const { return value(keywords).has_value(); }
+
+    /// Replaces the value of the first item with one of the keywords, in its place; a new item is put behind
+    /// the others under the first keyword.
+    void setValue(std::initializer_list<QStringView> keywords, const QString& value);
+    /// Puts an item before or behind all others, the rest untouched.
+    void prepend(QStringView keyword, const QString& value);
+    void append(QStringView keyword, const QString& value);
+
+    /// Writes the items so that a driver which reads them to the letter understands them: no blanks around a
+    /// keyword, a semicolon behind a last value in braces.
+    void normalize();
+
+  private:
+    struct Item {
+        qsizetype begin = 0;  ///< of the keyword with the blanks before it
+        qsizetype valueBegin = 0;
+        qsizetype end = 0;  ///< of the value with the blanks behind it
+        QString keyword;
+        QString value;
+        bool braced = false;
+    };
+    const Item* find(std::initializer_list<QStringView> keywords) const;
+    void parse();
+    Item parseItem(qsizetype begin) const;
+    void parseValue(Item& item) const;
+
+    QString m_text;
+    std::vector<Item> m_items;
+};
+
+/// Reads an entry of a data source's definition; empty when there is none.
+using DefinitionReader = std::function<QString(const QString& source, const QString& entry)>;
+
+/// What a connection string turns into on its way to the driver, beside the string itself: a server named
+/// "(local)" or "." is this machine; the FreeTDS driver gets a port and a protocol version where none is
+/// named, since it looks for no default port and would try one version after the other, each for a whole
+/// time-out; and a data source's own user goes along, which that driver does not read.
+QString driverText(const ConnectionString& string, const DefinitionReader& definition);
+
+/// The string of an opened connection: with the items "SERVER=" and "WSID=" that the driver left out.
+QString expandedText(const ConnectionString& string, const DefinitionReader& definition,
+                     const QString& machine);
+
+}  // namespace ado

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/ado/error.h"
+#include "platform/ado/rowsource.h"
+
+#include <deque>
+#include <optional>
+
+namespace ado {
+
+/// The rest of another source's rows in memory, each value with the bytes it has; and the error that ended
+/// them.
+class PackedRows final : public RowSource {
+  public:
+    /// Takes the row at hand and reads the source to its end; next() gives the row at hand first.
+    PackedRows(RowSource& rest, std::vector<Cell> row);
+    bool next(std::vector<Cell>& row) override;
+
+  private:
+    void append(const std::vector<Cell>& row);
+
+    std::deque<std::vector<std::byte>> m_pages;
+    size_t m_position = 0;  ///< in the first page
+    std::optional<Error> m_failure;
+};
+
+}  // namespace ado

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/ado/opening.h"
+
+#include <vector>
+
+namespace ado::detail {
+
+/// Error 3705: a connection or a record set is open already.
+[[noreturn]] void throwOpen();
+
+/// A record set as its session sees it.
+class Reader {
+  public:
+    /// The wire is wanted for another statement: keep the rest of the rows in memory.
+    virtual void readAhead() = 0;
+    /// The connection was closed under it.
+    virtual void connectionClosed() = 0;
+
+  protected:
+    ~Reader() = default;
+};
+
+/// The state that the copies of a Connection and its record sets share.
+class Session {
+  public:
+    QString connectionText;  ///< as it was set
+    int connectionTimeout = 15;
+    int commandTimeout = 30;
+
+    Session() = default;
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    void open(const QString& user, const QString& password);
+    void close();
+    bool isOpen() const { return m_link != nullptr; }
+    /// What an opened connection says of itself.
+    QString visibleText() const { return isOpen() ? m_openedText : connectionText; }
+
+    /// Runs a statement with a limit to its rows, 0 for none, and stands on its first result with columns.
+    /// The number of columns is 0 when there is none; the statement has ended then.
+    struct Result {
+        odbc::StatementHandle statement;
+        int columns = 0;
+    };
+    Result run(const QString& text, qint64 rowLimit);
+
+    void add(Reader& reader) { m_readers.push_back(&reader); }
+    void remove(Reader& reader);
+    /// Who reads rows from the wire now; null when nobody does.
+    void setWireReader(Reader* reader) { m_wireReader = reader; }
+    void endWireReader(Reader& reader);
+
+  private:
+    odbc::StatementHandle execute(const QString& text) const;
+    void limitRows(qint64 rows);
+
+    QString m_openedText;
+    std::shared_ptr<DriverConnection> m_link;
+    std::vector<Reader*> m_readers;
+    Reader* m_wireReader = nullptr;
+    qint64 m_rowLimit = 0;  ///< that the server holds for this connection
+};
+
+}  // namespace ado::detail
