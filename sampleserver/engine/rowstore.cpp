@@ -118,9 +118,14 @@ void createStorage(sqlite3* store, const Table& table) {
         columns += storageColumn(static_cast<int>(i)).toUtf8() + ' ' +
                    storageDeclaration(table.columns[i].type).toUtf8();
     }
+    // SQLite reads its whole schema again for every CREATE: unique indexes go into the table's own.
+    for (const Index& index : table.indexes) {
+        if (index.unique) columns += ", UNIQUE (" + columnList(index.columns) + ')';
+    }
     executeStore(store, "CREATE TABLE " + quoted(table.storage) + " (" + columns + ")");
-    for (const Index& index : table.indexes)
-        createIndexStorage(store, table, index);
+    for (const Index& index : table.indexes) {
+        if (!index.unique) createIndexStorage(store, table, index);
+    }
 }
 
 void createIndexStorage(sqlite3* store, const Table& table, const Index& index) {

@@ -60,8 +60,8 @@ class IndexRows {
     int m_bytes;
 };
 
-void appendIndexes(const Database& database, const Table& table, SystemRows& indexes, SystemRows& keys) {
-    IndexRows rows(indexes, table, table.system ? 0 : countRows(database.keeper, table));
+void appendIndexes(const Table& table, qint64 rowCount, SystemRows& indexes, SystemRows& keys) {
+    IndexRows rows(indexes, table, rowCount);
     if (clusteredIndex(table) == nullptr) rows.append(table.name, 0, 0, 0);
     for (const Index& index : table.indexes) {
         rows.append(index.name, index.indid, statusOf(index), static_cast<int>(index.columns.size()));
@@ -76,11 +76,12 @@ void appendIndexes(const Database& database, const Table& table, SystemRows& ind
 
 }  // namespace
 
-void fillIndexes(const Database& database) {
+void fillIndexes(const Database& database, const std::vector<qint64>& rowCounts) {
     SystemRows indexes(database, "sysindexes");
     SystemRows keys(database, "sysindexkeys");
-    for (const auto& table : database.tables)
-        appendIndexes(database, *table, indexes, keys);
+    for (size_t i = 0; i < database.tables.size(); ++i) {
+        appendIndexes(*database.tables[i], rowCounts[i], indexes, keys);
+    }
 }
 
 }  // namespace engine

@@ -18,14 +18,19 @@ void SystemRows::append(std::initializer_list<Value> values) {
 }
 
 void fillSystemTables(const World& world, Database& database) {
+    // Counted before the transaction, which would keep a lock for every table that it has read.
+    std::vector<qint64> rowCounts;
+    for (const auto& table : database.tables)
+        rowCounts.push_back(countRows(database.keeper, *table));
     addSystemTables(database);
+    rowCounts.resize(database.tables.size());
     StoreTransaction transaction(database.keeper);
     for (const auto& table : database.tables) {
         if (table->system) createStorage(database.keeper, *table);
     }
     fillObjects(database);
     fillColumns(database);
-    fillIndexes(database);
+    fillIndexes(database, rowCounts);
     fillReferences(database);
     fillUsers(world, database);
     if (database.name == QLatin1String("master")) fillDatabases(world, database);

@@ -28,9 +28,10 @@ class SystemRows {
 };
 
 // One function for each group of system tables.
-void fillObjects(const Database& database);                        ///< sysobjects, syscomments
-void fillColumns(const Database& database);                        ///< syscolumns, systypes
-void fillIndexes(const Database& database);                        ///< sysindexes, sysindexkeys
+void fillObjects(const Database& database);  ///< sysobjects, syscomments
+void fillColumns(const Database& database);  ///< syscolumns, systypes
+/// sysindexes, sysindexkeys; the number of rows of each table, in the order of the tables
+void fillIndexes(const Database& database, const std::vector<qint64>& rowCounts);
 void fillReferences(const Database& database);                     ///< sysforeignkeys, sysreferences
 void fillUsers(const World& world, const Database& database);      ///< sysusers, sysmembers
 void fillDatabases(const World& world, const Database& database);  ///< sysdatabases
