@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/desktop/pictures.h"
+
+#include <QStyledItemDelegate>
+
+namespace desktop {
+
+/// Paints the cells of lists: one line however long the text is, the item's picture in the first column, no
+/// frame around a single cell of a selected row.
+class CellDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
+    bool hasPictures() const { return !m_pictures.isEmpty(); }
+
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
+    /// A tooltip with the whole text where the cell cuts it.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+  private:
+    Pictures m_pictures;
+};
+
+/// A text on one line, cut where nobody could read on.
+QString oneLine(QString text);
+
+}  // namespace desktop

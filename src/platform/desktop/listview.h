@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/desktop/pictures.h"
+
+#include <QTableView>
+
+namespace controls {
+class ListItems;
+}
+
+namespace desktop {
+
+/// A list view in report style over controls::ListItems: whole rows are selected, columns can be resized, and
+/// Ctrl+C copies the selected rows as text with tabs between the columns. A million rows show at once.
+class ListView : public QTableView {
+    Q_OBJECT
+
+  public:
+    explicit ListView(QWidget* parent = nullptr);
+
+    /// Shows the items, which must outlive the view or be set to null before.
+    void setItems(controls::ListItems* items);
+    controls::ListItems* items() const;
+    /// The pictures that items' icon numbers mean.
+    void setPictures(QList<QIcon> icons);
+
+    /// Makes each column as wide as its header and its first rows want, within limits. Done by itself when
+    /// the first rows under new headers arrive.
+    void fitColumns();
+    /// The selected rows as they are copied: tabs between columns, each line ended; tabs and line ends
+    /// inside a text become blanks.
+    QString selectedText() const;
+    void copySelection() const;
+
+  Q_SIGNALS:
+    /// The right mouse button was released over the view, or the menu key pressed; a point of the screen.
+    void contextMenuWanted(const QPoint& screenPosition);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void keyboardSearch(const QString& search) override;
+
+  private:
+    void fitRowHeight();
+    void rowsArrived();
+    int wantedWidth(int column) const;
+
+    bool m_columnsNew = true;
+    QMetaObject::Connection m_columnsInserted;
+    QMetaObject::Connection m_rowsInserted;
+};
+
+}  // namespace desktop

@@ -1,0 +1,179 @@
+#include "platform/desktop/mdiarrangement.h"
+
+#include "platform/desktop/twips.h"
+#include "platform/runtimeerror.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTest>
+
+#include <algorithm>
+#include <numeric>
+
+class MdiArrangementTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void tilesCoverTheArea_data();
+    void tilesCoverTheArea();
+    void tilesOfManyChildren();
+    void cascadeStaysInside();
+    void iconsFillRowsUpwards();
+    void centring_data();
+    void centring();
+    void centringOverflows();
+    void arrangesTheArea();
+    void restoresMaximisedChild();
+    void emptyArea();
+};
+
+void MdiArrangementTest::tilesCoverTheArea_data() {
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("1") << 1 << 1;
+    QTest::newRow("2") << 2 << 1;
+    QTest::newRow("3") << 3 << 1;
+    QTest::newRow("4") << 4 << 2;
+    QTest::newRow("7") << 7 << 2;
+    QTest::newRow("10") << 10 << 3;
+    QTest::newRow("37") << 37 << 6;
+}
+
+void MdiArrangementTest::tilesCoverTheArea() {
+    QFETCH(int, count);
+    QFETCH(int, lines);
+    const QSize area(1001, 703);
+    for (const bool stacked : {true, false}) {
+        const auto tiles = desktop::arrangement::tiles(area, count, stacked);
+        QCOMPARE(int(tiles.size()), count);
+        QRegion covered;
+        qint64 pixels = 0;
+        int atTheEdge = 0;
+        for (const QRect& tile : tiles) {
+            covered += tile;
+            pixels += qint64(tile.width()) * tile.height();
+            atTheEdge += stacked ? tile.top() == 0 : tile.left() == 0;
+        }
+        QCOMPARE(covered, QRegion(QRect(QPoint(), area)));
+        QCOMPARE(pixels, qint64(area.width()) * area.height());
+        QCOMPARE(atTheEdge, lines);
+    }
+}
+
+void MdiArrangementTest::tilesOfManyChildren() {
+    // More children than pixels, and an area that is not laid out yet: nothing breaks.
+    QCOMPARE(desktop::arrangement::tiles(QSize(3, 3), 100, true).size(), size_t(100));
+    QCOMPARE(desktop::arrangement::tiles(QSize(0, 0), 2, false).size(), size_t(2));
+    QVERIFY(desktop::arrangement::tiles(QSize(10, 10), 0, true).empty());
+}
+
+void MdiArrangementTest::cascadeStaysInside() {
+    const QRect area(0, 0, 800, 600);
+    const auto places = desktop::arrangement::cascade(area.size(), 20, 25);
+    QCOMPARE(places.size(), size_t(20));
+    QCOMPARE(places[0].topLeft(), QPoint(0, 0));
+    QCOMPARE(places[1].topLeft(), QPoint(25, 25));
+    QVERIFY(
+        std::all_of(places.begin(), places.end(), [&](const QRect& place) { return area.contains(place); }));
+    QVERIFY(std::count(places.begin(), places.end(), places[0]) > 1);
+}
+
+void MdiArrangementTest::iconsFillRowsUpwards() {
+    const auto places = desktop::arrangement::icons(QSize(350, 200), 4, QSize(160, 24));
+    const std::vector<QPoint> expected = {{0, 176}, {160, 176}, {0, 152}, {160, 152}};
+    QCOMPARE(places, expected);
+}
+
+void MdiArrangementTest::centring_data() {
+    QTest::addColumn<double>("outside");
+    QTest::addColumn<double>("inside");
+    QTest::addColumn<double>("position");
+    QTest::newRow("even") << 9000.0 << 6000.0 << 1500.0;
+    QTest::newRow("the half stays") << 9000.0 << 6015.0 << 1492.5;
+    QTest::newRow("larger than the area") << 3000.0 << 6015.0 << -1507.5;
+    QTest::newRow("rounded before halving, half to even") << 100.5 << 0.0 << 50.0;
+    QTest::newRow("rounded before halving, half to even, up") << 101.5 << 0.0 << 51.0;
+    QTest::newRow("rounded before halving") << 100.0 << 0.6 << 49.5;
+}
+
+void MdiArrangementTest::centring() {
+    QFETCH(double, outside);
+    QFETCH(double, inside);
+    QTEST(desktop::centredPosition(outside, inside), "position");
+}
+
+void MdiArrangementTest::centringOverflows() {
+    QVERIFY_EXCEPTION_THROWN(desktop::centredPosition(3e9, 0), platform::RuntimeError);
+    QVERIFY_EXCEPTION_THROWN(desktop::centredPosition(qQNaN(), 0), platform::RuntimeError);
+}
+
+namespace {
+
+// An area with children of which the last but one is active and the first minimised.
+struct Frame {
+    QMdiArea area;
+    std::vector<QMdiSubWindow*> children;
+
+    explicit Frame(int count) {
+        area.resize(1000, 700);
+        for (int child = 0; child < count; ++child) {
+            children.push_back(area.addSubWindow(new QWidget));
+            children.back()->resize(200, 150);
+        }
+        area.show();
+        children.front()->showMinimized();
+        area.setActiveSubWindow(active());
+    }
+    QMdiSubWindow* active() const { return children[children.size() - 2]; }
+};
+
+}  // namespace
+
+void MdiArrangementTest::arrangesTheArea() {
+    Frame frame(4);
+    const int width = frame.area.viewport()->width();
+    const int height = frame.area.viewport()->height();
+    const int iconTop = height - frame.children.front()->height();
+
+    desktop::tileHorizontally(frame.area);
+    QCOMPARE(frame.active()->pos(), QPoint(0, 0));
+    for (size_t child = 1; child < 4; ++child) {
+        QCOMPARE(frame.children[child]->width(), width);
+        QVERIFY(frame.children[child]->geometry().bottom() < iconTop);
+    }
+    QVERIFY(frame.children.front()->isMinimized());
+    QCOMPARE(frame.children.front()->pos(), QPoint(0, iconTop));
+
+    desktop::tileVertically(frame.area);
+    QCOMPARE(frame.active()->pos(), QPoint(0, 0));
+    QCOMPARE(frame.children[1]->height(), iconTop);
+
+    desktop::cascade(frame.area);
+    QCOMPARE(frame.area.subWindowList(QMdiArea::StackingOrder).last(), frame.active());
+    QVERIFY(frame.active()->x() > frame.children[1]->x());
+    QCOMPARE(frame.area.activeSubWindow(), frame.active());
+
+    frame.children.front()->move(300, 100);
+    desktop::arrangeIcons(frame.area);
+    QCOMPARE(frame.children.front()->pos(), QPoint(0, iconTop));
+}
+
+void MdiArrangementTest::restoresMaximisedChild() {
+    Frame frame(3);
+    frame.active()->showMaximized();
+    desktop::tileVertically(frame.area);
+    QVERIFY(!frame.active()->isMaximized());
+    QCOMPARE(frame.active()->width(), frame.area.viewport()->width() / 2);
+    QVERIFY(frame.children.front()->isMinimized());
+}
+
+void MdiArrangementTest::emptyArea() {
+    QMdiArea area;
+    desktop::cascade(area);
+    desktop::tileHorizontally(area);
+    desktop::arrangeIcons(area);
+    QVERIFY(area.subWindowList().isEmpty());
+}
+
+QTEST_MAIN(MdiArrangementTest)
+#include "mdiarrangement_test.moc"

@@ -1,0 +1,280 @@
+#include "platform/controls/listitems.h"
+#include "platform/controls/nodes.h"
+#include "platform/desktop/celldelegate.h"
+#include "platform/desktop/listview.h"
+#include "platform/desktop/treeview.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QSignalSpy>
+#include <QTest>
+
+using controls::ListItems;
+using controls::Node;
+using controls::Nodes;
+using desktop::ListView;
+using desktop::TreeView;
+
+namespace {
+
+QIcon plainIcon(const QColor& color) {
+    QPixmap pixmap(16, 16);
+    pixmap.fill(color);
+    QIcon icon(pixmap);
+    icon.addPixmap(pixmap, QIcon::Selected);
+    return icon;
+}
+
+void fill(ListItems& items, int rows) {
+    items.addHeader(QStringLiteral("Name"));
+    items.addHeader(QStringLiteral("Value"));
+    for (int row = 0; row < rows; ++row) {
+        items.addItem(QStringLiteral("row %1").arg(row), row % 3);
+        items.setSubItem(row, 1, QString::number(row));
+    }
+}
+
+bool holds(const QImage& image, const QRect& rect, const QColor& color) {
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        for (int x = rect.left(); x <= rect.right(); ++x) {
+            if (image.pixelColor(x, y) == color) return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+class ViewsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void listSelectsAndCopiesRows();
+    void copyKeepsTheGrid();
+    void listKeys();
+    void listColumnWidths();
+    void listPictures();
+    void listTakesRowsWhileShown();
+    void cellTexts_data();
+    void cellTexts();
+    void treeOpensBranches();
+    void treePictures();
+    void treeHotTracking();
+    void contextMenus();
+};
+
+void ViewsTest::listSelectsAndCopiesRows() {
+    ListItems items;
+    ListView view;
+    fill(items, 5);
+    view.setItems(&items);
+    view.resize(400, 300);
+    view.show();
+    const auto click = [&](int row, Qt::KeyboardModifiers modifiers) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
+                          view.visualRect(items.index(row, 1)).center());
+    };
+    click(3, Qt::NoModifier);
+    click(1, Qt::ControlModifier);
+    QTest::keySequence(&view, QKeySequence::Copy);
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 1\t1\nrow 3\t3\n"));
+    view.clearSelection();
+    QTest::keySequence(&view, QKeySequence::Copy);
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 1\t1\nrow 3\t3\n"));
+}
+
+void ViewsTest::copyKeepsTheGrid() {
+    ListItems items;
+    ListView view;
+    fill(items, 1);
+    items.setSubItem(0, 1, u"a\tb\r\nc\nd");
+    view.setItems(&items);
+    view.selectAll();
+    QCOMPARE(view.selectedText(), QStringLiteral("row 0\ta b c d\n"));
+    view.horizontalHeader()->moveSection(1, 0);
+    QCOMPARE(view.selectedText(), QStringLiteral("a b c d\trow 0\n"));
+    view.setItems(nullptr);
+    QCOMPARE(view.selectedText(), QString());
+}
+
+void ViewsTest::listKeys() {
+    ListItems items;
+    ListView view;
+    fill(items, 50);
+    view.setItems(&items);
+    view.resize(400, 300);
+    view.show();
+    view.setCurrentIndex(items.index(10, 1));
+    QTest::keyClick(&view, Qt::Key_End);
+    QCOMPARE(view.currentIndex().row(), 49);
+    QTest::keyClick(&view, Qt::Key_Home);
+    QCOMPARE(view.currentIndex().row(), 0);
+    QTest::keyClick(&view, Qt::Key_Right);
+    QCOMPARE(view.currentIndex().row(), 0);
+    QTest::keyClicks(&view, QStringLiteral("row 3"));
+    QCOMPARE(view.currentIndex().row(), 3);
+}
+
+void ViewsTest::listColumnWidths() {
+    ListItems items;
+    ListView view;
+    view.setItems(&items);
+    items.addHeader(QStringLiteral("Name"));
+    items.addHeader(QStringLiteral("Text"));
+    items.addItem(QString(25, u'W'));
+    items.setSubItem(0, 1, QString(5000, u'W'));
+    items.notifyViews();
+    const int name = view.columnWidth(0);
+    QVERIFY(name > 20 * view.fontMetrics().horizontalAdvance(u'W') / 2);
+    QVERIFY(view.columnWidth(1) < 500);
+
+    // What the user made of it stays until there are new headers.
+    view.setColumnWidth(0, 50);
+    items.clearItems();
+    items.addItem(QStringLiteral("another"));
+    items.notifyViews();
+    QCOMPARE(view.columnWidth(0), 50);
+    items.clearItems();
+    items.clearHeaders();
+    items.addHeader(QStringLiteral("A much longer name for the column than before, and longer still"));
+    items.addItem(QStringLiteral("x"));
+    items.notifyViews();
+    QVERIFY(view.columnWidth(0) > name);
+}
+
+void ViewsTest::listPictures() {
+    ListItems items;
+    ListView view;
+    fill(items, 3);
+    view.setPictures({plainIcon(Qt::red), plainIcon(Qt::green)});
+    view.setItems(&items);
+    view.resize(400, 300);
+    const QImage image = view.viewport()->grab().toImage();
+    const auto shows = [&](int row, const QColor& color) {
+        return holds(image, view.visualRect(items.index(row, 0)), color);
+    };
+    QVERIFY(!shows(0, Qt::red) && !shows(0, Qt::green));
+    QVERIFY(shows(1, Qt::red));
+    QVERIFY(shows(2, Qt::green));
+}
+
+void ViewsTest::listTakesRowsWhileShown() {
+    ListItems items;
+    ListView view;
+    view.setItems(&items);
+    view.show();
+    fill(items, 1000);
+    QTRY_COMPARE(view.model()->rowCount(), 1000);
+    view.scrollToBottom();
+    view.selectAll();
+    items.clearItems();
+    view.grab();
+    QVERIFY(view.selectedText().isEmpty());
+}
+
+void ViewsTest::cellTexts_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("plain") << QStringLiteral(" <b>a</b> & b ") << QStringLiteral(" <b>a</b> & b ");
+    QTest::newRow("lines") << QStringLiteral("a\r\nb\nc\u2028d") << QStringLiteral("a b c d");
+    QTest::newRow("long") << QString(100000, u'x') << QString(1000, u'x');
+}
+
+void ViewsTest::cellTexts() {
+    QFETCH(QString, text);
+    QTEST(desktop::CellDelegate().displayText(text, QLocale()), "shown");
+}
+
+namespace {
+
+struct Tree {
+    Nodes nodes;
+    Node& root = nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 1, 1);
+    Node& first = nodes.add(&root, QStringLiteral("D1"), QStringLiteral("one"), 1, 2);
+    Node& second = nodes.add(&root, QStringLiteral("D2"), QStringLiteral("two"), 1, 2);
+    Node& leaf = nodes.add(&second, QStringLiteral("T1"), QStringLiteral("leaf"), 1, 2);
+    TreeView view;
+
+    Tree() {
+        view.setPictures({plainIcon(Qt::red), plainIcon(Qt::green)});
+        view.setNodes(&nodes);
+        view.resize(300, 300);
+        view.show();
+    }
+    QRect rectOf(const Node& node) const { return view.visualRect(nodes.indexOf(node)); }
+};
+
+}  // namespace
+
+void ViewsTest::treeOpensBranches() {
+    Tree tree;
+    QVERIFY(!tree.rectOf(tree.leaf).isValid());
+    tree.nodes.ensureVisible(tree.leaf);
+    QVERIFY(tree.rectOf(tree.leaf).isValid());
+    QVERIFY(!tree.view.isExpanded(tree.nodes.indexOf(tree.first)));
+
+    // The one that was wanted last is scrolled to, when all have come.
+    for (int row = 0; row < 200; ++row) {
+        const QString key = QString::number(row);
+        tree.nodes.ensureVisible(tree.nodes.add(&tree.first, key, key, 0, 0));
+    }
+    const Node& last = *tree.nodes.find(QStringLiteral("199"));
+    QTRY_VERIFY(tree.view.viewport()->rect().contains(tree.rectOf(last)));
+    tree.nodes.ensureVisible(tree.leaf);
+    tree.nodes.clear();
+    QCoreApplication::processEvents();
+}
+
+void ViewsTest::treePictures() {
+    Tree tree;
+    tree.view.expandAll();
+    tree.view.setCurrentIndex(tree.nodes.indexOf(tree.second));
+    const QImage image = tree.view.viewport()->grab().toImage();
+    QVERIFY(holds(image, tree.rectOf(tree.first), Qt::red));
+    QVERIFY(holds(image, tree.rectOf(tree.second), Qt::green));
+    QVERIFY(!holds(image, tree.rectOf(tree.second), Qt::red));
+}
+
+void ViewsTest::treeHotTracking() {
+    Tree tree;
+    tree.view.expandAll();
+    const auto pictureUnderTheMouse = [&] {
+        const QRect rect = tree.rectOf(tree.first);
+        QTest::mouseMove(tree.view.viewport(), tree.rectOf(tree.second).center());
+        QTest::mouseMove(tree.view.viewport(), rect.center());
+        return tree.view.viewport()->grab(rect).toImage();
+    };
+    const QImage plain = pictureUnderTheMouse();
+    tree.view.setHotTracking(true);
+    QVERIFY(pictureUnderTheMouse() != plain);
+    tree.view.setHotTracking(false);
+    QCOMPARE(pictureUnderTheMouse(), plain);
+}
+
+void ViewsTest::contextMenus() {
+    Tree tree;
+    ListItems items;
+    ListView list;
+    list.setItems(&items);
+    list.show();
+    QSignalSpy treeWanted(&tree.view, &TreeView::contextMenuWanted);
+    QSignalSpy listWanted(&list, &ListView::contextMenuWanted);
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(&tree.view), static_cast<QAbstractItemView*>(&list)}) {
+        QTest::mousePress(view->viewport(), Qt::RightButton, {}, QPoint(20, 20));
+        QContextMenuEvent byMouse(QContextMenuEvent::Mouse, QPoint(20, 20), QPoint(20, 20));
+        QCoreApplication::sendEvent(view->viewport(), &byMouse);
+        QCOMPARE(treeWanted.count() + listWanted.count(), 0);
+        QTest::mouseRelease(view->viewport(), Qt::RightButton, {}, QPoint(20, 20));
+        QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(20, 20), QPoint(20, 20));
+        QCoreApplication::sendEvent(view->viewport(), &byKey);
+        QCOMPARE((view == &list ? listWanted : treeWanted).count(), 2);
+        treeWanted.clear();
+        listWanted.clear();
+    }
+}
+
+QTEST_MAIN(ViewsTest)
+#include "views_test.moc"
