@@ -1,0 +1,393 @@
+#include "browse/frmconnection.h"
+#include "desk.h"
+#include "support/answers.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+
+/// The dialog on the screen, its controls by name.
+class Dialog : public tw::frmConnection {
+  public:
+    explicit Dialog(Desk& desk) : frmConnection(desk.state, desk.frame, *desk.document) { open(); }
+
+    template <class Widget>
+    Widget* control(const char* name) const {
+        return findChild<Widget*>(QString::fromLatin1(name));
+    }
+    QComboBox* dataSources() const { return control<QComboBox>("cbDSN"); }
+    QComboBox* server() const { return control<QComboBox>("cbServer"); }
+    QLineEdit* user() const { return control<QLineEdit>("txtUserName"); }
+    QLineEdit* password() const { return control<QLineEdit>("txtPassword"); }
+    QCheckBox* box(const char* name) const { return control<QCheckBox>(name); }
+    void press(const char* button) { QTest::mouseClick(control<QPushButton>(button), Qt::LeftButton); }
+    QStringList servers() const { return texts(*server()); }
+
+    static QStringList texts(const QComboBox& combo) {
+        QStringList result;
+        for (int i = 0; i < combo.count(); ++i) {
+            result += combo.itemText(i);
+        }
+        return result;
+    }
+};
+
+}  // namespace
+
+class TestFrmConnection : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void opensWithNothingStored();
+    void keepsRecentServers_data();
+    void keepsRecentServers();
+    void restoresEntries_data();
+    void restoresEntries();
+    void reportsStoredTextThatIsNoNumber_data();
+    void reportsStoredTextThatIsNoNumber();
+    void storesEntries_data();
+    void storesEntries();
+    void switchesAuthentication();
+    void selectsTextOnEntering();
+    void listsDataSources();
+    void refusesEntries_data();
+    void refusesEntries();
+    void endsWithoutConnecting_data();
+    void endsWithoutConnecting();
+    void explainsItself();
+};
+
+void TestFrmConnection::opensWithNothingStored() {
+    Desk desk;
+    desk.state.cancelled = true;
+    Dialog dialog(desk);
+    QVERIFY(!desk.state.cancelled);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Login - Database Connection"));
+    QCOMPARE(Dialog::texts(*dialog.dataSources()), QStringList{QStringLiteral("(None)")});
+    QCOMPARE(dialog.dataSources()->currentIndex(), 0);
+    QCOMPARE(dialog.servers(), QStringList{QStringLiteral("(local)")});
+    QVERIFY(dialog.server()->isEnabled() && dialog.server()->isEditable());
+    QVERIFY(!dialog.user()->isEnabled() && !dialog.password()->isEnabled());
+    QVERIFY(!dialog.box("chkSaveUserID")->isEnabled() && !dialog.box("chkSavePassword")->isEnabled());
+    QVERIFY(dialog.focusWidget() == dialog.server());
+    QVERIFY(dialog.control<QPushButton>("cmdOK")->isDefault());
+
+    // A disabled entry has the colour of a button's face.
+    const QPalette palette = dialog.user()->palette();
+    QCOMPARE(palette.color(QPalette::Disabled, QPalette::Base), palette.color(QPalette::Button));
+    QVERIFY(palette.color(QPalette::Active, QPalette::Base) != palette.color(QPalette::Button));
+}
+
+void TestFrmConnection::keepsRecentServers_data() {
+    QTest::addColumn<QStringList>("stored");
+    QTest::addColumn<QStringList>("listed");
+    QTest::addColumn<QString>("used");
+    QTest::addColumn<QStringList>("storedAfter");
+    const auto row = [](const char* name, const char* stored, const char* listed, const char* used,
+                        const char* after) {
+        const auto list = [](const char* text) { return QString::fromLatin1(text).split(u'|'); };
+        QTest::newRow(name) << list(stored) << list(listed) << QString::fromLatin1(used) << list(after);
+    };
+    row("repetitions and gaps are cleaned when read", "A|A||B|", "(local)|A|B", "(local)", "A|A|B|B|");
+    row("the case tells servers apart", "A|a||a|", "(local)|A|a", "(local)", "A|A|a|a|");
+    row("a typed server goes to the top", "A|B|||", "(local)|A|B", "X", "X|A|B||");
+    row("a picked server stays at its old place", "A|B|||", "(local)|A|B", "B", "B|A|B||");
+    row("a full list moves into the place that is never read", "A|B|C|D|Z", "(local)|A|B|C|D", "X",
+        "X|A|B|C|D");
+    row("(local) is never stored", "||||", "(local)", "(local)", "||||");
+    row("a stored (local) is listed and left alone", "(local)|A|||", "(local)|(local)|A", "X", "X|A|A||");
+    row("an emptied box is stored", "A|B|||", "(local)|A|B", "", "|A|B||");
+}
+
+void TestFrmConnection::keepsRecentServers() {
+    QFETCH(QStringList, stored);
+    QFETCH(QString, used);
+    Desk desk;
+    const auto key = [](qsizetype i) { return QStringLiteral("Server%1").arg(i + 1); };
+    for (qsizetype i = 0; i < stored.size(); ++i) {
+        if (!stored[i].isEmpty()) desk.state.saveSetting(key(i), stored[i]);
+    }
+    Dialog dialog(desk);
+    QTEST(dialog.servers(), "listed");
+    QCOMPARE(dialog.server()->currentText(), QStringLiteral("(local)"));
+    dialog.server()->setEditText(used);
+    dialog.press("cmdCancel");
+
+    QStringList storedAfter;
+    for (qsizetype i = 0; i < stored.size(); ++i) {
+        storedAfter += desk.state.setting(key(i), {});
+    }
+    QTEST(storedAfter, "storedAfter");
+}
+
+void TestFrmConnection::restoresEntries_data() {
+    QTest::addColumn<QString>("saveUserID");
+    QTest::addColumn<QString>("savePassword");
+    QTest::addColumn<QString>("authentication");
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("password");
+    QTest::newRow("both") << "1"
+                          << "1"
+                          << "1"
+                          << "ann"
+                          << "secret";
+    QTest::newRow("user only") << "1"
+                               << "0"
+                               << "1"
+                               << "ann"
+                               << "";
+    QTest::newRow("password only") << "0"
+                                   << "1"
+                                   << "1"
+                                   << ""
+                                   << "secret";
+    QTest::newRow("Windows NT authentication") << "1"
+                                               << "1"
+                                               << "0"
+                                               << ""
+                                               << "";
+    QTest::newRow("grey is not checked") << "2"
+                                         << "1"
+                                         << "1"
+                                         << ""
+                                         << "secret";
+}
+
+void TestFrmConnection::restoresEntries() {
+    QFETCH(QString, saveUserID);
+    QFETCH(QString, savePassword);
+    QFETCH(QString, authentication);
+    Desk desk;
+    desk.store({{QStringLiteral("SaveUserID"), saveUserID},
+                {QStringLiteral("SavePassword"), savePassword},
+                {QStringLiteral("SQLAuthentication"), authentication},
+                {QStringLiteral("User"), QStringLiteral("ann")},
+                {QStringLiteral("Password"), QStringLiteral("secret")}});
+    Dialog dialog(desk);
+    QTEST(dialog.user()->text(), "user");
+    QTEST(dialog.password()->text(), "password");
+    QCOMPARE(dialog.password()->displayText(), QString(dialog.password()->text().size(), u'*'));
+    QCOMPARE(dialog.user()->isEnabled(), authentication == QStringLiteral("1"));
+    QCOMPARE(dialog.box("chkSaveUserID")->isChecked(), saveUserID == QStringLiteral("1"));
+}
+
+void TestFrmConnection::reportsStoredTextThatIsNoNumber_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("no number") << "SaveUserID"
+                               << "yes"
+                               << "Error: 13.";
+    QTest::newRow("too large") << "SavePassword"
+                               << "99999"
+                               << "Error: 6.";
+    QTest::newRow("no state") << "SQLAuthentication"
+                              << "3"
+                              << "Error: 380.";
+}
+
+void TestFrmConnection::reportsStoredTextThatIsNoNumber() {
+    QFETCH(QString, key);
+    QFETCH(QString, text);
+    QFETCH(QString, error);
+    support::Answers answers;
+    Desk desk;
+    desk.store({{key, text}, {QStringLiteral("Server1"), QStringLiteral("A")}});
+    Dialog dialog(desk);
+    const QString box = answers.takeBox().text;
+    QVERIFY2(box.startsWith(error), qUtf8Printable(box));
+    QVERIFY(box.contains(QStringLiteral("subroutine RestoreUserSettings of module frmConnection.")));
+    // The loading goes on behind the procedure that failed.
+    QCOMPARE(dialog.servers().size(), 2);
+    QVERIFY(!dialog.user()->isEnabled());
+}
+
+void TestFrmConnection::storesEntries_data() {
+    QTest::addColumn<bool>("remember");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("remembered") << true << "new"
+                                << "new";
+    QTest::newRow("not remembered") << false << "new"
+                                    << "old";
+    QTest::newRow("an empty text overwrites nothing") << true << ""
+                                                      << "old";
+}
+
+void TestFrmConnection::storesEntries() {
+    QFETCH(bool, remember);
+    QFETCH(QString, typed);
+    Desk desk;
+    desk.store({{QStringLiteral("User"), QStringLiteral("old")},
+                {QStringLiteral("Password"), QStringLiteral("old")}});
+    Dialog dialog(desk);
+    dialog.box("chkSQLAuthentication")->click();
+    if (remember) {
+        dialog.box("chkSaveUserID")->click();
+        dialog.box("chkSavePassword")->click();
+    }
+    dialog.user()->setText(typed);
+    dialog.password()->setText(typed);
+    dialog.close();
+    QTEST(desk.state.setting(QStringLiteral("User"), {}), "stored");
+    QTEST(desk.state.setting(QStringLiteral("Password"), {}), "stored");
+    const QString flag = remember ? QStringLiteral("1") : QStringLiteral("0");
+    QCOMPARE(desk.state.setting(QStringLiteral("SaveUserID"), {}), flag);
+    QCOMPARE(desk.state.setting(QStringLiteral("SavePassword"), {}), flag);
+    QCOMPARE(desk.state.setting(QStringLiteral("SQLAuthentication"), {}), QStringLiteral("1"));
+}
+
+void TestFrmConnection::switchesAuthentication() {
+    Desk desk;
+    desk.store({{QStringLiteral("User"), QStringLiteral("ann")}});
+    Dialog dialog(desk);
+    QTest::mouseClick(dialog.control<QLabel>("lblSQLEnthentication"), Qt::LeftButton);
+    QVERIFY(dialog.box("chkSQLAuthentication")->isChecked() && dialog.user()->isEnabled());
+    QVERIFY(dialog.box("chkSaveUserID")->isEnabled());
+    QCOMPARE(dialog.user()->text(), QString());
+
+    QTest::keyClick(dialog.box("chkSaveUserID"), Qt::Key_Space);
+    QCOMPARE(dialog.user()->text(), QStringLiteral("ann"));
+    QTest::keyClick(dialog.box("chkSaveUserID"), Qt::Key_Space);
+    QCOMPARE(dialog.user()->text(), QStringLiteral("ann"));
+
+    QTest::keyClick(dialog.box("chkSQLAuthentication"), Qt::Key_Space);
+    QVERIFY(!dialog.user()->isEnabled() && !dialog.box("chkSavePassword")->isEnabled());
+    QCOMPARE(dialog.user()->text(), QString());
+    QTest::keyClick(dialog.box("chkSQLAuthentication"), Qt::Key_Space);
+    QCOMPARE(dialog.user()->text(), QString());
+}
+
+void TestFrmConnection::selectsTextOnEntering() {
+    Desk desk;
+    Dialog dialog(desk);
+    dialog.box("chkSQLAuthentication")->click();
+    dialog.user()->setText(QStringLiteral("ann"));
+    dialog.password()->setText(QStringLiteral("secret"));
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QTest::mouseClick(dialog.user(), Qt::LeftButton);
+    QTRY_COMPARE(dialog.user()->selectedText(), QStringLiteral("ann"));
+    QTest::keyClick(dialog.user(), Qt::Key_Tab);
+    QVERIFY(dialog.password()->hasFocus());
+    QTRY_COMPARE(dialog.password()->selectionLength(), 6);
+}
+
+void TestFrmConnection::listsDataSources() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("odbc.ini"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "[Sales]\nDriver=SQL Server\nServername=x\n[Other]\nDriver=Another Driver\n"
+        "[Stock]\nDriver=SQL Server\nServername=x\n");
+    file.close();
+    const QByteArray before = qgetenv("ODBCINI");
+    qputenv("ODBCINI", path.toLocal8Bit());
+    Desk desk;
+    Dialog dialog(desk);
+    qputenv("ODBCINI", before);
+
+    QStringList sources = Dialog::texts(*dialog.dataSources());
+    QCOMPARE(sources.takeFirst(), QStringLiteral("(None)"));
+    sources.sort();
+    QCOMPARE(sources, (QStringList{QStringLiteral("Sales"), QStringLiteral("Stock")}));
+
+    QTest::keyClick(dialog.dataSources(), Qt::Key_Down);
+    QVERIFY(!dialog.server()->isEnabled());
+    QVERIFY(dialog.box("chkSQLAuthentication")->isEnabled());
+    QTest::keyClick(dialog.dataSources(), Qt::Key_Up);
+    QVERIFY(dialog.server()->isEnabled());
+}
+
+void TestFrmConnection::refusesEntries_data() {
+    QTest::addColumn<QString>("server");
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no server") << ""
+                               << ""
+                               << "Please enter the SQL Server computer name.     ";
+    QTest::newRow("blank server") << "  "
+                                  << "ann"
+                                  << "Please enter the SQL Server computer name.     ";
+    QTest::newRow("blank user") << "X"
+                                << "   "
+                                << "When using SQL Server Authentication method, the User ID and Password "
+                                   "must be entered.     ";
+}
+
+void TestFrmConnection::refusesEntries() {
+    QFETCH(QString, server);
+    QFETCH(QString, user);
+    support::Answers answers;
+    Desk desk;
+    desk.connectDocument();
+    const auto connection = desk.document->connection();
+    Dialog dialog(desk);
+    if (!user.isEmpty()) {
+        dialog.box("chkSQLAuthentication")->click();
+        dialog.user()->setText(user);
+    }
+    dialog.server()->setEditText(server);
+    QTest::keyClick(dialog.server(), Qt::Key_Return);
+
+    const auto box = answers.takeBox();
+    QTEST(box.text, "message");
+    QCOMPARE(box.title, QStringLiteral("Error"));
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Information);
+    // The dialog stays, and the connected document is connected no longer.
+    QVERIFY(dialog.isVisible());
+    QVERIFY(!user.isEmpty() == (dialog.focusWidget() == dialog.user()));
+    QCOMPARE(desk.document->windowTitle(), QStringLiteral("<No Connection>"));
+    QVERIFY(!desk.document->isConnected());
+    QCOMPARE(desk.document->connection(), connection);
+    QCOMPARE(desk.frame.connectedCounts, std::vector<qint32>{0});
+
+    // Refused once more, it is not counted once more.
+    dialog.press("cmdOK");
+    answers.takeBox();
+    QCOMPARE(desk.frame.connectedCounts, (std::vector<qint32>{0, 0}));
+}
+
+void TestFrmConnection::endsWithoutConnecting_data() {
+    QTest::addColumn<QString>("way");
+    QTest::newRow("button") << "cancel";
+    QTest::newRow("Escape") << "escape";
+    QTest::newRow("close button") << "close";
+}
+
+void TestFrmConnection::endsWithoutConnecting() {
+    QFETCH(QString, way);
+    Desk desk;
+    desk.connectDocument();
+    Dialog dialog(desk);
+    dialog.server()->setEditText(QStringLiteral("X"));
+    if (way == QStringLiteral("cancel")) dialog.press("cmdCancel");
+    if (way == QStringLiteral("escape")) QTest::keyClick(dialog.server(), Qt::Key_Escape);
+    if (way == QStringLiteral("close")) dialog.close();
+
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QVERIFY(desk.state.cancelled);
+    QVERIFY(desk.document->isConnected());
+    QCOMPARE(desk.document->windowTitle(), QStringLiteral("Connected to X"));
+    QCOMPARE(desk.state.setting(QStringLiteral("Server1"), {}), QStringLiteral("X"));
+}
+
+void TestFrmConnection::explainsItself() {
+    support::Answers answers;
+    Desk desk;
+    Dialog dialog(desk);
+    dialog.press("cmdHelp");
+    const auto box = answers.takeBox();
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Information);
+    QVERIFY(box.text.startsWith(QStringLiteral("You can use either ODBC Connection or Server Direct")));
+    QVERIFY(box.text.endsWith(QStringLiteral("will require the User ID and password to be entered.")));
+}
+
+QTEST_MAIN(TestFrmConnection)
+#include "test_frmconnection.moc"
