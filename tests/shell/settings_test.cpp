@@ -1,0 +1,135 @@
+#include "platform/runtimeerror.h"
+#include "shell/appstate.h"
+#include "shell/options.h"
+#include "shell/placement.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using platform::RuntimeError;
+using tw::Placement;
+using tw::StartPlacement;
+
+namespace {
+
+/// Settings in a file of their own.
+struct Fixture {
+    QTemporaryDir folder;
+    desktop::SettingsStore store{folder.filePath(QStringLiteral("settings.ini"))};
+    tw::AppState state{store};
+};
+
+}  // namespace
+
+class SettingsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void optionsHaveDefaults();
+    void optionsComeBack();
+    void badNumbersAreRefused_data();
+    void badNumbersAreRefused();
+    void placementComesBackToTheBit();
+    void startPlacement_data();
+    void startPlacement();
+};
+
+void SettingsTest::optionsHaveDefaults() {
+    Fixture fixture;
+    fixture.state.options = {2, 7, 1, 0, 1};
+    loadOptions(fixture.state);
+    QCOMPARE(fixture.state.options.Layout, 1);
+    QCOMPARE(fixture.state.options.NumberRecShow, 50);
+    QCOMPARE(fixture.state.options.MouseClickOption, 0);
+    QCOMPARE(fixture.state.options.ToolBarCaption, 1);
+    QCOMPARE(fixture.state.options.MouseHotTracking, 0);
+}
+
+void SettingsTest::optionsComeBack() {
+    Fixture fixture;
+    fixture.state.options = {.Layout = 2,
+                             .NumberRecShow = 2147483647,
+                             .MouseClickOption = 1,
+                             .ToolBarCaption = 0,
+                             .MouseHotTracking = -3};
+    saveOptions(fixture.state);
+    QCOMPARE(fixture.state.setting(QStringLiteral("NumberRecShow"), {}), QStringLiteral("2147483647"));
+
+    fixture.state.options = {};
+    loadOptions(fixture.state);
+    QCOMPARE(fixture.state.options.Layout, 2);
+    QCOMPARE(fixture.state.options.NumberRecShow, 2147483647);
+    QCOMPARE(fixture.state.options.MouseClickOption, 1);
+    QCOMPARE(fixture.state.options.ToolBarCaption, 0);
+    QCOMPARE(fixture.state.options.MouseHotTracking, -3);
+}
+
+void SettingsTest::badNumbersAreRefused_data() {
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint32>("number");
+
+    QTest::newRow("letters") << "NumberRecShow"
+                             << "many" << platform::errors::TypeMismatch;
+    QTest::newRow("empty") << "Layout"
+                           << "" << platform::errors::TypeMismatch;
+    QTest::newRow("too large for 16 bits") << "ToolBarCaption"
+                                           << "32768" << platform::errors::Overflow;
+    QTest::newRow("letters for a coordinate") << "MainWidth"
+                                              << "wide" << platform::errors::TypeMismatch;
+}
+
+void SettingsTest::badNumbersAreRefused() {
+    QFETCH(QString, key);
+    QFETCH(QString, text);
+    QFETCH(qint32, number);
+
+    Fixture fixture;
+    fixture.state.options.Layout = 2;
+    fixture.state.saveSetting(key, text);
+    try {
+        loadOptions(fixture.state);
+        tw::loadPlacement(fixture.state);
+        QFAIL("the bad number was taken");
+    } catch (const RuntimeError& error) {
+        QCOMPARE(error.number(), number);
+    }
+    QCOMPARE(fixture.state.setting(key, {}), text);
+}
+
+void SettingsTest::placementComesBackToTheBit() {
+    Fixture fixture;
+    const Placement placement{-120.5F, 1.0F / 3, 16777216, 28305};
+    savePlacement(fixture.state, placement);
+    QCOMPARE(fixture.state.setting(QStringLiteral("MainHeight"), {}), QStringLiteral("28305"));
+    QVERIFY(tw::loadPlacement(fixture.state) == placement);
+}
+
+void SettingsTest::startPlacement_data() {
+    QTest::addColumn<Placement>("stored");
+    QTest::addColumn<StartPlacement>("expected");
+
+    const Placement inside{0, 0, 19000, 14000};
+    QTest::newRow("first run") << Placement{9999, 9999, 9999, 9999} << StartPlacement{inside, true};
+    QTest::newRow("only the top says that it is a first run")
+        << Placement{120, 9999, 8000, 6000} << StartPlacement{inside, true};
+    QTest::newRow("9999 elsewhere is a place")
+        << Placement{9999, 120, 9999, 9999} << StartPlacement{{9999, 120, 9999, 9999}, false};
+    QTest::newRow("as large as the screen")
+        << Placement{0, 0, 20000, 15000} << StartPlacement{{0, 0, 20000, 15000}, false};
+    QTest::newRow("wider than the screen")
+        << Placement{300, 300, 20001, 6000} << StartPlacement{inside, false};
+    QTest::newRow("higher than the screen")
+        << Placement{300, 300, 8000, 15001} << StartPlacement{inside, false};
+    QTest::newRow("off the screen, but not too large")
+        << Placement{-9000, 90000, 8000, 6000} << StartPlacement{{-9000, 90000, 8000, 6000}, false};
+}
+
+void SettingsTest::startPlacement() {
+    QFETCH(Placement, stored);
+    QFETCH(StartPlacement, expected);
+    QVERIFY(tw::startPlacement(stored, 20000, 15000) == expected);
+}
+
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "settings_test.moc"
