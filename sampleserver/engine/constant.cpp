@@ -17,6 +17,11 @@ Constant textConstant(const QString& text, bool national) {
                      .length = std::max(1, static_cast<int>(text.size()))}};
 }
 
+Constant binaryConstant(const QByteArray& bytes) {
+    return {.value = bytes,
+            .type = {.id = TypeId::VarBinary, .length = std::max(1, static_cast<int>(bytes.size()))}};
+}
+
 bool isSpelledText(const Constant& constant) {
     return isText(constant.type.id) && std::holds_alternative<QString>(constant.value);
 }
@@ -54,9 +59,7 @@ Constant money(TokenCursor& tokens, bool negative) {
 Constant hexNumber(TokenCursor& tokens) {
     QString digits = tokens.take().text.mid(2);
     if (digits.size() % 2 != 0) digits.prepend(QLatin1Char('0'));
-    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
-    return {.value = bytes,
-            .type = {.id = TypeId::VarBinary, .length = std::max(1, static_cast<int>(bytes.size()))}};
+    return binaryConstant(QByteArray::fromHex(digits.toLatin1()));
 }
 
 Constant currentTime() {
@@ -75,11 +78,16 @@ Constant newId() {
 }
 
 Constant replicate(TokenCursor& tokens) {
+    constexpr qint64 longest = 10'000'000;
     const Constant piece = parseConstant(tokens);
     tokens.expectSymbol(",");
     const qint64 count = tokens.integer();
-    if (!isSpelledText(piece) || count < 0 || count > 10'000'000) throw tokens.unexpected();
-    return textConstant(std::get<QString>(piece.value).repeated(count), isNational(piece.type.id));
+    if (count < 0 || count > longest) throw tokens.unexpected();
+    if (isSpelledText(piece)) {
+        return textConstant(std::get<QString>(piece.value).repeated(count), isNational(piece.type.id));
+    }
+    if (!std::holds_alternative<QByteArray>(piece.value)) throw tokens.unexpected();
+    return binaryConstant(std::get<QByteArray>(piece.value).repeated(count));
 }
 
 Constant character(TokenCursor& tokens, bool national) {

@@ -41,8 +41,7 @@ void fillDatabases(const World& world, const Database& database) {
     constexpr int storeVersion = 515;
     for (const auto& each : world.databases()) {
         rows.append({each->name, each->dbid, securityId(world.findLogin(QStringLiteral("sa"))), 0, 0, 0,
-                     each->created, 0, 0, compatibilityLevel,
-                     QStringLiteral("C:\\MSSQL7\\data\\%1.mdf").arg(each->name), storeVersion});
+                     each->created, 0, 0, compatibilityLevel, Value(), storeVersion});
     }
 }
 
