@@ -21,7 +21,8 @@ struct ResultColumn {
     bool nullable = true;
 };
 
-/// Takes what a batch produces, in order. Called on the session's own thread.
+/// Takes what a batch produces, in order. Called on the session's own thread. A statement that fails tells
+/// message() and then statementDone(), with the rows that came before the failure.
 class ResultSink {
   public:
     virtual ~ResultSink() = default;
