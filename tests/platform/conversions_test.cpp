@@ -1,0 +1,114 @@
+#include "platform/conversions.h"
+
+#include "platform/runtimeerror.h"
+
+#include <QTest>
+
+#include <functional>
+
+using namespace platform;
+
+class ConversionsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void wholeNumbers_data();
+    void wholeNumbers();
+    void singles_data();
+    void singles();
+    void sizes_data();
+    void sizes();
+};
+
+static QString resultOf(const std::function<QString()>& step) {
+    try {
+        return step();
+    } catch (const RuntimeError& error) {
+        return QStringLiteral("error %1").arg(error.number());
+    }
+}
+
+void ConversionsTest::wholeNumbers_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("asInteger");
+    QTest::addColumn<QString>("asLong");
+    const auto row = [](const char* text, const char* asInteger, const char* asLong) {
+        QTest::addRow("\"%s\"", text)
+            << QString::fromUtf8(text) << QString::fromLatin1(asInteger) << QString::fromLatin1(asLong);
+    };
+    row("50", "50", "50");
+    row("  50\t", "50", "50");
+    row("+7", "7", "7");
+    row("-1", "-1", "-1");
+    row("0.5", "0", "0");
+    row("1.5", "2", "2");
+    row("-2.5", "-2", "-2");
+    row(".5", "0", "0");
+    row("1e3", "1000", "1000");
+    row("32767", "32767", "32767");
+    row("32767.4", "32767", "32767");
+    row("32767.5", "error 6", "32768");
+    row("-32768", "-32768", "-32768");
+    row("2147483648", "error 6", "error 6");
+    row("1e999", "error 6", "error 6");
+    row("1e-999", "0", "0");
+    row("", "error 13", "error 13");
+    row(" ", "error 13", "error 13");
+    row("-", "error 13", "error 13");
+    row("+-1", "error 13", "error 13");
+    row(".", "error 13", "error 13");
+    row("1,5", "error 13", "error 13");
+    row("50x", "error 13", "error 13");
+    row("inf", "error 13", "error 13");
+    row("0x10", "error 13", "error 13");
+    row("\xD9\xA2", "error 13", "error 13");
+}
+
+void ConversionsTest::wholeNumbers() {
+    QFETCH(QString, text);
+    QTEST(resultOf([&] { return QString::number(toInteger(text)); }), "asInteger");
+    QTEST(resultOf([&] { return QString::number(toLong(text)); }), "asLong");
+}
+
+void ConversionsTest::singles_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("result");
+    const auto row = [](const char* text, const char* result) {
+        QTest::addRow("\"%s\"", text) << QString::fromUtf8(text) << QString::fromLatin1(result);
+    };
+    row("9525", "9525");
+    row(" 0.1 ", "0.1");
+    row("16777217", "16777216");
+    row("999999930368", "999999930368");
+    row("1e12", "1e+12");
+    row("-0", "0");
+    row("1e-10", "0.0000000001");
+    row("3.4028235e38", "3.4028235e+38");
+    row("3.5e38", "error 6");
+    row("nan", "error 13");
+    row("", "error 13");
+}
+
+void ConversionsTest::singles() {
+    QFETCH(QString, text);
+    QTEST(resultOf([&] { return singleText(toSingle(text)); }), "result");
+}
+
+void ConversionsTest::sizes_data() {
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("half to even, down") << 0.5 << QStringLiteral("0");
+    QTest::newRow("half to even, up") << 1.5 << QStringLiteral("2");
+    QTest::newRow("largest") << 2147483647.4 << QStringLiteral("2147483647");
+    QTest::newRow("too large") << 2147483647.5 << QStringLiteral("error 6");
+    QTest::newRow("smallest") << -2147483648.5 << QStringLiteral("-2147483648");
+    QTest::newRow("no number") << std::nan("") << QStringLiteral("error 6");
+}
+
+void ConversionsTest::sizes() {
+    QFETCH(double, value);
+    QTEST(resultOf([&] { return QString::number(roundToLong(value)); }), "result");
+}
+
+QTEST_GUILESS_MAIN(ConversionsTest)
+#include "conversions_test.moc"
