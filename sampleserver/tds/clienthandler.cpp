@@ -87,7 +87,10 @@ void ClientHandler::tellLoggedIn() {
     };
     appendTextChange(out, EnvChange::Database, database, u"master");
     tell(information(5701, 2, QStringLiteral("Changed database context to '%1'.").arg(database)));
-    if (hasCollations(version)) appendBytesChange(out, EnvChange::Collation, collationBytes(), {});
+    if (hasCollations(version))
+        appendBytesChange(out, EnvChange::Collation, collationBytes(), {});
+    else
+        appendTextChange(out, EnvChange::CharacterSet, u"cp1252", {});
     appendTextChange(out, EnvChange::Language, language, {});
     tell(information(5703, 1, QStringLiteral("Changed language setting to %1.").arg(language)));
     appendLoginAck(out, m_login.version.answer);

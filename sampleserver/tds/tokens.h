@@ -35,6 +35,7 @@ enum DoneStatus : quint16 {
 enum class EnvChange : quint8 {
     Database = 1,
     Language = 2,
+    CharacterSet = 3,  ///< 7.0 only
     PacketSize = 4,
     Collation = 7,
     BeginTransaction = 8,
