@@ -14,12 +14,16 @@ SampleServerProcess::~SampleServerProcess() {
     stop();
 }
 
+QString SampleServerProcess::program() {
+    return QString::fromUtf8(TW_SAMPLE_SERVER);
+}
+
 bool SampleServerProcess::start(const QStringList& arguments, int milliseconds) {
     stop();
     m_port = 0;
     m_errors.clear();
     const QStringList own{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--stay-with-stdin")};
-    m_process.start(QString::fromUtf8(TW_SAMPLE_SERVER), own + arguments);
+    m_process.start(program(), own + arguments);
 
     const QDeadlineTimer deadline(milliseconds);
     while (!m_process.canReadLine()) {

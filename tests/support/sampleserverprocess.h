@@ -15,6 +15,9 @@ class SampleServerProcess {
     SampleServerProcess(const SampleServerProcess&) = delete;
     SampleServerProcess& operator=(const SampleServerProcess&) = delete;
 
+    /// The program's path.
+    static QString program();
+
     /// Starts the server with `arguments` besides the port and waits until it listens, `milliseconds` at
     /// most. False when it did not get that far; errorText() then says why.
     bool start(const QStringList& arguments = {}, int milliseconds = 30000);

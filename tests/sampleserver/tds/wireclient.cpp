@@ -94,7 +94,8 @@ class TokenWalk {
         ++reply.rows;
         const auto length = number<quint8>();
         if (!m_long) {
-            take(length);
+            const QByteArray bytes = take(length);
+            if (length == 4) reply.text = QString::number(qFromLittleEndian<qint32>(bytes.data()));
             return;
         }
         take(length + 8);

@@ -22,7 +22,7 @@ struct Reply {
     QList<quint16> packetSizes;  ///< of all packets, header included
     quint64 lastCount = 0;       ///< row count of the last of them
     qint64 rows = 0;
-    QString text;         ///< of the last ntext row
+    QString text;         ///< of the last row, a number in digits
     QByteArray loginAck;  ///< body of LOGINACK
     QByteArray raw;       ///< all tokens, without packet headers
 };
@@ -35,7 +35,7 @@ struct LoginFields {
     QString password = QStringLiteral("p\u00e4ss\u20ac");
     QString host = QStringLiteral("HOST");
     QString application = QStringLiteral("test");
-    QString database;
+    QString database{};
     quint8 flags2 = 0;
 };
 

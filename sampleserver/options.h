@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <variant>
+#include <vector>
+
+namespace sampleserver {
+
+/// The measures of a generated database that is large.
+struct LargeDatabase {
+    int tables = 0;
+    int columns = 0;
+    qint64 rows = 0;  ///< of each table
+};
+
+/// The measures of many small databases.
+struct ManyDatabases {
+    int databases = 0;
+    int tables = 0;  ///< of each database
+};
+
+/// What the command line asks for.
+struct Options {
+    quint16 port = 1433;        ///< 0: any free one
+    bool nextFreePort = false;  ///< try the ports that follow when it is taken
+    bool sampleData = true;
+    bool stayWithStdin = false;        ///< end when the standard input closes
+    QStringList scripts;               ///< files, in order
+    std::vector<LargeDatabase> large;  ///< two at most, named Large and Large2
+    std::optional<ManyDatabases> many;
+};
+
+/// Why a command line cannot be followed, or the help it asked for.
+struct OptionsRefusal {
+    QString text;
+    bool help = false;
+};
+
+std::variant<Options, OptionsRefusal> parseOptions(const QStringList& arguments);
+
+}  // namespace sampleserver
