@@ -1,0 +1,164 @@
+#include "data/samplescripts.h"
+#include "engine/rowstore.h"
+#include "engine/sqlerror.h"
+#include "engine/world.h"
+
+#include <QSet>
+#include <QTest>
+
+using namespace engine;
+
+/// The sample databases that come with the server.
+class TestSamples : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void hasTheDatabases();
+    void doors_data();
+    void doors();
+    void nodeKeysCollide();
+    void editionsDiffer_data();
+    void editionsDiffer();
+    void typesAreAllThere();
+    void longTextsArriveWhole();
+
+  private:
+    const Table* table(const char* database, const char* name, const char* owner = "") const;
+    World m_world;
+};
+
+void TestSamples::initTestCase() {
+    const auto scripts = sampledata::sampleScripts();
+    QVERIFY(scripts.size() >= 8);
+    for (const auto& script : scripts) {
+        try {
+            m_world.runScript(script.text);
+        } catch (const SqlError& error) {
+            QFAIL(qPrintable(
+                QStringLiteral("%1, line %2: %3")
+                    .arg(script.name, QString::number(error.message().line), error.message().text)));
+        }
+    }
+    m_world.seal();
+}
+
+const Table* TestSamples::table(const char* database, const char* name, const char* owner) const {
+    const Database* found = m_world.findDatabase(QString::fromUtf8(database));
+    return found == nullptr
+               ? nullptr
+               : found->findTable(QString::fromUtf8(owner), QString::fromUtf8(name), QStringLiteral("dbo"));
+}
+
+void TestSamples::hasTheDatabases() {
+    QStringList names;
+    for (const auto& database : m_world.databases())
+        names.append(database->name);
+    QCOMPARE(names.mid(5),
+             QStringLiteral("Workshop,Workshop2,Payroll,Odd Names,Stock,Stockroom,Archive,TypeSamples")
+                 .split(QLatin1Char(',')));
+    for (const auto& table : m_world.findDatabase(QStringLiteral("Archive"))->tables)
+        QVERIFY(table->system);
+}
+
+void TestSamples::doors_data() {
+    QTest::addColumn<QString>("database");
+    QTest::addColumn<bool>("open");
+    QTest::newRow("own user") << QStringLiteral("Workshop") << true;
+    QTest::newRow("user of another name") << QStringLiteral("Odd Names") << true;
+    QTest::newRow("guest") << QStringLiteral("Archive") << true;
+    QTest::newRow("closed") << QStringLiteral("Payroll") << false;
+}
+
+void TestSamples::doors() {
+    QFETCH(QString, database);
+    const Database& found = *m_world.findDatabase(database);
+    QTEST(found.guest || found.userOfLogin.contains(QStringLiteral("clerk")), "open");
+    QVERIFY(m_world.findLogin(QStringLiteral("CLERK")) != nullptr);
+    QCOMPARE(table("Workshop", "SupplierTerms")->deniedUsers, QStringList{QStringLiteral("clerk")});
+}
+
+void TestSamples::nodeKeysCollide() {
+    QVERIFY(table("Stock", "room1") != nullptr);
+    QVERIFY(table("Stockroom", "1") != nullptr);
+    // The same table name under two owners, and one that only another owner has.
+    QVERIFY(table("Odd Names", "Notes", "dbo") != table("Odd Names", "Notes", "maria"));
+    QVERIFY(table("Odd Names", "Sketches") == nullptr);
+    QVERIFY(table("Odd Names", "Sketches", "maria") != nullptr);
+}
+
+void TestSamples::editionsDiffer_data() {
+    QTest::addColumn<QString>("what");
+    // A set of facts that each edition has; the cases say which side must have some of its own.
+    for (const char* kind : {"table", "column", "type", "null", "index", "check", "key", "primary"}) {
+        QTest::newRow(kind) << QString::fromLatin1(kind);
+    }
+}
+
+void TestSamples::editionsDiffer() {
+    QFETCH(QString, what);
+    const auto facts = [this, &what](const char* name) {
+        QSet<QString> all;
+        for (const auto& table : m_world.findDatabase(QString::fromLatin1(name))->tables) {
+            if (table->system) continue;
+            const QString prefix = table->name + QLatin1Char('.');
+            if (what == QLatin1String("table")) all.insert(table->name);
+            for (const Column& column : table->columns) {
+                if (what == QLatin1String("column")) all.insert(prefix + column.name);
+                if (what == QLatin1String("type")) {
+                    all.insert(prefix + column.name +
+                               QStringLiteral(" %1 %2")
+                                   .arg(static_cast<int>(column.type.id))
+                                   .arg(column.type.length));
+                }
+                if (what == QLatin1String("null"))
+                    all.insert(prefix + column.name + QString::number(column.nullable));
+            }
+            for (const Index& index : table->indexes) {
+                QString text = prefix + index.name;
+                for (const int column : index.columns)
+                    text += QLatin1Char(' ') + QString::number(column);
+                if (what == QLatin1String("index") && !index.primaryKey) all.insert(text);
+                if (what == QLatin1String("primary") && index.primaryKey) all.insert(text);
+            }
+            for (const Check& check : table->checks) {
+                if (what == QLatin1String("check")) all.insert(prefix + check.name + check.text);
+            }
+            for (const ForeignKey& key : table->foreignKeys) {
+                if (what == QLatin1String("key")) all.insert(prefix + key.name + key.referencedTable);
+            }
+        }
+        return all;
+    };
+    const QSet<QString> first = facts("Workshop");
+    const QSet<QString> second = facts("Workshop2");
+    QVERIFY2(!(first - second).isEmpty(), "nothing only in the first edition");
+    QVERIFY2(!(second - first).isEmpty(), "nothing only in the second edition");
+    QVERIFY2((first & second).size() > 5, "too little in common");
+}
+
+void TestSamples::typesAreAllThere() {
+    QSet<int> types;
+    for (const Column& column : table("TypeSamples", "AllTypes")->columns)
+        types.insert(static_cast<int>(column.type.id));
+    QCOMPARE(types.size(), static_cast<int>(TypeId::UniqueIdentifier) + 1);
+}
+
+void TestSamples::longTextsArriveWhole() {
+    const Table& all = *table("TypeSamples", "AllTypes");
+    const auto column = [&all](const char* name) {
+        return QByteArray("c") + QByteArray::number(all.columnIndex(QString::fromLatin1(name)));
+    };
+    StoreStatement row(m_world.findDatabase(QStringLiteral("TypeSamples"))->keeper,
+                       "SELECT length(" + column("AText") + "), length(" + column("AnImage") + "), " +
+                           column("ANText") + " FROM \"" + all.storage.toUtf8() + "\" WHERE c0 = 7");
+    QVERIFY(row.step());
+    QCOMPARE(row.integer(0), 131072);
+    QCOMPARE(row.integer(1), 100000);
+    const QString text = std::get<QString>(row.value(2, {.id = TypeId::NText}));
+    QVERIFY(text.startsWith(QStringLiteral("Länge über alles 🚲 Länge")));
+    QCOMPARE(text.size(), 5000 * QStringLiteral("Länge über alles 🚲 ").size());
+}
+
+QTEST_GUILESS_MAIN(TestSamples)
+#include "test_samples.moc"
