@@ -1,0 +1,188 @@
+#include "shell/frmmain.h"
+
+#include "browse/frmconnection.h"
+#include "browse/frmdocument.h"
+#include "dbaccess/dbconnection.h"
+#include "icons/icons.h"
+#include "platform/desktop/failures.h"
+#include "platform/desktop/twips.h"
+#include "shell/appstate.h"
+#include "shell/frmflash.h"
+#include "shell/maintoolbar.h"
+#include "shell/options.h"
+#include "shell/placement.h"
+#include "shell/reporterror.h"
+#include "shell/windowlist.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPointer>
+#include <QScreen>
+#include <QStatusBar>
+
+#include <algorithm>
+
+namespace tw {
+
+namespace {
+
+/// Windows that do not exist yet; their commands stay disabled.
+constexpr bool HasCompareWindow = false;
+constexpr bool HasQueryWindow = false;
+constexpr bool HasOptionsWindow = false;
+constexpr bool HasExport = false;
+
+/// A stored coordinate may be any number; what window systems take is smaller.
+int screenPixels(float twips) {
+    constexpr float Farthest = 32000.0F * desktop::TwipsPerPixel;
+    return desktop::toPixels(std::clamp(twips, -Farthest, Farthest));
+}
+
+}  // namespace
+
+frmMain::frmMain(AppState& state)
+    : m_state(state),
+      m_area(new QMdiArea(this)),
+      m_menus(*this),
+      tbToolBar(new MainToolBar(this)),
+      sbStatusBar(new QStatusBar(this)) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("SQL Server Tablewright"));
+    setWindowIcon(icon(QStringLiteral("tablewright")));
+    // Qt's own menu of tool bars would hide the toolbar behind the back of View > Toolbar.
+    setContextMenuPolicy(Qt::NoContextMenu);
+
+    m_area->setObjectName(QStringLiteral("mdiArea"));
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setBackground(palette().mid());
+    setCentralWidget(m_area);
+    addToolBar(tbToolBar);
+    sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
+    setStatusBar(sbStatusBar);
+    m_menus.mnuViewToolbar->setChecked(true);
+    m_menus.mnuViewStatusBar->setChecked(true);
+
+    new WindowList(*m_menus.mnuWindow, *m_area);  // owned by the menu
+    connectCommands();
+}
+
+frmMain::~frmMain() {
+    // The child windows speak to the frame while they go.
+    delete m_area;
+}
+
+void frmMain::Form_Load() {
+    loadOptions(m_state);
+    checkLayout();
+    const bool labels = m_state.options.ToolBarCaption == 1;
+    tbToolBar->setLabelsShown(labels);
+    m_menus.mnuViewToolbarLabels->setChecked(labels);
+    SetMenuAndToolBarControls();
+    place();
+    m_loaded = true;
+
+    // Once the frame is on the screen, so that the window system keeps the splash above it.
+    QMetaObject::invokeMethod(
+        this, [this] { desktop::guard([this] { showFlash(); }); }, Qt::QueuedConnection);
+}
+
+void frmMain::showFlash() {
+    if (!m_loaded) return;
+    auto* flash = new frmFlash(this);
+    desktop::connectGuarded(flash, &frmFlash::unloaded, this, [this] {
+        if (m_loaded) show();
+    });
+    flash->show();
+}
+
+/// Positions are those of the window with its frame, sizes those of its inside: what move() and resize()
+/// take, so that what is saved comes back as it was.
+void frmMain::place() {
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    const StartPlacement start =
+        startPlacement(loadPlacement(m_state), float(desktop::toTwips(screen.width())),
+                       float(desktop::toTwips(screen.height())));
+    move(screenPixels(start.placement.left), screenPixels(start.placement.top));
+    resize(screenPixels(start.placement.width), screenPixels(start.placement.height));
+    if (start.maximised) setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (m_loaded) {
+        m_loaded = false;
+        desktop::guard([this] { Form_Unload(); });
+        desktop::guard([this] { m_area->closeAllSubWindows(); });
+    }
+    event->accept();
+}
+
+void frmMain::Form_Unload() {
+    if (!isMinimized()) {
+        savePlacement(m_state, {.left = float(desktop::toTwips(x())),
+                                .top = float(desktop::toTwips(y())),
+                                .width = float(desktop::toTwips(width())),
+                                .height = float(desktop::toTwips(height()))});
+    }
+    saveOptions(m_state);
+}
+
+void frmMain::SetMenuAndToolBarControls() {
+    const bool connected = m_state.connectedDocuments > 0;
+    const auto enable = [&](QAction* item, const QString& key, bool enabled) {
+        item->setEnabled(enabled);
+        if (!key.isEmpty()) tbToolBar->button(key)->setEnabled(enabled);
+    };
+    enable(m_menus.mnuViewHorizontal, QStringLiteral("Horizontal"), connected);
+    enable(m_menus.mnuViewVertical, QStringLiteral("Vertical"), connected);
+    enable(m_menus.mnuViewCenter, QStringLiteral("CenterChild"), connected);
+    enable(m_menus.mnuToolCompare, QStringLiteral("Compare"), connected && HasCompareWindow);
+    enable(m_menus.mnuToolQuery, QStringLiteral("Query"), connected && HasQueryWindow);
+    enable(m_menus.mnuToolOptions, QStringLiteral("Options"), HasOptionsWindow);
+    enable(m_menus.mnuWindowCascade, {}, connected);
+    enable(m_menus.mnuWindowTileHorizontal, {}, connected);
+    enable(m_menus.mnuWindowTileVertical, {}, connected);
+    enable(m_menus.mnuWindowArrangeIcons, {}, connected);
+    enable(m_menus.mnuPop2ExportColNames, {}, HasExport);
+    enable(m_menus.mnuPop2ExportColDef, {}, HasExport);
+}
+
+void frmMain::popUpConnectMenu(const QPoint& screenPosition) {
+    m_menus.mnuPop1->popup(screenPosition);
+}
+
+void frmMain::popUpExportMenu(const QPoint& screenPosition) {
+    m_menus.mnuPop2->popup(screenPosition);
+}
+
+void frmMain::ShowConnectionForm(frmDocument& document) {
+    try {
+        // While the dialog is open the program may be ended and the document with it.
+        const QPointer<frmDocument> open(&document);
+        if (!showConnectionDialog(document) || open.isNull()) return;
+        const std::shared_ptr<DBConnection> connection = document.connection();
+        const QString source = connection->getDSN() ? QStringLiteral(" (through ODBC)") : QString();
+        document.setWindowTitle(QStringLiteral("Connected to ") + connection->getServer() + source);
+    } catch (...) {
+        QString noExtraText;
+        ReportError(QStringLiteral("ShowConnectionForm"), QStringLiteral("frmMain"), noExtraText);
+    }
+}
+
+bool frmMain::showConnectionDialog(frmDocument& document) {
+    frmConnection dialog(m_state, *this, document, this);
+    return dialog.exec() == QDialog::Accepted && !m_state.cancelled;
+}
+
+QMdiSubWindow* frmMain::activeChild() const {
+    if (QMdiSubWindow* current = m_area->currentSubWindow()) return current;
+    // Minimising the active child may leave the area without one; the frame's active child stays the last
+    // one.
+    const QList<QMdiSubWindow*> windows = m_area->subWindowList(QMdiArea::ActivationHistoryOrder);
+    return windows.isEmpty() ? nullptr : windows.last();
+}
+
+}  // namespace tw

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "browse/frmdocument.h"
+#include "dbaccess/dbconnection.h"
+#include "platform/desktop/settingsstore.h"
+#include "shell/appstate.h"
+#include "shell/frmmain.h"
+
+#include <QMdiSubWindow>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+
+/// A frame whose user answers the connection dialog as the test says; by default it is cancelled.
+class TestFrame : public tw::frmMain {
+  public:
+    using frmMain::frmMain;
+    std::function<bool(tw::frmDocument&)> dialog = [](tw::frmDocument&) { return false; };
+
+  protected:
+    bool showConnectionDialog(tw::frmDocument& document) override { return dialog(document); }
+};
+
+/// A frame with settings of its own.
+struct FrameFixture {
+    QTemporaryDir folder;
+    desktop::SettingsStore store{folder.filePath(QStringLiteral("settings.ini"))};
+    tw::AppState state{store};
+    TestFrame frame{state};
+
+    /// Loads and shows the frame at a size that leaves room for children.
+    void start() {
+        state.saveSetting(QStringLiteral("MainLeft"), QStringLiteral("0"));
+        state.saveSetting(QStringLiteral("MainTop"), QStringLiteral("0"));
+        state.saveSetting(QStringLiteral("MainWidth"), QStringLiteral("11250"));
+        state.saveSetting(QStringLiteral("MainHeight"), QStringLiteral("8250"));
+        frame.Form_Load();
+        frame.show();
+    }
+
+    /// What the connection dialog does when its user connects to a server.
+    bool connectTo(tw::frmDocument& document, const QString& server, bool dataSource = false) {
+        auto connection = std::make_shared<tw::DBConnection>();
+        connection->setServer(server);
+        connection->setDSN(dataSource);
+        document.setConnection(connection);
+        if (!document.isConnected()) {
+            document.setConnected(true);
+            ++state.connectedDocuments;
+        }
+        frame.SetMenuAndToolBarControls();
+        return true;
+    }
+
+    /// Opens a document, connected to a server or, without a name, not connected.
+    tw::frmDocument& open(const QString& server = {}) {
+        frame.dialog = [this, server](tw::frmDocument& document) {
+            return !server.isEmpty() && connectTo(document, server);
+        };
+        frame.mnuFileNew_Click();
+        return activeDocument();
+    }
+
+    tw::frmDocument& activeDocument() const {
+        return *qobject_cast<tw::frmDocument*>(frame.activeChild()->widget());
+    }
+
+    /// The command or button with this object name.
+    QAction* action(const char* name) const { return frame.findChild<QAction*>(QString::fromLatin1(name)); }
+};

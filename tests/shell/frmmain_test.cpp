@@ -1,0 +1,404 @@
+#include "shell/frmmain.h"
+
+#include "platform/runtimeerror.h"
+#include "shell/framefixture.h"
+#include "shell/maintoolbar.h"
+#include "support/answers.h"
+
+#include <QMdiArea>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTest>
+
+using platform::RuntimeError;
+
+namespace {
+
+/// "name|text" of each item, "-" in place of a separator's text.
+QStringList itemsOf(const QList<QAction*>& actions) {
+    QStringList items;
+    for (const QAction* action : actions) {
+        items << action->objectName() + u'|' + (action->isSeparator() ? QStringLiteral("-") : action->text());
+    }
+    return items;
+}
+
+qint32 numberOfFailure(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+/// A child that is no document, as query windows are.
+class OtherChild : public QWidget, public tw::ChildWindow {
+  public:
+    QString getModuleName() const override { return QStringLiteral("frmQuery"); }
+    std::shared_ptr<tw::DBConnection> queryConnection() override { return m_connection; }
+    void Form_Resize() override { ++resizes; }
+    int resizes = 0;
+
+  private:
+    std::shared_ptr<tw::DBConnection> m_connection = std::make_shared<tw::DBConnection>();
+};
+
+/// Makes one the active child.
+OtherChild& addOtherChild(FrameFixture& fixture) {
+    auto* child = new OtherChild;  // owned by its sub-window
+    fixture.frame.area().addSubWindow(child)->show();
+    return *child;
+}
+
+const QString NoServerText = QStringLiteral(
+    "Failure to find a server connection.  Please make sure that there is at least one active connection.");
+const QString NotConnectedText = QStringLiteral(
+    "The active form is not connected to the database server.  Please select another form that have a server "
+    "connection or click on 'Connect' to connect to a server.");
+
+}  // namespace
+
+class FrmMainTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void menus_data();
+    void menus();
+    void toolbar();
+    void enabling_data();
+    void enabling();
+    void partsOfTheFrameToggle();
+    void layout();
+    void centre_data();
+    void centre();
+    void captions_data();
+    void captions();
+    void newConnectionCounts();
+    void connectWithoutDocumentOpensOne();
+    void connectClearsTheActiveDocument();
+    void connectionFailureIsReported();
+    void messagesWithoutConnection();
+    void unhandledFailures();
+    void windowList();
+};
+
+void FrmMainTest::menus_data() {
+    QTest::addColumn<QString>("menu");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QStringList>("items");
+
+    QTest::newRow("File") << "mnuFile"
+                          << "&File"
+                          << QStringList{"mnuFileNew|&New Connection...", "mnuFileBar5|-",
+                                         "mnuFileExit|E&xit"};
+    QTest::newRow("View") << "mnuView"
+                          << "&View"
+                          << QStringList{
+                                 "mnuViewToolbar|&Toolbar",       "mnuViewToolbarLabels|Toolbar labels",
+                                 "mnuViewStatusBar|Status &Bar",  "mnuViewSep1|-",
+                                 "mnuViewHorizontal|&Horizontal", "mnuViewVertical|&Vertical",
+                                 "mnuViewCenter|&Center Document"};
+    QTest::newRow("Tools") << "mnuTool"
+                           << "&Tools"
+                           << QStringList{"mnuToolConnect|&Connect...", "mnuToolCompare|Com&pare...",
+                                          "mnuToolQuery|&Query...", "mnuToolSep1|-",
+                                          "mnuToolOptions|&Options..."};
+    QTest::newRow("Window") << "mnuWindow"
+                            << "&Window"
+                            << QStringList{"mnuWindowNewWindow|&New Window",
+                                           "mnuWindowBar0|-",
+                                           "mnuWindowCascade|&Cascade",
+                                           "mnuWindowTileHorizontal|Tile &Horizontal",
+                                           "mnuWindowTileVertical|Tile &Vertical",
+                                           "mnuWindowArrangeIcons|&Arrange Icons"};
+    QTest::newRow("Help") << "mnuHelp"
+                          << "&Help"
+                          << QStringList{"mnuHelpContents|&Contents",
+                                         "mnuHelpSearchForHelpOn|&Search For Help On...", "mnuHelpBar0|-",
+                                         "mnuHelpAbout|&About Tablewright..."};
+    QTest::newRow("Popup1") << "mnuPop1"
+                            << "Popup1" << QStringList{"mnuPop1Connect|Connect..."};
+    QTest::newRow("Popup2") << "mnuPop2"
+                            << "Popup2"
+                            << QStringList{"mnuPop2ExportColNames|Export Column &Names",
+                                           "mnuPop2ExportColDef|Export Column &Definitions"};
+}
+
+void FrmMainTest::menus() {
+    QFETCH(QString, menu);
+    QFETCH(QString, title);
+    QFETCH(QStringList, items);
+
+    FrameFixture fixture;
+    const auto* shown = fixture.frame.findChild<QMenu*>(menu);
+    QVERIFY(shown != nullptr);
+    QCOMPARE(shown->title(), title);
+    QCOMPARE(itemsOf(shown->actions()), items);
+    const bool onMenuBar = fixture.frame.menuBar()->actions().contains(shown->menuAction());
+    QCOMPARE(onMenuBar, !menu.startsWith(QStringLiteral("mnuPop")));
+}
+
+void FrmMainTest::toolbar() {
+    FrameFixture fixture;
+    const auto* bar = fixture.frame.findChild<tw::MainToolBar*>(QStringLiteral("tbToolBar"));
+    QCOMPARE(itemsOf(bar->actions()),
+             (QStringList{"New|New", "Connect|Connect", "Compare|Compare", "Query|Query", "Options|Options",
+                          "Separator2|-", "Horizontal|Horizontal", "Vertical|Vertical", "CenterChild|Center",
+                          "Separator3|-"}));
+    for (const QAction* action : bar->actions()) {
+        QVERIFY2(action->isSeparator() || !action->icon().isNull(), qUtf8Printable(action->objectName()));
+    }
+    QCOMPARE(bar->button(QStringLiteral("Horizontal"))->toolTip(),
+             QStringLiteral("Allign data pane horizontal"));
+    QCOMPARE(bar->button(QStringLiteral("CenterChild"))->toolTip(),
+             QStringLiteral("Center current child window to its container"));
+}
+
+void FrmMainTest::enabling_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("withoutConnection");
+    QTest::addColumn<bool>("withConnection");
+
+    for (const char* always : {"mnuFileNew", "mnuFileExit", "mnuViewToolbar", "mnuToolConnect", "New",
+                               "Connect", "mnuWindowNewWindow", "mnuHelpAbout", "mnuPop1Connect"}) {
+        QTest::newRow(always) << QString::fromLatin1(always) << true << true;
+    }
+    for (const char* connected : {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuWindowCascade",
+                                  "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons",
+                                  "Horizontal", "Vertical", "CenterChild"}) {
+        QTest::newRow(connected) << QString::fromLatin1(connected) << false << true;
+    }
+}
+
+void FrmMainTest::enabling() {
+    QFETCH(QString, name);
+    QFETCH(bool, withoutConnection);
+    QFETCH(bool, withConnection);
+
+    FrameFixture fixture;
+    fixture.start();
+    const auto* action = fixture.frame.findChild<QAction*>(name);
+    QVERIFY(action != nullptr);
+    QCOMPARE(action->isEnabled(), withoutConnection);
+    fixture.open();
+    QCOMPARE(action->isEnabled(), withoutConnection);
+    fixture.open(QStringLiteral("alpha"));
+    QCOMPARE(action->isEnabled(), withConnection);
+    fixture.frame.activeChild()->close();
+    QCOMPARE(action->isEnabled(), withoutConnection);
+}
+
+void FrmMainTest::partsOfTheFrameToggle() {
+    FrameFixture fixture;
+    fixture.start();
+    const auto* bar = fixture.frame.findChild<tw::MainToolBar*>(QStringLiteral("tbToolBar"));
+    const auto* status = fixture.frame.findChild<QStatusBar*>(QStringLiteral("sbStatusBar"));
+    for (const bool shown : {false, true}) {
+        fixture.action("mnuViewToolbar")->trigger();
+        QCOMPARE(bar->isVisible(), shown);
+        QCOMPARE(fixture.action("mnuViewToolbar")->isChecked(), shown);
+        fixture.action("mnuViewStatusBar")->trigger();
+        QCOMPARE(status->isVisible(), shown);
+        QCOMPARE(fixture.action("mnuViewStatusBar")->isChecked(), shown);
+        fixture.action("mnuViewToolbarLabels")->trigger();
+        QCOMPARE(bar->toolButtonStyle(), shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
+        QCOMPARE(fixture.action("mnuViewToolbarLabels")->isChecked(), shown);
+        QCOMPARE(fixture.state.options.ToolBarCaption, shown ? 1 : 0);
+    }
+}
+
+void FrmMainTest::layout() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("alpha"));
+    const OtherChild& active = addOtherChild(fixture);
+    QAction* horizontal = fixture.action("mnuViewHorizontal");
+    QAction* vertical = fixture.action("mnuViewVertical");
+    const struct {
+        QAction* command;
+        int layout;
+        int resizes;
+    } steps[] = {
+        {horizontal, 1, 0}, {vertical, 2, 1}, {vertical, 2, 1}, {fixture.action("Horizontal"), 1, 2}};
+    for (const auto& step : steps) {
+        step.command->trigger();
+        QCOMPARE(fixture.state.options.Layout, step.layout);
+        QCOMPARE(horizontal->isChecked(), step.layout == 1);
+        QCOMPARE(vertical->isChecked(), step.layout == 2);
+        QCOMPARE(active.resizes, step.resizes);
+    }
+}
+
+void FrmMainTest::centre_data() {
+    QTest::addColumn<QSize>("less");  // than the client area
+    QTest::addColumn<QPoint>("expected");
+
+    QTest::newRow("even room") << QSize(100, 60) << QPoint(50, 30);
+    QTest::newRow("half a pixel is rounded away from zero") << QSize(101, 61) << QPoint(51, 31);
+    QTest::newRow("larger than the client area") << QSize(-80, -40) << QPoint(-40, -20);
+}
+
+void FrmMainTest::centre() {
+    QFETCH(QSize, less);
+    QFETCH(QPoint, expected);
+
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("alpha"));
+    fixture.frame.area().setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    fixture.frame.area().setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QMdiSubWindow* child = fixture.frame.activeChild();
+    const QSize size = fixture.frame.area().viewport()->size() - less;
+    child->resize(size);
+    fixture.action("CenterChild")->trigger();
+    QCOMPARE(child->pos(), expected);
+    QCOMPARE(child->size(), size);
+}
+
+void FrmMainTest::captions_data() {
+    QTest::addColumn<bool>("connects");
+    QTest::addColumn<bool>("dataSource");
+    QTest::addColumn<QString>("caption");
+
+    QTest::newRow("cancelled") << false << false << "Not Connected";
+    QTest::newRow("server") << true << false << "Connected to alpha";
+    QTest::newRow("data source") << true << true << "Connected to alpha (through ODBC)";
+}
+
+void FrmMainTest::captions() {
+    QFETCH(bool, connects);
+    QFETCH(bool, dataSource);
+    QFETCH(QString, caption);
+
+    FrameFixture fixture;
+    fixture.start();
+    fixture.frame.dialog = [&](tw::frmDocument& document) {
+        return connects && fixture.connectTo(document, QStringLiteral("alpha"), dataSource);
+    };
+    fixture.action("mnuWindowNewWindow")->trigger();
+    QCOMPARE(fixture.activeDocument().windowTitle(), caption);
+    QCOMPARE(fixture.frame.activeChild()->windowTitle(), caption);
+}
+
+void FrmMainTest::newConnectionCounts() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("alpha"));
+    const tw::frmDocument* second = &fixture.open();
+    QCOMPARE(fixture.state.documentNumber, 2);
+    QCOMPARE(fixture.state.openDocuments, 2);
+    QCOMPARE(fixture.state.connectedDocuments, 1);
+    QCOMPARE(fixture.state.documents.find(QStringLiteral("2")), second);
+
+    fixture.frame.activeChild()->close();
+    fixture.open();
+    QCOMPARE(fixture.state.documentNumber, 3);
+    QCOMPARE(fixture.state.openDocuments, 2);
+}
+
+void FrmMainTest::connectWithoutDocumentOpensOne() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.action("mnuToolConnect")->trigger();
+    QCOMPARE(fixture.state.openDocuments, 1);
+    fixture.action("Connect")->trigger();
+    QCOMPARE(fixture.state.openDocuments, 1);
+    addOtherChild(fixture);
+    fixture.action("Connect")->trigger();
+    QCOMPARE(fixture.state.openDocuments, 2);
+}
+
+void FrmMainTest::connectClearsTheActiveDocument() {
+    FrameFixture fixture;
+    fixture.start();
+    tw::frmDocument& other = fixture.open(QStringLiteral("alpha"));
+    tw::frmDocument& active = fixture.open(QStringLiteral("beta"));
+    for (tw::frmDocument* document : {&other, &active}) {
+        document->lvTblDefItems().addItem(u"column");
+        document->lvTblDataItems().addItem(u"row");
+    }
+    fixture.frame.dialog = [&](tw::frmDocument& document) {
+        return fixture.connectTo(document, QStringLiteral("gamma"));
+    };
+    fixture.action("mnuPop1Connect")->trigger();
+    QCOMPARE(active.lvTblDefItems().count(), 0);
+    QCOMPARE(active.lvTblDataItems().count(), 0);
+    QCOMPARE(active.windowTitle(), QStringLiteral("Connected to gamma"));
+    QCOMPARE(other.lvTblDefItems().count(), 1);
+    QCOMPARE(other.windowTitle(), QStringLiteral("Connected to alpha"));
+    QCOMPARE(fixture.state.connectedDocuments, 2);
+}
+
+void FrmMainTest::connectionFailureIsReported() {
+    support::Answers answers;
+    FrameFixture fixture;
+    fixture.start();
+    fixture.frame.dialog = [](tw::frmDocument&) -> bool {
+        throw RuntimeError(7, QStringLiteral("Out of memory"));
+    };
+    fixture.frame.mnuFileNew_Click();
+    QVERIFY(
+        answers.takeBox().text.contains(QStringLiteral("subroutine ShowConnectionForm of module frmMain.")));
+    QCOMPARE(fixture.state.openDocuments, 1);
+}
+
+void FrmMainTest::messagesWithoutConnection() {
+    support::Answers answers;
+    FrameFixture fixture;
+    fixture.start();
+    fixture.frame.tbToolBar_ButtonClick(QStringLiteral("Compare"));
+    fixture.frame.tbToolBar_ButtonClick(QStringLiteral("Query"));
+    for (int i = 0; i < 2; ++i) {
+        const desktop::MsgBoxRequest box = answers.takeBox();
+        QCOMPARE(box.text, NoServerText);
+        QCOMPARE(box.icon, desktop::MsgBoxIcon::Exclamation);
+    }
+    fixture.open();
+    fixture.frame.mnuToolCompare_Click();
+    fixture.frame.mnuToolQuery_Click();
+    QCOMPARE(answers.takeBox().text, NotConnectedText);
+    fixture.open(QStringLiteral("alpha"));
+    fixture.frame.mnuToolQuery_Click();
+    addOtherChild(fixture);
+    fixture.frame.mnuToolQuery_Click();
+    QCOMPARE(answers.takeBox().text, NotConnectedText);
+}
+
+void FrmMainTest::unhandledFailures() {
+    FrameFixture fixture;
+    fixture.start();
+    const auto click = [&](const char* key) {
+        return numberOfFailure([&] { fixture.frame.tbToolBar_ButtonClick(QString::fromLatin1(key)); });
+    };
+    QCOMPARE(click("CenterChild"), platform::errors::ObjectNotSet);
+    QCOMPARE(click("Open"), platform::errors::ObjectNotSet);
+    fixture.open();
+    QCOMPARE(click("CenterChild"), 0);
+    for (const char* key : {"Open", "Save", "Print"}) {
+        QCOMPARE(click(key), platform::errors::NoSuchMember);
+    }
+}
+
+void FrmMainTest::windowList() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("a&b"));
+    QMdiSubWindow* first = fixture.frame.activeChild();
+    fixture.open();
+    auto* menu = fixture.frame.findChild<QMenu*>(QStringLiteral("mnuWindow"));
+    Q_EMIT menu->aboutToShow();
+    QCOMPARE(itemsOf(menu->actions().mid(6)),
+             (QStringList{"|-", "|&1 Connected to a&&b", "|&2 Not Connected"}));
+    QVERIFY(menu->actions().at(8)->isChecked());
+    menu->actions().at(7)->trigger();
+    QCOMPARE(fixture.frame.activeChild(), first);
+
+    first->close();
+    Q_EMIT menu->aboutToShow();
+    QCOMPARE(itemsOf(menu->actions().mid(6)), (QStringList{"|-", "|&1 Not Connected"}));
+}
+
+QTEST_MAIN(FrmMainTest)
+#include "frmmain_test.moc"

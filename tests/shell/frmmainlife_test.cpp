@@ -1,0 +1,202 @@
+// The frame from start to end: settings, placement, splash, closing in any order.
+
+#include "platform/runtimeerror.h"
+#include "shell/framefixture.h"
+#include "shell/frmflash.h"
+#include "support/answers.h"
+
+#include <QGuiApplication>
+#include <QMdiArea>
+#include <QPointer>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+using platform::RuntimeError;
+
+class FrmMainLifeTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void firstRun();
+    void settingsAreTakenOver();
+    void closingStores_data();
+    void closingStores();
+    void placeDoesNotCreep();
+    void badNumberLeavesTheSettingsAlone();
+    void splashGoesAndLeavesTheFrame();
+    void splashDoesNotBringAClosedFrameBack();
+    void documentsCloseInAnyOrder_data();
+    void documentsCloseInAnyOrder();
+    void quittingWhileTheDialogIsOpen();
+    void frameThatWasNeverClosed();
+};
+
+void FrmMainLifeTest::firstRun() {
+    FrameFixture fixture;
+    fixture.frame.Form_Load();
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    QVERIFY(fixture.frame.isMaximized());
+    QCOMPARE(fixture.frame.pos(), QPoint(0, 0));
+    QCOMPARE(fixture.frame.width(), (screen.width() * 15 - 1000 + 7) / 15);
+    QCOMPARE(fixture.frame.height(), (screen.height() * 15 - 1000 + 7) / 15);
+    QVERIFY(fixture.action("mnuViewHorizontal")->isChecked());
+    QVERIFY(!fixture.action("mnuViewVertical")->isChecked());
+    QVERIFY(fixture.action("mnuViewToolbarLabels")->isChecked());
+    QCOMPARE(fixture.state.setting(QStringLiteral("MainTop"), QStringLiteral("none")),
+             QStringLiteral("none"));
+}
+
+void FrmMainLifeTest::settingsAreTakenOver() {
+    FrameFixture fixture;
+    fixture.state.saveSetting(QStringLiteral("Layout"), QStringLiteral("2"));
+    fixture.state.saveSetting(QStringLiteral("ToolBarCaption"), QStringLiteral("0"));
+    fixture.start();
+    QVERIFY(!fixture.frame.isMaximized());
+    QCOMPARE(fixture.frame.size(), QSize(750, 550));
+    QVERIFY(fixture.action("mnuViewVertical")->isChecked());
+    QVERIFY(!fixture.action("mnuViewHorizontal")->isChecked());
+    QVERIFY(!fixture.action("mnuViewToolbarLabels")->isChecked());
+}
+
+void FrmMainLifeTest::closingStores_data() {
+    QTest::addColumn<Qt::WindowState>("windowState");
+    QTest::addColumn<bool>("placeStored");
+
+    QTest::newRow("normal") << Qt::WindowNoState << true;
+    QTest::newRow("minimised") << Qt::WindowMinimized << false;
+    QTest::newRow("maximised") << Qt::WindowMaximized << true;
+}
+
+void FrmMainLifeTest::closingStores() {
+    QFETCH(Qt::WindowState, windowState);
+    QFETCH(bool, placeStored);
+
+    FrameFixture fixture;
+    fixture.start();
+    fixture.frame.resize(700, 500);
+    fixture.frame.setWindowState(windowState);
+    QTRY_COMPARE(fixture.frame.width() > 700, windowState == Qt::WindowMaximized);
+    fixture.action("mnuViewToolbarLabels")->trigger();
+    fixture.state.options.NumberRecShow = 123;
+    const int width = fixture.frame.width();
+    fixture.action("mnuFileExit")->trigger();
+
+    QVERIFY(!fixture.frame.isVisible());
+    const QString storedWidth = fixture.state.setting(QStringLiteral("MainWidth"), {});
+    QCOMPARE(storedWidth, placeStored ? QString::number(width * 15) : QStringLiteral("11250"));
+    QCOMPARE(fixture.state.setting(QStringLiteral("NumberRecShow"), {}), QStringLiteral("123"));
+    QCOMPARE(fixture.state.setting(QStringLiteral("ToolBarCaption"), {}), QStringLiteral("0"));
+    QCOMPARE(fixture.state.setting(QStringLiteral("Layout"), {}), QStringLiteral("1"));
+}
+
+void FrmMainLifeTest::placeDoesNotCreep() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.frame.setGeometry(60, 70, 640, 480);
+    const QPoint position = fixture.frame.pos();
+    fixture.frame.close();
+
+    TestFrame again(fixture.state);
+    again.Form_Load();
+    again.show();
+    QCOMPARE(again.pos(), position);
+    QCOMPARE(again.size(), QSize(640, 480));
+}
+
+void FrmMainLifeTest::badNumberLeavesTheSettingsAlone() {
+    FrameFixture fixture;
+    fixture.state.saveSetting(QStringLiteral("NumberRecShow"), QStringLiteral("many"));
+    QVERIFY_EXCEPTION_THROWN(fixture.frame.Form_Load(), RuntimeError);
+    fixture.frame.close();
+    QCOMPARE(fixture.state.setting(QStringLiteral("NumberRecShow"), {}), QStringLiteral("many"));
+    QCOMPARE(fixture.state.setting(QStringLiteral("Layout"), QStringLiteral("none")), QStringLiteral("none"));
+    QVERIFY(fixture.frame.findChild<tw::frmFlash*>() == nullptr);
+}
+
+void FrmMainLifeTest::splashGoesAndLeavesTheFrame() {
+    FrameFixture fixture;
+    fixture.start();
+    QTRY_VERIFY(fixture.frame.findChild<tw::frmFlash*>() != nullptr);
+    const QPointer<tw::frmFlash> flash = fixture.frame.findChild<tw::frmFlash*>();
+    QVERIFY(flash->isVisible());
+    QCOMPARE(flash->cursor().shape(), Qt::WaitCursor);
+    QTRY_VERIFY(flash.isNull());
+    QVERIFY(fixture.frame.isVisible());
+}
+
+void FrmMainLifeTest::splashDoesNotBringAClosedFrameBack() {
+    FrameFixture fixture;
+    fixture.start();
+    QTRY_VERIFY(fixture.frame.findChild<tw::frmFlash*>() != nullptr);
+    const QPointer<tw::frmFlash> flash = fixture.frame.findChild<tw::frmFlash*>();
+    fixture.frame.close();
+    flash->close();
+    QVERIFY(!fixture.frame.isVisible());
+}
+
+void FrmMainLifeTest::documentsCloseInAnyOrder_data() {
+    QTest::addColumn<QList<int>>("closedFirst");
+
+    QTest::newRow("frame alone") << QList<int>{};
+    QTest::newRow("oldest first") << QList<int>{0, 1, 2};
+    QTest::newRow("newest first") << QList<int>{2, 1, 0};
+    QTest::newRow("the middle one, then the frame") << QList<int>{1};
+}
+
+void FrmMainLifeTest::documentsCloseInAnyOrder() {
+    QFETCH(QList<int>, closedFirst);
+
+    FrameFixture fixture;
+    fixture.start();
+    QList<QPointer<QMdiSubWindow>> windows;
+    for (const char* server : {"alpha", "", "gamma"}) {
+        fixture.open(QString::fromLatin1(server));
+        windows << fixture.frame.activeChild();
+    }
+    for (const int index : closedFirst) {
+        windows.at(index)->close();
+    }
+    QCOMPARE(fixture.state.openDocuments, 3 - closedFirst.size());
+    fixture.frame.close();
+    QCOMPARE(fixture.state.openDocuments, 0);
+    QCOMPARE(fixture.state.connectedDocuments, 0);
+    QVERIFY(fixture.state.documents.all().empty());
+    for (const auto& window : windows) {
+        QTRY_VERIFY(window.isNull());
+    }
+}
+
+void FrmMainLifeTest::quittingWhileTheDialogIsOpen() {
+    FrameFixture fixture;
+    fixture.start();
+    bool documentWent = false;
+    fixture.frame.dialog = [&](tw::frmDocument& document) {
+        const QPointer<tw::frmDocument> open(&document);
+        fixture.connectTo(document, QStringLiteral("alpha"));
+        fixture.frame.close();
+        documentWent = QTest::qWaitFor([&] { return open.isNull(); });
+        return true;
+    };
+    fixture.frame.mnuFileNew_Click();
+    QVERIFY(documentWent);
+    QCOMPARE(fixture.state.openDocuments, 0);
+    QVERIFY(fixture.frame.activeChild() == nullptr);
+}
+
+void FrmMainLifeTest::frameThatWasNeverClosed() {
+    QTemporaryDir folder;
+    desktop::SettingsStore store(folder.filePath(QStringLiteral("settings.ini")));
+    tw::AppState state(store);
+    {
+        TestFrame frame(state);
+        frame.Form_Load();
+        frame.mnuFileNew_Click();
+        QCOMPARE(state.openDocuments, 1);
+    }
+    QCOMPARE(state.openDocuments, 0);
+    QVERIFY(state.documents.all().empty());
+}
+
+QTEST_MAIN(FrmMainLifeTest)
+#include "frmmainlife_test.moc"
