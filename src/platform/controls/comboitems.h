@@ -15,6 +15,9 @@ class ComboItems : public QAbstractListModel {
   public:
     explicit ComboItems(QObject* parent = nullptr);
 
+    using QAbstractListModel::itemData;
+    using QAbstractListModel::setItemData;
+
     int count() const;
     void addItem(const QString& text);
     QString text(int index) const;
