@@ -239,7 +239,9 @@ Bound unaryArithmetic(UnaryOp op, const Bound& operand, Emission& emission) {
     }
     if (!isNumber(type.id) || type.id == TypeId::Bit) failOperator(QStringLiteral("minus"), type);
     if (operand.literal && std::holds_alternative<qint64>(*operand.literal)) {
-        return boundConstant(-std::get<qint64>(*operand.literal), type, emission);
+        Bound negative = boundConstant(-std::get<qint64>(*operand.literal), type, emission);
+        negative.isWritten = operand.isWritten;
+        return negative;
     }
     if (isDecimal(type.id)) {
         if (operand.literal) {

@@ -27,6 +27,7 @@ struct Bound {
     bool isColumn = false;  ///< a column, which brings its collation along
     bool hasAggregate = false;
     bool hasQuery = false;
+    bool isWritten = false;        ///< a number that stands in the statement
     std::optional<Value> literal;  ///< of a constant
     std::vector<ColumnUse> uses;
 };

@@ -95,7 +95,7 @@ QString callText(const char* name, std::initializer_list<QString> arguments) {
 
 SqlType exactDecimal(const Bound& bound) {
     SqlType exact = asDecimal(bound.type);
-    if (bound.literal && bound.type.id == TypeId::Int && std::holds_alternative<qint64>(*bound.literal)) {
+    if (bound.isWritten && bound.literal && bound.type.id == TypeId::Int) {
         exact.precision = std::max(1, Decimal::fromUnscaled(std::get<qint64>(*bound.literal), 0).digits());
     }
     return exact;
@@ -120,10 +120,7 @@ SqlType commonType(const SqlType& a, const SqlType& b) {
 SqlType commonType(const Bound& a, const Bound& b) {
     if (a.isNull) return b.type;
     if (b.isNull) return a.type;
-    const bool decimal = isDecimal(a.type.id) || isDecimal(b.type.id);
-    return decimal ? commonType(isInteger(a.type.id) ? exactDecimal(a) : a.type,
-                                isInteger(b.type.id) ? exactDecimal(b) : b.type)
-                   : commonType(a.type, b.type);
+    return commonType(a.type, b.type);
 }
 
 Bound explicitly(const Bound& bound, const SqlType& to, int style, Emission& emission) {

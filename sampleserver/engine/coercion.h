@@ -9,7 +9,7 @@ namespace engine {
 SqlType commonType(const Bound& a, const Bound& b);
 SqlType commonType(const SqlType& a, const SqlType& b);
 
-/// The type of a constant as a decimal with no more digits than it has; of anything else asDecimal.
+/// The type of an operand as a decimal: a written whole number has as many digits as it shows.
 SqlType exactDecimal(const Bound& bound);
 
 /// The expression as a value of type `to`, as an assignment without CONVERT does it. Throws SqlError 257.

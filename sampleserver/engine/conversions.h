@@ -19,6 +19,8 @@ struct Conversion {
     [[noreturn]] void failNotAllowed() const;
     /// 8115.
     [[noreturn]] void failOverflow() const;
+    /// 242 and 296.
+    [[noreturn]] void failDateRange() const;
     /// 8114.
     [[noreturn]] void failConverting() const;
 

@@ -217,6 +217,13 @@ Value Conversion::toFloat(const Value& value) const {
     return number;
 }
 
+void Conversion::failDateRange() const {
+    throw SqlError(to.id == TypeId::SmallDateTime ? 296 : 242, 16,
+                   QStringLiteral("The conversion of a char data type to a %1 data type resulted in an "
+                                  "out-of-range %1 value.")
+                       .arg(typeName(to.id)));
+}
+
 qint64 Conversion::ticksOf(const Value& value) const {
     if (isDateTime(from.id)) return std::get<qint64>(value);
     if (isText(from.id) && !isLong(from.id)) {
@@ -238,10 +245,7 @@ qint64 Conversion::ticksOf(const Value& value) const {
             case DateParse::OutOfRange:
                 break;
         }
-        throw SqlError(small ? 296 : 242, 16,
-                       QStringLiteral("The conversion of a char data type to a %1 data type resulted in an "
-                                      "out-of-range %1 value.")
-                           .arg(typeName(to.id)));
+        failDateRange();
     }
     if (isBinary(from.id)) {
         const QByteArray& bytes = std::get<QByteArray>(value);
@@ -267,6 +271,7 @@ Value Conversion::toDateTime(const Value& value) const {
             QStringLiteral("The conversion from datetime data type to smalldatetime data type resulted "
                            "in a smalldatetime overflow error."));
     }
+    if (!valid && isText(from.id)) failDateRange();
     if (!valid) failOverflow();
     return ticks;
 }

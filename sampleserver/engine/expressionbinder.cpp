@@ -36,6 +36,7 @@ Bound Binder::constantExpression(const ast::Expr& expr) {
 
 Bound Binder::bound(const ast::Literal& node, Scope&) {
     Bound result = boundConstant(node.value, node.type, m_emission);
+    result.isWritten = true;
     if (!node.isNull) return result;
     result.isNull = true;
     result.literal.reset();
@@ -129,7 +130,8 @@ Bound Binder::bound(const ast::Case& node, Scope& scope) {
 }
 
 Bound Binder::bound(const ast::Convert& node, Scope& scope) {
-    const Bound operand = expression(*node.operand, scope);
+    Bound operand = expression(*node.operand, scope);
+    operand.isWritten = false;
     if (!node.style) return explicitly(operand, node.type, 0, m_emission);
     return explicitly(operand, node.type, expression(*node.style, scope), m_emission);
 }

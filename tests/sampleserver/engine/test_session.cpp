@@ -1,0 +1,258 @@
+#include "recordingsink.h"
+#include "shopworld.h"
+
+#include <QTest>
+
+/// Coming in, moving between databases, options, and the course of a batch.
+class SessionTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase() { m_world = shopWorld(); }
+    void login_data();
+    void login();
+    void users();
+    void use();
+    void rowCount();
+    void textSize();
+    void quotedIdentifiers();
+    void options();
+    void batchAfterFailure_data();
+    void batchAfterFailure();
+    void messagesOfStatements();
+    void procedures();
+    void cancelWhileWaiting();
+    void cancelBetweenRows();
+    void cancelWithinAQuery();
+
+  private:
+    std::shared_ptr<const engine::World> m_world;
+};
+
+void SessionTest::login_data() {
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<QString>("database");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<QString>("entered");
+    const auto row = [](const char* name, const char* user, const char* password, const char* database,
+                        const char* errors, const char* entered) {
+        QTest::newRow(name) << QString::fromUtf8(user) << QString::fromUtf8(password)
+                            << QString::fromUtf8(database) << QString::fromUtf8(errors)
+                            << QString::fromUtf8(entered);
+    };
+    row("sa", "sa", "", "", "", "master");
+    row("case of names", "SA", "", "SHOP", "", "shop");
+    row("default database", "clerk", "till", "", "", "shop");
+    row("as guest", "visitor", "", "shop", "", "shop");
+    row("wrong password", "clerk", "x", "", "18456", "");
+    row("nobody", "nobody", "", "", "18456", "");
+    row("no such database", "sa", "", "nodb", "4060 18456", "");
+    row("closed to guests", "visitor", "", "vault", "4060 18456", "");
+}
+
+void SessionTest::login() {
+    QFETCH(QString, user);
+    QFETCH(QString, password);
+    QFETCH(QString, database);
+    QFETCH(QString, errors);
+    QFETCH(QString, entered);
+    engine::Session session(m_world, 51);
+    const auto messages = session.login(
+        {.user = user, .password = password, .database = database, .clientHost = {}, .application = {}});
+    QStringList numbers;
+    for (const engine::SqlMessage& message : messages)
+        numbers += QString::number(message.number);
+    QCOMPARE(numbers.join(u' '), errors);
+    QCOMPARE(session.database(), entered);
+    if (errors.isEmpty()) return;
+    QCOMPARE(messages.back().text, QStringLiteral("Login failed for user '%1'.").arg(user));
+    RecordingSink sink;
+    session.execute(QStringLiteral("SELECT 1"), sink);
+    QVERIFY(sink.rows.isEmpty());
+}
+
+void SessionTest::users() {
+    auto clerk = shopSession(m_world, QStringLiteral("clerk"));
+    RecordingSink sink;
+    clerk->execute(QStringLiteral("SELECT USER, SYSTEM_USER SELECT nick FROM customers SELECT name FROM "
+                                  "dbo.customers WHERE id = 1"),
+                   sink);
+    QCOMPARE(sink.rows,
+             QStringList({QStringLiteral("clerk|clerk"), QStringLiteral("Cl"), QStringLiteral("Ann")}));
+
+    RecordingSink denied;
+    clerk->execute(QStringLiteral("SELECT * FROM secrets"), denied);
+    QCOMPARE(denied.errorNumbers(), QStringLiteral("229"));
+    QCOMPARE(denied.errors[0].text,
+             QStringLiteral("SELECT permission denied on object 'secrets', database 'shop', owner 'dbo'."));
+    RecordingSink owner;
+    shopSession(m_world)->execute(QStringLiteral("SELECT * FROM secrets"), owner);
+    QCOMPARE(owner.rows, QStringList{QStringLiteral("1")});
+}
+
+void SessionTest::use() {
+    auto session = shopSession(m_world, QStringLiteral("clerk"));
+    RecordingSink sink;
+    session->execute(QStringLiteral("USE [master]; SELECT DB_NAME() + USER"), sink);
+    QCOMPARE(sink.changes, QStringList{QStringLiteral("shop > master")});
+    QCOMPARE(sink.informations, QStringList{QStringLiteral("Changed database context to 'master'.")});
+    QCOMPARE(sink.rows, QStringList{QStringLiteral("masterguest")});
+    RecordingSink refused;
+    session->execute(QStringLiteral("USE vault SELECT bars FROM vault..gold"), refused);
+    QCOMPARE(refused.errorNumbers(), QStringLiteral("916 916"));
+    QCOMPARE(session->database(), QStringLiteral("master"));
+}
+
+void SessionTest::rowCount() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    session->execute(QStringLiteral("SET ROWCOUNT 2 SELECT id FROM customers ORDER BY id DESC"), sink);
+    QCOMPARE(sink.rows, QStringList({QStringLiteral("3"), QStringLiteral("2")}));
+    QCOMPARE(sink.dones, QStringList({QStringLiteral("-1"), QStringLiteral("2 rows")}));
+    const auto rows = [&](const char* statement) {
+        RecordingSink next;
+        session->execute(QString::fromLatin1(statement), next);
+        return next.rows.join(u' ');
+    };
+    QCOMPARE(rows("SELECT TOP 3 id FROM customers ORDER BY id"), QStringLiteral("1 2"));
+    QCOMPARE(rows("SELECT TOP 1 id FROM customers ORDER BY id"), QStringLiteral("1"));
+    QCOMPARE(rows("SELECT id FROM customers UNION ALL SELECT 0 ORDER BY id"), QStringLiteral("0 1"));
+    QCOMPARE(rows("SELECT count(*) FROM customers"), QStringLiteral("3"));
+    QCOMPARE(rows("SET ROWCOUNT 0 SELECT id FROM customers ORDER BY id"), QStringLiteral("1 2 3"));
+}
+
+void SessionTest::textSize() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    session->execute(
+        QStringLiteral("SET TEXTSIZE 5 SELECT note, name FROM customers WHERE id = 1 SELECT @@TEXTSIZE"),
+        sink);
+    QCOMPARE(sink.rows, QStringList({QStringLiteral("hello|Ann"), QStringLiteral("5")}));
+}
+
+void SessionTest::quotedIdentifiers() {
+    auto session = shopSession(m_world);
+    RecordingSink off;
+    session->execute(QStringLiteral("SET QUOTED_IDENTIFIER OFF SELECT \"name\" + 'x'"), off);
+    QCOMPARE(off.rows, QStringList{QStringLiteral("namex")});
+    RecordingSink stays;
+    session->execute(QStringLiteral("SELECT \"name\""), stays);
+    QCOMPARE(stays.rows, QStringList{QStringLiteral("name")});
+    RecordingSink on;
+    session->execute(QStringLiteral("SET QUOTED_IDENTIFIER ON SELECT \"name\" FROM customers WHERE id = 1"),
+                     on);
+    QCOMPARE(on.rows, QStringList{QStringLiteral("Ann")});
+}
+
+void SessionTest::options() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    session->execute(
+        QStringLiteral(
+            "SET ANSI_NULLS, ANSI_PADDING ON SET IMPLICIT_TRANSACTIONS OFF SET LANGUAGE us_english "
+            "SET DATEFORMAT mdy SET LOCK_TIMEOUT -1 SET TRANSACTION ISOLATION LEVEL READ COMMITTED "
+            "SET NOCOUNT ON SELECT 1 SET NOCOUNT OFF SET FMTONLY ON SELECT id FROM customers "
+            "SET FMTONLY OFF SET DATEFORMAT dmy"),
+        sink);
+    QCOMPARE(sink.rows, QStringList{QStringLiteral("1")});
+    QCOMPARE(sink.names, QStringList{QStringLiteral("id")});
+    QCOMPARE(sink.dones[7], QStringLiteral("-1 rows"));
+    QCOMPARE(sink.errorNumbers(), QStringLiteral("2741"));
+}
+
+void SessionTest::batchAfterFailure_data() {
+    QTest::addColumn<QString>("batch");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<QString>("rows");
+    const auto row = [](const char* batch, const char* errors, const char* rows) {
+        QTest::newRow(batch) << QString::fromLatin1(batch) << QString::fromLatin1(errors)
+                             << QString::fromLatin1(rows);
+    };
+    row("SELECT 1 SELECT 1 / 0 SELECT @@ERROR", "8134", "1;8134");
+    row("SELECT 1 EXEC nosuch SELECT 2", "2812", "1;2");
+    row("SELECT 1 SELECT * FROM nothere SELECT 2", "208", "1");
+    row("SELECT 1 SELECT CONVERT(int, 'x') SELECT 2", "245", "1");
+    row("SELECT 1 SELECT 2 +", "170", "");
+    row("SELECT 1 DELETE customers SELECT 2", "3906", "1");
+    row("SELECT 1 / (id - 2) FROM customers WHERE id < 3 ORDER BY id", "8134", "-1");
+}
+
+void SessionTest::batchAfterFailure() {
+    QFETCH(QString, batch);
+    QFETCH(QString, errors);
+    QFETCH(QString, rows);
+    RecordingSink sink;
+    shopSession(m_world)->execute(batch, sink);
+    QCOMPARE(sink.errorNumbers(), errors);
+    QCOMPARE(sink.rows.join(u';'), rows);
+}
+
+void SessionTest::messagesOfStatements() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    session->execute(QStringLiteral("SELECT 1\n\nPRINT 'a' + 'b'\nSELECT nothere\nFROM customers"), sink);
+    QCOMPARE(sink.informations, QStringList{QStringLiteral("ab")});
+    QCOMPARE(sink.errors.size(), size_t(1));
+    QCOMPARE(sink.errors[0].line, 4);
+    QCOMPARE(sink.errors[0].text, QStringLiteral("Invalid column name 'nothere'."));
+    RecordingSink syntax;
+    session->execute(QStringLiteral("SELECT 1\nSELECT * FRM customers"), syntax);
+    QCOMPARE(syntax.errors[0].text, QStringLiteral("Line 2: Incorrect syntax near 'FRM'."));
+    QCOMPARE(syntax.errors[0].severity, 15);
+    QCOMPARE(syntax.dones, QStringList{QStringLiteral("-1")});
+}
+
+void SessionTest::procedures() {
+    auto session = shopSession(m_world);
+    for (const char* batch : {"sp_columns 'orders'", "EXEC sp_columns @table_name = N'orders'",
+                              "EXECUTE dbo.sp_columns orders", "USE master EXEC shop..sp_columns 'orders'",
+                              "USE shop DECLARE @t varchar(20) SET @t = 'orders' EXEC sp_columns @t"}) {
+        RecordingSink sink;
+        session->execute(QString::fromLatin1(batch), sink);
+        QVERIFY2(sink.errors.empty(), batch);
+        QCOMPARE(sink.rows.size(), 8);
+    }
+    RecordingSink unclosed;
+    session->execute(QStringLiteral("sp_columns 'O'Brien'"), unclosed);
+    QCOMPARE(unclosed.errorNumbers(), QStringLiteral("105"));
+}
+
+void SessionTest::cancelWhileWaiting() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    int looks = 0;
+    sink.isCancelled = [&] { return ++looks > 3; };
+    session->execute(QStringLiteral("WAITFOR DELAY '01:00:00' SELECT 1"), sink);
+    QVERIFY(sink.rows.isEmpty());
+    RecordingSink short1;
+    session->execute(QStringLiteral("WAITFOR DELAY '00:00:00.010' SELECT 1"), short1);
+    QCOMPARE(short1.rows.size(), 1);
+}
+
+void SessionTest::cancelBetweenRows() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    sink.isCancelled = [&] { return sink.rows.size() >= 5; };
+    session->execute(QStringLiteral("SELECT a.id FROM sysobjects a, sysobjects b, sysobjects c"), sink);
+    QVERIFY(sink.rows.size() < 1000);
+    RecordingSink next;
+    session->execute(QStringLiteral("SELECT 1"), next);
+    QCOMPARE(next.rows.size(), 1);
+}
+
+void SessionTest::cancelWithinAQuery() {
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    int looks = 0;
+    sink.isCancelled = [&] { return ++looks > 5; };
+    session->execute(
+        QStringLiteral(
+            "SELECT count(*) FROM syscolumns a, syscolumns b, syscolumns c, syscolumns d, syscolumns e"),
+        sink);
+    QVERIFY(sink.rows.isEmpty());
+    QVERIFY(sink.errors.empty());
+}
+
+QTEST_APPLESS_MAIN(SessionTest)
+#include "test_session.moc"
