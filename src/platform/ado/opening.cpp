@@ -1,9 +1,10 @@
 #include "platform/ado/opening.h"
 
+#include "platform/ado/worker.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 namespace ado {
 
@@ -37,11 +38,16 @@ void runAttempt(Attempt& attempt) {
 }
 
 SQLRETURN connectWithin(const std::shared_ptr<Attempt>& attempt, int seconds) {
+    thread_local std::unique_ptr<Worker> worker;
+    if (!worker) worker = std::make_unique<Worker>();
     const auto deadline = std::chrono::steady_clock::now() + seconds * 1s + 500ms;
-    std::thread([attempt] { runAttempt(*attempt); }).detach();
+    worker->start([attempt] { runAttempt(*attempt); });
     std::unique_lock lock(attempt->mutex);
-    if (!attempt->changed.wait_until(lock, deadline, [&] { return attempt->ended; }))
+    if (!attempt->changed.wait_until(lock, deadline, [&] { return attempt->ended; })) {
+        worker->abandon();
+        worker.reset();
         throw Error(numbers::TimeOut, QStringLiteral("Timeout expired"), QStringLiteral("HYT00"), 0);
+    }
     return attempt->code;
 }
 
@@ -63,7 +69,8 @@ std::shared_ptr<DriverConnection> openConnection(const QString& text, int second
                     SQL_HANDLE_DBC, link.connection.get(), Phase::Opening);
     const SQLRETURN code = seconds > 0 ? connectWithin(attempt, seconds) : connectNow(link, text);
     odbc::check(code, SQL_HANDLE_DBC, link.connection.get(), Phase::Opening);
-    return attempt->link;
+    // The worker may still hold the attempt; the connection is the caller's alone.
+    return std::move(attempt->link);
 }
 
 }  // namespace ado
