@@ -26,7 +26,8 @@ class RealServerTest : public QObject {
 void RealServerTest::initTestCase() {
     const QString text = qEnvironmentVariable("TABLEWRIGHT_TEST_CONNECTION");
     if (text.isEmpty()) QSKIP("TABLEWRIGHT_TEST_CONNECTION holds no connection string");
-    m_connection.Open(text);
+    const auto failure = failureOf([&] { m_connection.Open(text); });
+    QVERIFY2(!failure, failure ? failure->what() : "");
 }
 
 void RealServerTest::saysWhereItIs() {
