@@ -36,8 +36,6 @@ class TestDocumentPanes : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void keepsSplittersInside_data();
-    void keepsSplittersInside();
     void arrangesPanes_data();
     void arrangesPanes();
     void centresSplittersOnResize();
@@ -45,30 +43,6 @@ class TestDocumentPanes : public QObject {
     void dragsSplitter();
     void marksCutTitles();
 };
-
-void TestDocumentPanes::keepsSplittersInside_data() {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("wanted");
-    QTest::addColumn<QPoint>("given");
-    const QSize usual(600, 400);
-    QTest::newRow("inside") << usual << QPoint(4000, 2000) << QPoint(4000, 2000);
-    QTest::newRow("too near the first edges") << usual << QPoint(500, -10) << QPoint(1500, 1500);
-    QTest::newRow("too near the last edges") << usual << QPoint(8990, 5800) << QPoint(7500, 4500);
-    QTest::newRow("no room for both limits") << QSize(200, 200) << QPoint(1000, 9000) << QPoint(1500, 1500);
-}
-
-void TestDocumentPanes::keepsSplittersInside() {
-    QFETCH(QSize, size);
-    QFETCH(QPoint, wanted);
-    const Window window(2, size);
-    int x = wanted.x();
-    int y = wanted.y();
-    window.document->panes().SizeControls(x);
-    window.document->panes().SizeControls2(y);
-    QTEST(QPoint(x, y), "given");
-    QCOMPARE(window.place("imgSplitter").x(), toPixels(x));
-    QCOMPARE(window.place("imgSplitter2").y(), toPixels(y));
-}
 
 void TestDocumentPanes::arrangesPanes_data() {
     QTest::addColumn<int>("layout");

@@ -59,7 +59,6 @@ class TestFrmConnection : public QObject {
     void refusesEntries();
     void endsWithoutConnecting_data();
     void endsWithoutConnecting();
-    void explainsItself();
 };
 
 void TestFrmConnection::opensWithNothingStored() {
@@ -376,17 +375,6 @@ void TestFrmConnection::endsWithoutConnecting() {
     QVERIFY(desk.document->isConnected());
     QCOMPARE(desk.document->windowTitle(), QStringLiteral("Connected to X"));
     QCOMPARE(desk.state.setting(QStringLiteral("Server1"), {}), QStringLiteral("X"));
-}
-
-void TestFrmConnection::explainsItself() {
-    support::Answers answers;
-    Desk desk;
-    Dialog dialog(desk);
-    dialog.press("cmdHelp");
-    const auto box = answers.takeBox();
-    QCOMPARE(box.icon, desktop::MsgBoxIcon::Information);
-    QVERIFY(box.text.startsWith(QStringLiteral("You can use either ODBC Connection or Server Direct")));
-    QVERIFY(box.text.endsWith(QStringLiteral("will require the User ID and password to be entered.")));
 }
 
 QTEST_MAIN(TestFrmConnection)

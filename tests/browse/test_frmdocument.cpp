@@ -1,8 +1,6 @@
-#include "dbaccess/dbconnection.h"
 #include "desk.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
-#include "support/answers.h"
 
 #include <QLabel>
 #include <QTest>
@@ -43,8 +41,6 @@ class TestFrmDocument : public QObject {
     void popsUpMenus();
     void leavesTheProgramOnce_data();
     void leavesTheProgramOnce();
-    void keepsItsConnection();
-    void reportsALoadThatFails();
 };
 
 void TestFrmDocument::opens() {
@@ -168,28 +164,6 @@ void TestFrmDocument::leavesTheProgramOnce() {
     QVERIFY(desk.state.documents.all().empty());
     QCOMPARE(desk.state.openDocuments, 4);
     QCOMPARE(desk.frame.connectedCounts, std::vector<qint32>{connected ? 2 : 3});
-}
-
-void TestFrmDocument::keepsItsConnection() {
-    Desk desk;
-    const auto first = desk.document->connection();
-    QCOMPARE(desk.document->queryConnection(), first);
-    QCOMPARE(first->getServer(), QString());
-    const auto second = std::make_shared<tw::DBConnection>();
-    desk.document->setConnection(second);
-    QCOMPARE(desk.document->connection(), second);
-    desk.document.reset();
-    QCOMPARE(second.use_count(), 1L);
-}
-
-void TestFrmDocument::reportsALoadThatFails() {
-    support::Answers answers;
-    Desk desk;
-    // A number that is taken: the frame's fault, but no reason to end.
-    tw::frmDocument second(desk.state, desk.frame);
-    QVERIFY(answers.takeBox().text.contains(QStringLiteral("subroutine Form_Load of module frmDocument.")));
-    second.close();
-    QCOMPARE(desk.state.documents.all().size(), std::size_t(1));
 }
 
 QTEST_MAIN(TestFrmDocument)

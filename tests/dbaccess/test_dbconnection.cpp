@@ -1,6 +1,5 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
-#include "platform/controls/keyedtexts.h"
 
 #include <QTest>
 
@@ -11,15 +10,12 @@ class TestDBConnection : public QObject {
 
   private Q_SLOTS:
     void startsEmpty();
-    void handsOutOneConnection();
     void textHelpers_data();
     void textHelpers();
-    void looksUpCollections();
     void namesServer_data();
     void namesServer();
     void leavesOut_data();
     void leavesOut();
-    void appendsDatabaseClause();
 };
 
 void TestDBConnection::startsEmpty() {
@@ -29,13 +25,6 @@ void TestDBConnection::startsEmpty() {
     QCOMPARE(connection.getTable(), QString());
     QCOMPARE(connection.getConnectionString(), QString());
     QVERIFY(!connection.getDSN());
-}
-
-void TestDBConnection::handsOutOneConnection() {
-    DBConnection connection;
-    ado::Connection& first = connection.getConnection();
-    QVERIFY(!first.isOpen());
-    QCOMPARE(&connection.getConnection(), &first);
 }
 
 void TestDBConnection::textHelpers_data() {
@@ -71,14 +60,6 @@ void TestDBConnection::textHelpers() {
     QTEST(DBConnection::Capitialize(text), "capitalized");
     QTEST(DBConnection::GetTypeBaseName(text), "baseName");
     QTEST(DBConnection::HasBlank(text), "blank");
-}
-
-void TestDBConnection::looksUpCollections() {
-    controls::KeyedTexts collection;
-    QVERIFY(!DBConnection::InCollection(collection, QStringLiteral("a")));
-    collection.add(QStringLiteral("text"), QStringLiteral("a"));
-    QVERIFY(DBConnection::InCollection(collection, QStringLiteral("a")));
-    QVERIFY(!DBConnection::InCollection(collection, QStringLiteral("text")));
 }
 
 void TestDBConnection::namesServer_data() {
@@ -137,11 +118,6 @@ void TestDBConnection::leavesOut() {
     QFETCH(QString, name);
     QTEST(tw::catalog::isSystemDatabase(name), "systemDatabase");
     QTEST(tw::catalog::isHiddenTable(name), "hiddenTable");
-}
-
-void TestDBConnection::appendsDatabaseClause() {
-    QCOMPARE(tw::catalog::inDatabase(QStringLiteral("DSN=X;"), QStringLiteral("pubs")),
-             QStringLiteral("DSN=X;;Database=pubs"));
 }
 
 QTEST_GUILESS_MAIN(TestDBConnection)
