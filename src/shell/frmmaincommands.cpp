@@ -115,8 +115,8 @@ frmDocument& frmMain::openDocument() {
     ++m_state.documentNumber;
     ++m_state.openDocuments;
     auto* document = new frmDocument(m_state, *this);  // owned by its sub-window
-    document->setWindowIcon(icon(QStringLiteral("server")));
     QMdiSubWindow* child = m_area->addSubWindow(document);
+    child->setWindowIcon(icon(QStringLiteral("server")));
 
     constexpr int Step = 28;
     constexpr int StepsUntilBack = 6;
