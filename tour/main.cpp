@@ -1,0 +1,68 @@
+#include "icons/icons.h"
+#include "platform/desktop/application.h"
+#include "platform/desktop/failures.h"
+#include "platform/desktop/settingsstore.h"
+#include "road.h"
+#include "shell/appstate.h"
+#include "shell/frmmain.h"
+#include "stage.h"
+#include "support/sampleserverprocess.h"
+
+#include <QCommandLineParser>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+namespace {
+
+/// Walks all roads on a program with fresh settings beside a fresh server.
+void walk(tour::Stage& stage) {
+    testsupport::SampleServerProcess server;
+    if (!server.start()) throw tour::Failure(QStringLiteral("no sample server: ") + server.errorText());
+    const QTemporaryDir folder;
+    desktop::SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
+    tw::AppState state(settings);
+    tw::frmMain frame(state);
+    frame.Form_Load();
+    frame.show();
+
+    tour::Place place{stage, frame, state, server.serverText()};
+    stage.waitFor([&] { return frame.isActiveWindow(); }, QStringLiteral("the frame is on the screen"));
+    tour::walkConnecting(place);
+    tour::walkWindows(place);
+    tour::walkLeaving(place);
+    stage.expect(server.stop() == 0, QStringLiteral("the sample server ends in order"));
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QCoreApplication::setApplicationName(tw::ApplicationTitle);
+    QCoreApplication::setApplicationVersion(QStringLiteral(TW_VERSION));
+    desktop::Application application(argc, argv);
+    desktop::Application::setWindowIcon(tw::icon(QStringLiteral("tablewright")));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Plays a user's road through the program and leaves pictures of the screen."));
+    parser.addHelpOption();
+    const QCommandLineOption pictures(QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."),
+                                      QStringLiteral("folder"), QStringLiteral("tour-pictures"));
+    parser.addOption(pictures);
+    parser.process(application);
+
+    QString failure;
+    desktop::setUnhandledFailureHandler([&](const platform::RuntimeError& error) {
+        failure = QStringLiteral("run-time error %1: %2").arg(error.number()).arg(error.description());
+    });
+    try {
+        tour::Stage stage(parser.value(pictures));
+        walk(stage);
+        if (failure.isEmpty()) {
+            stage.say(QStringLiteral("The tour has ended well, with %1 pictures.").arg(stage.pictureCount()));
+        }
+    } catch (const std::exception& error) {
+        failure = QString::fromUtf8(error.what());
+    }
+    if (failure.isEmpty()) return 0;
+    QTextStream(stderr) << "The tour failed: " << failure << '\n';
+    return 1;
+}

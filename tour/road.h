@@ -1,0 +1,29 @@
+#pragma once
+
+#include "stage.h"
+
+#include <QString>
+
+namespace tw {
+struct AppState;
+class frmMain;
+}  // namespace tw
+
+namespace tour {
+
+/// What every road starts from: the frame on the screen and the server to type.
+struct Place {
+    Stage& stage;
+    tw::frmMain& frame;
+    tw::AppState& state;
+    QString server;  ///< "127.0.0.1,1433"
+};
+
+/// First start, the connection dialog with its refusals, a filled tree.
+void walkConnecting(Place& place);
+/// Several windows, their arrangement, the layout of their panes, toolbar and help.
+void walkWindows(Place& place);
+/// Closing documents and the program; what the settings then hold.
+void walkLeaving(Place& place);
+
+}  // namespace tour

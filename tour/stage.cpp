@@ -1,0 +1,183 @@
+#include "stage.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <QTextStream>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeView>
+
+#include <exception>
+
+namespace tour {
+
+namespace {
+
+constexpr int PatienceMilliseconds = 10000;
+
+QModelIndex childOf(const QAbstractItemModel& model, const QModelIndex& parent, const QString& text) {
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        if (index.data().toString() == text) return index;
+    }
+    throw Failure(QStringLiteral("the tree has no node ") + text);
+}
+
+}  // namespace
+
+Stage::Stage(const QString& pictures) : m_folder(pictures) {
+    if (!m_folder.mkpath(QStringLiteral(".")))
+        throw Failure(QStringLiteral("cannot make the folder ") + pictures);
+    for (const QString& old : m_folder.entryList({QStringLiteral("[0-9][0-9]-*.png")}))
+        m_folder.remove(old);
+}
+
+void Stage::say(const QString& what) {
+    QTextStream(stdout) << what << Qt::endl;
+}
+
+void Stage::expect(bool condition, const QString& what) {
+    if (!condition) throw Failure(QStringLiteral("not as it should be: ") + what);
+}
+
+void Stage::expectText(const QString& actual, const QString& wanted, const QString& what) {
+    expect(actual == wanted, QStringLiteral("%1 is \"%2\" instead of \"%3\"").arg(what, actual, wanted));
+}
+
+void Stage::waitFor(const std::function<bool()>& condition, const QString& what) {
+    if (!QTest::qWaitFor(condition, PatienceMilliseconds)) {
+        throw Failure(QStringLiteral("waited in vain until ") + what);
+    }
+}
+
+void Stage::settle() {
+    // Two rounds: the first lays out and paints, the second what the first asked for.
+    for (int round = 0; round < 2; ++round)
+        QCoreApplication::processEvents();
+}
+
+void Stage::click(QWidget& control) {
+    waitFor([&] { return control.isVisible(); }, control.objectName() + QStringLiteral(" shows"));
+    expect(control.isEnabled(), control.objectName() + QStringLiteral(" can be clicked"));
+    QTest::mouseClick(&control, Qt::LeftButton);
+}
+
+void Stage::type(QWidget& control, const QString& text) {
+    click(control);
+    QTest::keyClick(&control, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&control, Qt::Key_Delete);
+    QTest::keyClicks(&control, text);
+}
+
+void Stage::press(QWidget& control, Qt::Key key) {
+    QTest::keyClick(&control, key);
+}
+
+QMenu& Stage::openMenu(QMainWindow& frame, const QString& menu) {
+    QMenu& opened = find<QMenu>(frame, menu);
+    QMenuBar* bar = frame.menuBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(opened.menuAction()).center());
+    waitFor([&] { return opened.isVisible(); }, menu + QStringLiteral(" opens"));
+    return opened;
+}
+
+void Stage::clickMenuItem(QMenu& menu, const QString& item) {
+    QAction* action = menu.findChild<QAction*>(item);
+    if (action == nullptr) {
+        for (QAction* candidate : menu.actions()) {
+            if (candidate->objectName() == item) action = candidate;
+        }
+    }
+    if (action == nullptr) throw Failure(QStringLiteral("there is no menu item ") + item);
+    expect(action->isEnabled(), item + QStringLiteral(" can be chosen"));
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(action).center());
+}
+
+void Stage::choose(QMainWindow& frame, const QString& menu, const QString& item) {
+    clickMenuItem(openMenu(frame, menu), item);
+}
+
+void Stage::showMenu(QMainWindow& frame, const QString& menu, const std::function<void()>& whileOpen) {
+    QMenu& opened = openMenu(frame, menu);
+    settle();
+    whileOpen();
+    QTest::keyClick(&opened, Qt::Key_Escape);
+    waitFor([&] { return !opened.isVisible(); }, menu + QStringLiteral(" closes"));
+}
+
+void Stage::clickTool(QMainWindow& frame, const QString& key) {
+    auto& bar = find<QToolBar>(frame, QStringLiteral("tbToolBar"));
+    for (QAction* action : bar.actions()) {
+        if (action->objectName() == key) {
+            click(*bar.widgetForAction(action));
+            return;
+        }
+    }
+    throw Failure(QStringLiteral("the toolbar has no button ") + key);
+}
+
+void Stage::clickNode(QTreeView& tree, const QStringList& path, bool twice) {
+    QModelIndex index;
+    for (const QString& text : path) {
+        if (index.isValid()) tree.expand(index);
+        index = childOf(*tree.model(), index, text);
+    }
+    tree.scrollTo(index);
+    settle();
+    const QPoint place = tree.visualRect(index).center();
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, place);
+    if (twice) QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, place);
+}
+
+void Stage::inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& within) {
+    std::exception_ptr failure;
+    bool entered = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || !dialog->isVisible()) return;
+        watch.stop();
+        entered = true;
+        // The event loop around this must not be unwound: what fails is kept and thrown outside it.
+        try {
+            settle();
+            within(*dialog);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        while (failure && QApplication::activeModalWidget() != nullptr) {
+            if (!QApplication::activeModalWidget()->close()) break;
+        }
+    });
+    watch.start(10);
+    open();
+    watch.stop();
+    if (failure) std::rethrow_exception(failure);
+    expect(entered, QStringLiteral("a dialog opens"));
+    settle();
+}
+
+void Stage::expectMessage(const std::function<void()>& open, const QString& text, const QString& name) {
+    inDialog(open, [&](QWidget& box) {
+        expectText(box.property("text").toString(), text, QStringLiteral("the message"));
+        if (!name.isEmpty()) picture(name);
+        press(box, Qt::Key_Return);
+    });
+}
+
+void Stage::picture(const QString& name) {
+    settle();
+    // The window manager draws frames in its own time.
+    QTest::qWait(150);
+    const QString file = QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
+    const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
+    expect(!screen.isNull() && screen.save(m_folder.filePath(file)), QStringLiteral("picture ") + file);
+}
+
+}  // namespace tour
