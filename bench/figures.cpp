@@ -1,0 +1,62 @@
+#include "figures.h"
+
+#include <QTextStream>
+
+#include <algorithm>
+#include <chrono>
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
+namespace bench {
+
+Spread spreadOf(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const size_t middle = values.size() / 2;
+    const double median = values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+    return {median, values.front(), values.back()};
+}
+
+double secondsOf(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+size_t heapBytes() {
+#if defined(__GLIBC__)
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+#else
+    return 0;
+#endif
+}
+
+PairedRuns measurePairs(int runs, const std::function<void()>& ours, const std::function<void()>& yardstick) {
+    ours();
+    yardstick();
+    PairedRuns pairs;
+    for (int run = 0; run < runs; ++run) {
+        pairs.ours.push_back(secondsOf(ours));
+        pairs.yardstick.push_back(secondsOf(yardstick));
+    }
+    return pairs;
+}
+
+void printRatio(const QString& name, const PairedRuns& pairs) {
+    std::vector<double> ratios;
+    for (size_t i = 0; i < pairs.ours.size(); ++i)
+        ratios.push_back(pairs.ours[i] / pairs.yardstick[i]);
+    const Spread ratio = spreadOf(ratios);
+    const Spread ours = spreadOf(pairs.ours);
+    const Spread bare = spreadOf(pairs.yardstick);
+    QTextStream(stdout) << name << ": ratio " << QString::number(ratio.median, 'f', 3) << " ("
+                        << QString::number(ratio.minimum, 'f', 3) << " to "
+                        << QString::number(ratio.maximum, 'f', 3) << "), ours "
+                        << QString::number(ours.median * 1000, 'f', 1) << " ms, bare loop "
+                        << QString::number(bare.median * 1000, 'f', 1) << " ms, " << ratios.size()
+                        << " pairs\n";
+}
+
+}  // namespace bench
