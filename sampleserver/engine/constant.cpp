@@ -179,6 +179,7 @@ Constant term(TokenCursor& tokens) {
 }  // namespace
 
 Constant parseConstant(TokenCursor& tokens) {
+    const TokenCursor::Level level(tokens);
     Constant sum = term(tokens);
     while (tokens.isSymbol("+") && isSpelledText(sum)) {
         tokens.take();

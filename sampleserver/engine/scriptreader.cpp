@@ -102,7 +102,6 @@ void ScriptReader::statement(TokenCursor& tokens) {
 }
 
 bool ScriptReader::definition(TokenCursor& tokens) {
-    TableBuilder builder(*m_database);
     const auto inDatabase = [this](const ObjectName& name) { return TableBuilder(databaseOf(name)); };
     if (tokens.accept("alter")) {
         tokens.expect("table");

@@ -19,7 +19,7 @@ struct PermissionDraft {
 PermissionDraft parsePermission(TokenCursor& tokens);
 
 /// Every user may read every table until denied; GRANT and REVOKE take a denial back.
-/// Throws SqlError 15151-like 4604 when there is no such user.
+/// Throws SqlError 4604 when there is no such user.
 void applyPermission(const Database& database, Table& table, const PermissionDraft& draft);
 
 /// Arguments of a procedure: "1", "2" .. for positional ones, lower-case names with their @ for named ones.

@@ -5,8 +5,6 @@
 #include "engine/sqlerror.h"
 #include "engine/storage.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace engine {

@@ -49,6 +49,24 @@ class TokenCursor {
     /// The batch's text from this token's beginning on, up to what has been taken.
     QString textSince(const Token& first) const;
 
+    /// Counts one level of nested syntax while it lives; refuses what would be nested too deeply.
+    class Level {
+      public:
+        explicit Level(TokenCursor& tokens) : m_tokens(tokens) {
+            if (++m_tokens.m_depth > maximumDepth) {
+                --m_tokens.m_depth;
+                throw m_tokens.unexpected();
+            }
+        }
+        ~Level() { --m_tokens.m_depth; }
+        Level(const Level&) = delete;
+        Level& operator=(const Level&) = delete;
+
+      private:
+        static constexpr int maximumDepth = 100;
+        TokenCursor& m_tokens;
+    };
+
     /// The error for the token that comes next.
     SqlError unexpected() const;
 
@@ -56,6 +74,7 @@ class TokenCursor {
     QString m_batch;
     std::vector<Token> m_tokens;
     size_t m_next = 0;
+    int m_depth = 0;
 };
 
 }  // namespace engine

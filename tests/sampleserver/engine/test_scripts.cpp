@@ -167,6 +167,9 @@ void TestScripts::refuses_data() {
     row("264 at 1", "column named twice", "create table t (a int) insert t (a, A) values (1, 2)");
     row("128 at 1", "a name for a value", "create table t (a int) insert t values (a)");
     row("195 at 1", "a function it does not know", "create table t (a int) insert t values (rand())");
+    QTest::newRow("nested too deeply")
+        << QStringLiteral("create table t (a int) insert t values (") + QString(100000, QLatin1Char('('))
+        << QStringLiteral("102 at 1");
     row("220 at 1", "too great", "create table t (a tinyint) insert t values (256)");
     row("8152 at 1", "too long", "create table t (a varchar(3)) insert t values ('abcd')");
     row("241 at 1", "no date", "create table t (a datetime) insert t values ('yesterday')");
