@@ -12,14 +12,17 @@
 #include <functional>
 #include <memory>
 
-/// A frame whose user answers the connection dialog as the test says; by default it is cancelled.
+/// A frame whose user answers the connection dialog as the test says; by default it is cancelled. Without an
+/// answer the real dialog shows.
 class TestFrame : public tw::frmMain {
   public:
     using frmMain::frmMain;
     std::function<bool(tw::frmDocument&)> dialog = [](tw::frmDocument&) { return false; };
 
   protected:
-    bool showConnectionDialog(tw::frmDocument& document) override { return dialog(document); }
+    bool showConnectionDialog(tw::frmDocument& document) override {
+        return dialog ? dialog(document) : frmMain::showConnectionDialog(document);
+    }
 };
 
 /// A frame with settings of its own.

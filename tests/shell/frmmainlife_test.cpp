@@ -1,11 +1,13 @@
 // The frame from start to end: settings, placement, splash, closing in any order.
 
+#include "platform/desktop/failures.h"
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
 #include "shell/frmflash.h"
-#include "support/answers.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QMdiArea>
 #include <QPointer>
 #include <QScreen>
@@ -28,7 +30,9 @@ class FrmMainLifeTest : public QObject {
     void splashDoesNotBringAClosedFrameBack();
     void documentsCloseInAnyOrder_data();
     void documentsCloseInAnyOrder();
-    void quittingWhileTheDialogIsOpen();
+    void closingWhileTheDialogIsOpen();
+    void quittingEndsTheDialogToo();
+    void settingsThatCannotBeWritten();
     void frameThatWasNeverClosed();
 };
 
@@ -167,7 +171,7 @@ void FrmMainLifeTest::documentsCloseInAnyOrder() {
     }
 }
 
-void FrmMainLifeTest::quittingWhileTheDialogIsOpen() {
+void FrmMainLifeTest::closingWhileTheDialogIsOpen() {
     FrameFixture fixture;
     fixture.start();
     bool documentWent = false;
@@ -182,6 +186,40 @@ void FrmMainLifeTest::quittingWhileTheDialogIsOpen() {
     QVERIFY(documentWent);
     QCOMPARE(fixture.state.openDocuments, 0);
     QVERIFY(fixture.frame.activeChild() == nullptr);
+}
+
+void FrmMainLifeTest::quittingEndsTheDialogToo() {
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("alpha"));
+    fixture.frame.dialog = nullptr;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &fixture.frame, [] {
+        if (QApplication::activeModalWidget() != nullptr) QApplication::closeAllWindows();
+    });
+    timer.start(10);
+    fixture.frame.mnuFileNew_Click();
+    QVERIFY(!fixture.frame.isVisible());
+    QCOMPARE(fixture.state.openDocuments, 0);
+    QCOMPARE(fixture.state.connectedDocuments, 0);
+    QVERIFY(fixture.state.cancelled);
+}
+
+void FrmMainLifeTest::settingsThatCannotBeWritten() {
+    QList<qint32> failures;
+    const auto previous =
+        desktop::setUnhandledFailureHandler([&](const RuntimeError& error) { failures << error.number(); });
+    FrameFixture fixture;
+    fixture.start();
+    fixture.open(QStringLiteral("alpha"));
+    QVERIFY(QFile::remove(fixture.store.filePath()));
+    QVERIFY(QDir().mkpath(fixture.store.filePath()));
+    fixture.frame.close();
+    desktop::setUnhandledFailureHandler(previous);
+
+    QCOMPARE(failures, QList<qint32>{platform::errors::PathFileAccess});
+    QVERIFY(!fixture.frame.isVisible());
+    QCOMPARE(fixture.state.openDocuments, 0);
 }
 
 void FrmMainLifeTest::frameThatWasNeverClosed() {
