@@ -244,9 +244,9 @@ Bound unaryArithmetic(UnaryOp op, const Bound& operand, Emission& emission) {
         return negative;
     }
     if (isDecimal(type.id)) {
-        if (operand.literal) {
-            const auto number = Decimal::parse(std::get<QString>(*operand.literal));
-            return boundConstant(number->negated().text(), type, emission);
+        if (operand.literal && std::holds_alternative<QString>(*operand.literal)) {
+            const auto number = Decimal::parse(std::get<QString>(*operand.literal)).value_or(Decimal());
+            return boundConstant(number.negated().text(), type, emission);
         }
         const Bound zero = boundConstant(Decimal().rescaled(type.scale).text(), type, emission);
         if (!isNarrowDecimal(type)) return boundWhole(decimalCall(1, zero, operand, type), type, {&operand});

@@ -14,6 +14,13 @@ Bound unaryArithmetic(ast::UnaryOp op, const Bound& operand, Emission& emission)
 /// `a` op `b` as a predicate. Throws SqlError 257, 306.
 Bound comparison(ast::CompareOp op, const Bound& a, const Bound& b, Emission& emission);
 
+/// The two sides of an equality as SQLite compares them.
+struct EqualSides {
+    QString left;
+    QString right;
+};
+EqualSides equalSides(const Bound& a, const Bound& b, Emission& emission);
+
 /// The text of an integer-like expression with a check that it fits its type.
 QString checkedInteger(const QString& sql, const SqlType& type);
 

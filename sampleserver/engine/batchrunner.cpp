@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 
 namespace engine {
 
@@ -44,6 +45,11 @@ void BatchRunner::run(const QString& batch) {
         }
     } catch (const SqlError& error) {
         fail(error.message());
+    } catch (const std::exception& error) {
+        fail(
+            {.number = 8624,
+             .text =
+                 QStringLiteral("Internal SQL Server error: %1.").arg(QString::fromLocal8Bit(error.what()))});
     }
     m_store.watch(nullptr, nullptr);
 }

@@ -49,15 +49,26 @@ void meet(Bound& a, Bound& b, Emission& emission) {
     b = implicitly(b, common, emission);
 }
 
+void checkComparable(const Bound& a, const Bound& b) {
+    if (!isLong(a.type.id) && !isLong(b.type.id)) return;
+    throw SqlError(
+        306, 16,
+        QStringLiteral("The text, ntext, and image data types cannot be used in the WHERE, HAVING, or ON "
+                       "clause, except with the LIKE or IS NULL predicates."));
+}
+
 }  // namespace
 
+EqualSides equalSides(const Bound& left, const Bound& right, Emission& emission) {
+    checkComparable(left, right);
+    Bound a = left;
+    Bound b = right;
+    if (!a.isNull && !b.isNull) meet(a, b, emission);
+    return {collated(a), b.sql};
+}
+
 Bound comparison(CompareOp op, const Bound& left, const Bound& right, Emission& emission) {
-    if (isLong(left.type.id) || isLong(right.type.id)) {
-        throw SqlError(
-            306, 16,
-            QStringLiteral("The text, ntext, and image data types cannot be used in the WHERE, HAVING, or "
-                           "ON clause, except with the LIKE or IS NULL predicates."));
-    }
+    checkComparable(left, right);
     Bound a = left;
     Bound b = right;
     if (!a.isNull && !b.isNull) meet(a, b, emission);

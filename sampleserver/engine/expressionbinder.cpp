@@ -202,7 +202,8 @@ Bound Binder::aggregateOf(const QString& function, const QString& distinct, cons
         return QStringLiteral("%1(%2%3)").arg(QLatin1String(name), distinct, collated(argument));
     };
     const bool adds = function == QLatin1String("sum") || function == QLatin1String("avg");
-    if (isLong(id) || (adds && (!isNumber(id) || id == TypeId::Bit)) ||
+    if (isLong(id) || (id == TypeId::UniqueIdentifier && function != QLatin1String("count")) ||
+        (adds && (!isNumber(id) || id == TypeId::Bit)) ||
         (id == TypeId::Bit && function != QLatin1String("count"))) {
         throw SqlError(
             409, 16,

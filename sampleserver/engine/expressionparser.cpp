@@ -61,19 +61,26 @@ bool isPredicate(const ExprPtr& expr) {
         expr->node);
 }
 
+constexpr int mostNested = 200;
+constexpr int mostOperators = 4000;
+
+[[noreturn]] void failNested() {
+    throw SqlError(
+        191, 15,
+        QStringLiteral("Some part of your SQL statement is nested too deeply. Rewrite the query or break "
+                       "it up into smaller queries."));
+}
+
 }  // namespace
 
-struct Parser::Depth {
-    explicit Depth(Parser& parser) : m_parser(parser) {
-        if (++m_parser.m_depth > 200) {
-            throw SqlError(191, 15,
-                           QStringLiteral("Some part of your SQL statement is nested too deeply. Rewrite the "
-                                          "query or break it up into smaller queries."));
-        }
-    }
-    ~Depth() { --m_parser.m_depth; }
-    Parser& m_parser;
-};
+Parser::Depth::Depth(Parser& parser) : m_parser(parser) {
+    if (++m_parser.m_depth > mostNested) failNested();
+}
+
+/// A chain of operators makes a tree as deep as it is long.
+void Parser::countOperator() {
+    if (++m_operators > mostOperators) failNested();
+}
 
 ExprPtr Parser::condition() {
     return asPredicate(expression());
@@ -96,6 +103,7 @@ ExprPtr Parser::asValue(ExprPtr expr) const {
 ExprPtr Parser::expression() {
     ExprPtr left = conjunction();
     while (m_tokens.acceptWord("or")) {
+        countOperator();
         left = asPredicate(std::move(left));
         left = make(Logical{.isAnd = false, .left = std::move(left), .right = asPredicate(conjunction())});
     }
@@ -105,6 +113,7 @@ ExprPtr Parser::expression() {
 ExprPtr Parser::conjunction() {
     ExprPtr left = negation();
     while (m_tokens.acceptWord("and")) {
+        countOperator();
         left = asPredicate(std::move(left));
         left = make(Logical{.isAnd = true, .left = std::move(left), .right = asPredicate(negation())});
     }
@@ -121,7 +130,7 @@ ExprPtr Parser::predicate() {
     if (m_tokens.isWord("exists")) {
         m_tokens.take();
         m_tokens.expectSymbol("(");
-        Exists exists{std::make_unique<Query>(query())};
+        Exists exists{subquery()};
         m_tokens.expectSymbol(")");
         return make(std::move(exists));
     }
@@ -162,7 +171,7 @@ ExprPtr Parser::predicateTail(ExprPtr left) {
         In in{.operand = std::move(left), .list = {}, .query = nullptr, .negated = negated};
         m_tokens.expectSymbol("(");
         if (startsQuery()) {
-            in.query = std::make_unique<Query>(query());
+            in.query = subquery();
         } else {
             do
                 in.list.push_back(scalar());
@@ -185,6 +194,7 @@ ExprPtr Parser::additive() {
         more = false;
         for (const auto& [symbol, op] : operators) {
             if (!m_tokens.acceptSymbol(symbol)) continue;
+            countOperator();
             left = asValue(std::move(left));
             left = make(Binary{.op = op, .left = std::move(left), .right = asValue(multiplicative())});
             more = true;
@@ -206,6 +216,7 @@ ExprPtr Parser::multiplicative() {
         } else {
             return left;
         }
+        countOperator();
         left = asValue(std::move(left));
         left = make(Binary{.op = op, .left = std::move(left), .right = asValue(unary())});
     }
@@ -268,7 +279,7 @@ ExprPtr Parser::parenthesized() {
     m_tokens.expectSymbol("(");
     ExprPtr inner;
     if (m_tokens.isWord("select")) {
-        inner = make(ScalarQuery{std::make_unique<Query>(query())});
+        inner = make(ScalarQuery{subquery()});
     } else {
         inner = expression();
     }

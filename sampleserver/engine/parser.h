@@ -28,6 +28,7 @@ class Parser {
 
     // Queries
     ast::Query query();
+    ast::QueryPtr subquery();
     ast::QueryBody queryBody();
     ast::QueryBody queryPrimary();
     std::unique_ptr<ast::SelectCore> selectCore();
@@ -64,11 +65,22 @@ class Parser {
     bool startsQuery() const;
     SqlType typeName();
 
-    /// Keeps nesting within what the stack bears; throws SqlError 191.
-    struct Depth;
+    /// Keeps nesting, and chains of operators, within what the stack bears. Throws SqlError 191.
+    class Depth {
+      public:
+        explicit Depth(Parser& parser);
+        ~Depth() { --m_parser.m_depth; }
+        Depth(const Depth&) = delete;
+        Depth& operator=(const Depth&) = delete;
+
+      private:
+        Parser& m_parser;
+    };
+    void countOperator();
 
     TokenReader m_tokens;
     int m_depth = 0;
+    int m_operators = 0;  // of the statement at work
 };
 
 }  // namespace engine

@@ -70,15 +70,24 @@ Bound Binder::bound(const ast::Between& node, Scope& scope) {
 Bound Binder::bound(const ast::In& node, Scope& scope) {
     const Bound operand = expression(*node.operand, scope);
     if (node.query) return inQuery(node, operand, scope);
-    Bound result = truth(QString(), {});
-    QString any;
-    for (const ast::ExprPtr& item : node.list) {
-        const Bound equal = comparison(ast::CompareOp::Equal, operand, expression(*item, scope), m_emission);
-        if (!any.isEmpty()) any += QLatin1String(" OR ");
-        any += equal.sql;
-        addUses(result, equal);
+    Bound result = truth(QString(), {&operand});
+    // Items that leave the operand as it is share one list; the others are compared one by one.
+    QString left;
+    QString list;
+    QString others;
+    for (const ast::ExprPtr& expr : node.list) {
+        const Bound item = expression(*expr, scope);
+        const EqualSides sides = equalSides(operand, item, m_emission);
+        addUses(result, item);
+        result.nullable = result.nullable || item.nullable;
+        if (left.isEmpty()) left = sides.left;
+        if (sides.left == left) {
+            list += (list.isEmpty() ? QString() : QStringLiteral(", ")) + sides.right;
+        } else {
+            others += QStringLiteral(" OR %1 = %2").arg(sides.left, sides.right);
+        }
     }
-    result.sql = QStringLiteral("(%1(%2))").arg(negatedText(node.negated), any);
+    result.sql = QStringLiteral("(%1(%2 IN (%3)%4))").arg(negatedText(node.negated), left, list, others);
     return result;
 }
 

@@ -4,7 +4,14 @@ namespace engine {
 
 using namespace ast;
 
+namespace {
+
+constexpr int mostUnions = 200;
+
+}  // namespace
+
 Query Parser::query() {
+    const Depth depth(*this);
     Query result;
     result.body = queryBody();
     if (m_tokens.acceptWord("order")) {
@@ -14,9 +21,23 @@ Query Parser::query() {
     return result;
 }
 
+QueryPtr Parser::subquery() {
+    auto result = std::make_unique<Query>(query());
+    const bool first = result->body.core && result->body.core->top;
+    if (!result->orderBy.empty() && !first) {
+        throw SqlError(
+            1033, 15,
+            QStringLiteral("The ORDER BY clause is invalid in views, inline functions, derived tables, and "
+                           "subqueries, unless TOP is also specified."));
+    }
+    return result;
+}
+
 QueryBody Parser::queryBody() {
+    const Depth depth(*this);
     QueryBody left = queryPrimary();
-    while (m_tokens.acceptWord("union")) {
+    for (int unions = 1; m_tokens.acceptWord("union"); ++unions) {
+        if (unions > mostUnions) m_tokens.failHere();
         QueryBody both;
         both.all = m_tokens.acceptWord("all");
         both.left = std::make_unique<QueryBody>(std::move(left));
@@ -139,9 +160,11 @@ std::optional<JoinKind> Parser::joinKind(bool* cross) {
 }
 
 TablePtr Parser::joinedTable() {
+    const Depth depth(*this);
     TablePtr left = primaryTable();
     bool cross = false;
     while (const auto kind = joinKind(&cross)) {
+        countOperator();
         Join join{.kind = *kind, .left = std::move(left), .right = nullptr, .on = nullptr};
         // "a JOIN b JOIN c ON .. ON ..": the conditions close the joins from the inside out.
         join.right = cross ? primaryTable() : joinedTable();
@@ -162,10 +185,10 @@ TablePtr Parser::primaryTable() {
         return inner;
     }
     // "(" may open a derived table or a join whose first table is one.
-    if (m_tokens.isSymbol("(") && m_tokens.isSymbol("(", 1) == false) {
+    if (m_tokens.isSymbol("(") && !m_tokens.isSymbol("(", 1)) {
         m_tokens.take();
         DerivedTable derived;
-        derived.query = std::make_unique<Query>(query());
+        derived.query = subquery();
         m_tokens.expectSymbol(")");
         derived.alias = tableAlias();
         if (derived.alias.isEmpty()) m_tokens.failHere();

@@ -14,6 +14,7 @@ std::vector<Statement> Parser::batch() {
     }
     while (!m_tokens.atEnd()) {
         const int line = m_tokens.peek().line;
+        m_operators = 0;
         statements.push_back(statement(statements.empty()));
         statements.back().line = line;
         if (std::holds_alternative<Refused>(statements.back().node)) break;

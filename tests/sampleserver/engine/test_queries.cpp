@@ -18,6 +18,8 @@ class QueriesTest : public QObject {
     void resultColumns();
     void refusals_data();
     void refusals();
+    void hugeStatements_data();
+    void hugeStatements();
     void manyDatabases();
 
   private:
@@ -235,6 +237,7 @@ void QueriesTest::refusals_data() {
     row("SELECT id FROM customers WHERE id = (SELECT id, name FROM customers)", 116);
     row("SELECT id FROM customers WHERE id = (SELECT cust FROM orders)", 512);
     row("SELECT * FROM (SELECT 1) t", 8155);
+    row("SELECT * FROM (SELECT id FROM customers ORDER BY id) t", 1033);
     row("SELECT id FROM customers WHERE name = 1", 245);
     row("SELECT id / (id - id) FROM customers", 8134);
     row("INSERT INTO customers (id) VALUES (1)", 3906);
@@ -256,6 +259,34 @@ void QueriesTest::refusals() {
     m_session->execute(statement, sink);
     QVERIFY2(sink.rows.isEmpty(), qPrintable(sink.rows.join(u'\n')));
     QCOMPARE(sink.errorNumbers(), QString::number(number));
+}
+
+void QueriesTest::hugeStatements_data() {
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<int>("number");  // 0: it runs
+    const auto times = [](int count, const char* text) { return QString::fromLatin1(text).repeated(count); };
+    QTest::newRow("list") << QStringLiteral("SELECT 1 WHERE 5 IN (") + times(3000, "5, ") +
+                                 QStringLiteral("6)")
+                          << 0;
+    QTest::newRow("parentheses") << QStringLiteral("SELECT ") + times(50000, "(") << 191;
+    QTest::newRow("signs") << QStringLiteral("SELECT ") + times(50000, "- ") + QStringLiteral("1") << 191;
+    QTest::newRow("sum") << QStringLiteral("SELECT 1") + times(50000, " + 1") << 191;
+    QTest::newRow("alternatives") << QStringLiteral("SELECT 1 WHERE 1 = 1") + times(50000, " OR 1 = 1")
+                                  << 191;
+    QTest::newRow("long condition") << QStringLiteral("SELECT 1 WHERE 1 = 1") + times(2000, " OR 1 = 1")
+                                    << 8623;
+    QTest::newRow("queries") << times(50000, "SELECT * FROM (") << 191;
+    QTest::newRow("unions") << times(50000, "SELECT 1 UNION ") + QStringLiteral("SELECT 1") << 156;
+    QTest::newRow("joins") << QStringLiteral("SELECT 1 FROM orders") + times(50000, " JOIN orders") << 191;
+    QTest::newRow("text") << QStringLiteral("SELECT '") + times(200000, "x") + QStringLiteral("' + 1") << 245;
+}
+
+void QueriesTest::hugeStatements() {
+    QFETCH(QString, statement);
+    QFETCH(int, number);
+    RecordingSink sink;
+    m_session->execute(statement, sink);
+    QCOMPARE(sink.errorNumbers(), number == 0 ? QString() : QString::number(number));
 }
 
 /// A session reads more databases in turn than SQLite attaches at once.
