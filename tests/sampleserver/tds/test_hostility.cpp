@@ -99,6 +99,7 @@ void TestHostility::malformedAfterLogin_data() {
     row("headers beyond the message", batch("ffffff7f 12000000 0200"));
     row("headers of negative length", batch("ffffffff"));
     row("header of no length", batch("0a000000 00000000 0200"));
+    row("header smaller than its type", batch("09000000 05000000 02"));
     row("header beyond the headers", batch("0a000000 07000000 0200"));
     row("messages mixed", packet(1, hex(kHeaders), 0) + packet(3, hex("00")));
     row("call without a name", call(""));
@@ -186,11 +187,16 @@ void TestHostility::tooManyClients() {
 }
 
 void TestHostility::endWhileClientDoesNotRead() {
-    ServerHost host;
+    // More than the system's own buffers take, so the server stands in the middle of its write.
+    ServerHost host([](const QString&, engine::ResultSink& sink) {
+        sink.columns({{QStringLiteral("t"), {engine::TypeId::Text}}});
+        const engine::Value row[]{QString(48 * 1024 * 1024, u'x')};
+        sink.row(row);
+    });
     WireClient client(host.port());
-    client.socket().setReadBufferSize(1024);
     client.logIn();
-    client.send(batchMessage(QStringLiteral("rows")));
+    client.socket().setReadBufferSize(1024);
+    client.send(batchMessage(QStringLiteral("large")));
     QVERIFY(client.socket().waitForReadyRead());
     host.stop();
     QVERIFY(client.waitForEnd());

@@ -27,6 +27,14 @@ void tellRow(ResultSink& sink, qint64 number) {
     sink.row(row);
 }
 
+/// Nothing of what came before may show in the answer to the next batch.
+void checkGoesOn(WireClient& client) {
+    const Reply reply = client.runBatch(QStringLiteral("echo on"));
+    QCOMPARE(reply.text, QStringLiteral("on"));
+    QCOMPARE(reply.tokens.toHex(), QByteArray("81d1fd"));
+    QCOMPARE(reply.doneStatus, QList<quint16>{0x10});
+}
+
 LoginFields version(quint32 number) {
     LoginFields fields;
     fields.version = number;
@@ -56,6 +64,7 @@ class TestRequests : public QObject {
     void resetConnection();
     void cutAtEveryByte();
     void packetsOfEverySize();
+    void responsesAtPacketEdges();
     void requestsInOneWrite();
     void manyClients();
 };
@@ -227,7 +236,7 @@ void TestRequests::refusesBulkLoad() {
     client.logIn();
     client.send(packet(7, QByteArray(100, 'x')));
     QCOMPARE(client.readReply().messages, QList<int>{3906});
-    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+    checkGoesOn(client);
 }
 
 void TestRequests::attentionEndsRows() {
@@ -241,7 +250,7 @@ void TestRequests::attentionEndsRows() {
     QCOMPARE(reply.tokens.toHex(), QByteArray("81d1fdfd"));
     QCOMPARE(reply.doneStatus, QList<quint16>({0x11, 0x20}));
     QVERIFY(reply.rows > 0);
-    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+    checkGoesOn(client);
 }
 
 void TestRequests::attentionEndsWaiting() {
@@ -250,7 +259,7 @@ void TestRequests::attentionEndsWaiting() {
     client.logIn();
     client.send(batchMessage(QStringLiteral("wait")) + hex(kAttention));
     QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
-    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+    checkGoesOn(client);
 }
 
 void TestRequests::attentionWithoutRequest() {
@@ -267,7 +276,7 @@ void TestRequests::attentionWithinMessage() {
     client.logIn();
     client.send(packet(1, hex(kHeaders), 0) + hex(kAttention));
     QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
-    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+    checkGoesOn(client);
 }
 
 void TestRequests::withdrawnMessage() {
@@ -276,7 +285,7 @@ void TestRequests::withdrawnMessage() {
     client.logIn();
     client.send(packet(1, hex(kHeaders) + utf16(QStringLiteral("echo x")), 3));
     QCOMPARE(client.readReply().tokens.toHex(), QByteArray("fd"));
-    QCOMPARE(client.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
+    checkGoesOn(client);
 }
 
 void TestRequests::resetConnection() {
@@ -316,6 +325,24 @@ void TestRequests::packetsOfEverySize() {
         client.send(packets);
         QCOMPARE(client.readReply().text, QStringLiteral("in pieces"));
     }
+}
+
+void TestRequests::responsesAtPacketEdges() {
+    ServerHost host;
+    WireClient client(host.port());
+    LoginFields fields;
+    fields.packetSize = 512;
+    client.logIn(fields);
+    QList<qsizetype> lastPackets;
+    for (int length = 200; length < 200 + 252; ++length) {
+        const QString text(length, u'x');
+        const Reply reply = client.runBatch(QStringLiteral("echo ") + text);
+        QCOMPARE(reply.text, text);
+        lastPackets.append(reply.packetSizes.last());
+    }
+    // The last packet is full once, and never without data.
+    QCOMPARE(lastPackets.count(512), 1);
+    QVERIFY(!lastPackets.contains(8));
 }
 
 void TestRequests::requestsInOneWrite() {
