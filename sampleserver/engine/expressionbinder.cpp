@@ -102,7 +102,7 @@ Bound Binder::bound(const ast::Case& node, Scope& scope) {
     if (node.otherwise) results.push_back(expression(*node.otherwise, scope));
     if (std::ranges::all_of(results, [](const Bound& result) { return result.isNull; })) {
         throw SqlError(8133, 16,
-                       QStringLiteral("None of the result expressions in a CASE specification can be NULL."));
+                       QStringLiteral("None of the result expressions in a CASE can be NULL."));
     }
     Bound common = results.front();
     for (const Bound& result : results) {

@@ -47,7 +47,7 @@ Measures parseMeasures(TokenCursor& tokens) {
     tokens.expectSymbol(")");
     if (measures.first <= 0 || (measures.count == 2 && measures.second < 0)) {
         throw SqlError(1001, 15,
-                       QStringLiteral("Line %1: Length or precision specification %2 is invalid.")
+                       QStringLiteral("Line %1: Length or precision %2 is invalid.")
                            .arg(line)
                            .arg(measures.first <= 0 ? measures.first : measures.second));
     }

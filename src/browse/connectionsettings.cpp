@@ -46,7 +46,7 @@ QString noDataAccessText() {
 
 void frmConnection::Form_Load() {
     handle(QStringLiteral("Form_Load"), ModuleName, [this] {
-        m_usingDSN = false;
+        UsingDSN = false;
         m_state.cancelled = false;
         chkSQLAuthentication_Click();
         if (CheckDataAccess()) {
@@ -74,8 +74,8 @@ void frmConnection::RestoreUserSettings() {
         };
         chkSaveUserID->setChecked(flag(QStringLiteral("SaveUserID")));
         chkSavePassword->setChecked(flag(QStringLiteral("SavePassword")));
-        m_savedUser = m_state.setting(QStringLiteral("User"), {});
-        m_savedPassword = m_state.setting(QStringLiteral("Password"), {});
+        SavedUser = m_state.setting(QStringLiteral("User"), {});
+        SavedPassword = m_state.setting(QStringLiteral("Password"), {});
         // Puts the saved texts back, or leaves the boxes empty.
         chkSQLAuthentication->setChecked(flag(QStringLiteral("SQLAuthentication")));
         chkSQLAuthentication_Click();

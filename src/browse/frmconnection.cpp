@@ -91,7 +91,7 @@ bool frmConnection::ValidateEntries() {
                             QStringLiteral("Error"));
             return false;
         };
-        if (m_usingDSN) return true;
+        if (UsingDSN) return true;
         if (cbServer->currentText().trimmed().isEmpty()) {
             return refuse(QStringLiteral("Please enter the SQL Server computer name."));
         }
@@ -109,7 +109,7 @@ bool frmConnection::ConnectToServer() {
     return handle(QStringLiteral("ConnectToServer"), ModuleName, [this] {
         if (m_document == nullptr) return false;
         const auto connection = std::make_shared<DBConnection>();
-        if (m_usingDSN) {
+        if (UsingDSN) {
             const QString source = cbDSN->currentText();
             connection->setDSN(true);
             connection->setServer(source);
@@ -189,8 +189,8 @@ void frmConnection::cmdHelp_Click() {
 
 void frmConnection::cbDSN_Click() {
     handle(QStringLiteral("cbDSN_Click"), ModuleName, [this] {
-        m_usingDSN = cbDSN->currentText() != QStringLiteral("(None)");
-        cbServer->setEnabled(!m_usingDSN);
+        UsingDSN = cbDSN->currentText() != QStringLiteral("(None)");
+        cbServer->setEnabled(!UsingDSN);
         chkSQLAuthentication_Click();
     });
 }
@@ -214,15 +214,14 @@ void frmConnection::chkSQLAuthentication_Click() {
 
 void frmConnection::chkSaveUserID_Click() {
     handle(QStringLiteral("chkSaveUserID_Click"), ModuleName, [this] {
-        if (chkSQLAuthentication->isChecked() && chkSaveUserID->isChecked())
-            txtUserName->setText(m_savedUser);
+        if (chkSQLAuthentication->isChecked() && chkSaveUserID->isChecked()) txtUserName->setText(SavedUser);
     });
 }
 
 void frmConnection::chkSavePassword_Click() {
     handle(QStringLiteral("chkSavePassword_Click"), ModuleName, [this] {
         if (chkSQLAuthentication->isChecked() && chkSavePassword->isChecked()) {
-            txtPassword->setText(m_savedPassword);
+            txtPassword->setText(SavedPassword);
         }
     });
 }

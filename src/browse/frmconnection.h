@@ -51,9 +51,9 @@ class frmConnection : public QDialog, private ConnectionControls {
     Frame& m_frame;
     QPointer<frmDocument> m_document;  ///< a message box lets events run, so it may go meanwhile
     bool m_unloaded = false;
-    bool m_usingDSN = false;
-    QString m_savedUser;
-    QString m_savedPassword;
+    bool UsingDSN = false;
+    QString SavedUser;
+    QString SavedPassword;
 };
 
 }  // namespace tw

@@ -35,6 +35,15 @@ constexpr bool HasQueryWindow = false;
 constexpr bool HasOptionsWindow = false;
 constexpr bool HasExport = false;
 
+/// What the user chose to connect to. Filling the tree has replaced a data source's name by its server's, so
+/// the name is taken from the connection string, "DSN=name;".
+QString connectionName(const DBConnection& connection) {
+    if (!connection.getDSN()) return connection.getServer();
+    const QString text = connection.getConnectionString();
+    const qsizetype start = QStringLiteral("DSN=").size();
+    return text.sliced(start, text.size() - start - 1) + QStringLiteral(" (through ODBC)");
+}
+
 /// A stored coordinate may be any number; what window systems take is smaller.
 int screenPixels(float twips) {
     constexpr float Farthest = 32000.0F * desktop::TwipsPerPixel;
@@ -164,8 +173,7 @@ void frmMain::ShowConnectionForm(frmDocument& document) {
         const QPointer<frmDocument> open(&document);
         if (!showConnectionDialog(document) || open.isNull()) return;
         const std::shared_ptr<DBConnection> connection = document.connection();
-        const QString source = connection->getDSN() ? QStringLiteral(" (through ODBC)") : QString();
-        document.setWindowTitle(QStringLiteral("Connected to ") + connection->getServer() + source);
+        document.setWindowTitle(QStringLiteral("Connected to ") + connectionName(*connection));
     } catch (...) {
         QString noExtraText;
         ReportError(QStringLiteral("ShowConnectionForm"), QStringLiteral("frmMain"), noExtraText);

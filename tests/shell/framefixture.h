@@ -47,6 +47,8 @@ struct FrameFixture {
         auto connection = std::make_shared<tw::DBConnection>();
         connection->setServer(server);
         connection->setDSN(dataSource);
+        // A filled tree has put the server in the place of the data source's name.
+        if (dataSource) connection->setConnectionString(QStringLiteral("DSN=Warehouse;"));
         document.setConnection(connection);
         if (!document.isConnected()) {
             document.setConnected(true);

@@ -264,7 +264,7 @@ void FrmMainTest::captions_data() {
 
     QTest::newRow("cancelled") << false << false << "Not Connected";
     QTest::newRow("server") << true << false << "Connected to alpha";
-    QTest::newRow("data source") << true << true << "Connected to alpha (through ODBC)";
+    QTest::newRow("data source") << true << true << "Connected to Warehouse (through ODBC)";
 }
 
 void FrmMainTest::captions() {
