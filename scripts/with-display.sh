@@ -24,6 +24,10 @@ fi
 DISPLAY=:$number
 export DISPLAY
 unset WAYLAND_DISPLAY || true
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    XDG_RUNTIME_DIR=$folder
+    export XDG_RUNTIME_DIR
+fi
 openbox --sm-disable >"$folder/openbox.log" 2>&1 &
 manager=$!
 # A window that is shown before the manager runs would never be framed.
