@@ -65,12 +65,12 @@ bool BatchRunner::runStatement(const ast::Statement& statement) {
         SqlMessage message = error.message();
         message.line = statement.line;
         const bool goesOn = endsStatementOnly(message.number);
-        fail(std::move(message));
+        fail(message);
         return goesOn;
     }
 }
 
-void BatchRunner::fail(SqlMessage message) {
+void BatchRunner::fail(const SqlMessage& message) {
     m_facts.error = message.number;
     m_facts.rowCount = 0;
     m_sink.message(message);

@@ -27,7 +27,7 @@ class BatchRunner {
   private:
     /// Runs one statement; false when the batch ends with it.
     bool runStatement(const ast::Statement& statement);
-    void fail(SqlMessage message);
+    void fail(const SqlMessage& message);
     void done(qint64 rows, bool hadColumns);
 
     void run(const ast::Select& statement);

@@ -24,7 +24,7 @@ struct DateTimeParts {
 
 constexpr qint64 ticksPerSecond = 300;
 constexpr qint64 ticksPerMinute = 60 * ticksPerSecond;
-constexpr qint64 ticksPerDay = 24 * 60 * ticksPerMinute;
+constexpr qint64 ticksPerDay = qint64(24) * 60 * ticksPerMinute;
 
 DateTimeParts dateTimeParts(qint64 ticks);
 qint64 dateTimeTicks(const DateTimeParts& parts);

@@ -164,9 +164,14 @@ Binder::Core Binder::boundCore(const ast::SelectCore& core, const std::vector<as
         checkGrouped(item, scope, grouped, core.groupBy.empty() ? 8118 : 8120, "select list");
     if (having) {
         checkGrouped(*having, scope, true, core.groupBy.empty() ? 8119 : 8121, "HAVING clause");
-        // SQLite takes HAVING beside an aggregate or GROUP BY only.
-        if (core.groupBy.empty()) result.tail += QStringLiteral(" GROUP BY NULL");
         result.tail += QStringLiteral(" HAVING ") + having->sql;
+        // Without groups all rows are one, also when there are none; SQLite knows that by an aggregate among
+        // the items only.
+        const bool shown = std::ranges::any_of(result.items, &Bound::hasAggregate);
+        if (core.groupBy.empty() && !shown) {
+            Bound& item = result.items.front();
+            item.sql = QStringLiteral("CASE WHEN count(*) >= 0 THEN %1 END").arg(item.sql);
+        }
     }
     for (const Bound& key : result.orderKeys)
         checkGrouped(key, scope, grouped, core.groupBy.empty() ? 8126 : 8127, "ORDER BY clause");

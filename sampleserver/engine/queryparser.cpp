@@ -1,5 +1,7 @@
 #include "engine/parser.h"
 
+#include <cmath>
+
 namespace engine {
 
 using namespace ast;
@@ -67,6 +69,7 @@ void Parser::top(SelectCore& core) {
     m_tokens.take();
     if (enclosed) m_tokens.expectSymbol(")");
     limit.percent = m_tokens.acceptWord("percent");
+    if (!limit.percent && limit.count != std::floor(limit.count)) m_tokens.failHere();
     // WITH TIES would need the order of rows at hand.
     if (m_tokens.isWord("with")) m_tokens.failHere();
     core.top = limit;

@@ -13,7 +13,8 @@ namespace engine {
 /// "c<i>".
 ///  - bit, tinyint, smallint, int; money and smallmoney (ten-thousandths); datetime and smalldatetime
 ///    (three-hundredths of a second since 1900-01-01): INTEGER
-///  - decimal and numeric up to 18 digits: INTEGER scaled by 10^scale; above: TEXT in plain notation
+///  - decimal and numeric up to 18 digits: INTEGER scaled by 10^scale; above: TEXT COLLATE tsqldecimal
+///    in plain notation
 ///  - float, real: REAL
 ///  - char, varchar, text, nchar, nvarchar, ntext: TEXT COLLATE tsql
 ///  - binary, varbinary, image, timestamp, uniqueidentifier: BLOB

@@ -83,6 +83,7 @@ void ExpressionsTest::arithmetic_data() {
     row("99999999999.99 * 99999999999.99", "numeric(27,4)", "9999999999998000000000.0001");
     row("-(12345678901234567890.5)", "numeric(21,1)", "-12345678901234567890.5");
     row("-0.5 + 0.5", "numeric(2,1)", "0.0");
+    row("-.05", "numeric(2,2)", "-0.05");
     // Money has four digits behind the point, floats what they have.
     row("$10 / 3", "money", "3.3333");
     row("$1.50 * 2", "money", "3.0000");

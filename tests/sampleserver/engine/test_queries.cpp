@@ -98,6 +98,8 @@ void QueriesTest::results_data() {
         "3.75|1.875000|110.4900|55.2450|12345678901234567886.12345|4115226300411522628.707816");
     row("SELECT sum(qty), max(name), count(*) FROM orders, customers WHERE 1 = 2", "NULL|NULL|0");
     row("SELECT count(*) FROM orders HAVING count(*) > 5", "");
+    row("SELECT count(*) FROM orders WHERE 1 = 2 HAVING count(*) = 0", "0");
+    row("SELECT 'one' FROM orders WHERE 1 = 2 HAVING 1 = 1", "one");
     row("SELECT 'many' FROM orders HAVING count(*) > 2", "many");
     // Sets.
     row("SELECT count(*) FROM (SELECT DISTINCT code FROM orders) t", "2");
@@ -200,6 +202,7 @@ void QueriesTest::refusals_data() {
     row("SELECT 1 1", 170);
     row("SELECT id FROM customers COMPUTE sum(id)", 156);
     row("SELECT id FROM customers WHERE id = ANY (SELECT 1)", 156);
+    row("SELECT TOP 1.5 id FROM customers", 170);
     row("SELECT TOP 1 WITH TIES id FROM customers ORDER BY id", 156);
     row("IF 1 = 1 SELECT 1", 156);
     row("WHILE 1 = 1 SELECT 1", 156);
