@@ -77,7 +77,7 @@ void TestConnecting::connects() {
 }
 
 void TestConnecting::connectsAgainInPlace() {
-    support::Answers answers;
+    testsupport::Answers answers;
     Desk desk;
     QVERIFY(connectAs(desk, m_server.serverText(), QStringLiteral("sa"), {}));
     const auto first = desk.document->connection();
@@ -102,7 +102,7 @@ void TestConnecting::connectsThroughDataSource() {
     file.close();
     const QByteArray before = qgetenv("ODBCINI");
     qputenv("ODBCINI", file.fileName().toLocal8Bit());
-    const support::Answers noBoxes;
+    const testsupport::Answers noBoxes;
     Desk desk;
     tw::frmConnection dialog(desk.state, desk.frame, *desk.document);
     dialog.open();
@@ -139,7 +139,7 @@ void TestConnecting::tellsWhyItFailed() {
     const QString nobody = QStringLiteral("127.0.0.1,%1").arg(closed.serverPort());
     closed.close();
 
-    support::Answers answers;
+    testsupport::Answers answers;
     Desk desk;
     QVERIFY(!connectAs(desk, reachable ? m_server.serverText() : nobody, QStringLiteral("clerk"),
                        QStringLiteral("wrong")));
@@ -157,7 +157,7 @@ void TestConnecting::tellsWhyItFailed() {
 }
 
 void TestConnecting::survivesItsDocument() {
-    support::Answers answers;
+    testsupport::Answers answers;
     Desk desk;
     answers.whileOpen([&](const auto&) { desk.document.reset(); });
     QVERIFY(!connectAs(desk, m_server.serverText(), QStringLiteral("clerk"), QStringLiteral("wrong")));

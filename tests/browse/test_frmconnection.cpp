@@ -194,7 +194,7 @@ void TestFrmConnection::reportsStoredTextThatIsNoNumber() {
     QFETCH(QString, key);
     QFETCH(QString, text);
     QFETCH(QString, error);
-    support::Answers answers;
+    testsupport::Answers answers;
     Desk desk;
     desk.store({{key, text}, {QStringLiteral("Server1"), QStringLiteral("A")}});
     Dialog dialog(desk);
@@ -322,7 +322,7 @@ void TestFrmConnection::refusesEntries_data() {
 void TestFrmConnection::refusesEntries() {
     QFETCH(QString, server);
     QFETCH(QString, user);
-    support::Answers answers;
+    testsupport::Answers answers;
     Desk desk;
     desk.connectDocument();
     const auto connection = desk.document->connection();

@@ -105,7 +105,7 @@ void TestCatalog::fillsTreeAgain() {
 }
 
 void TestCatalog::treeKeepsRootOfUnreachableServer() {
-    support::Answers answers;
+    testsupport::Answers answers;
     tw::DBConnection connection = connectionOf(QStringLiteral("clerk"), QStringLiteral("wrong"));
     Nodes tree;
     tree.add(nullptr, QStringLiteral("old"), QStringLiteral("old"), 1, 1);
@@ -194,7 +194,7 @@ void TestCatalog::reportsFailure() {
     QFETCH(QString, password);
     QFETCH(QString, head);
     QFETCH(bool, loginHint);
-    support::Answers answers;
+    testsupport::Answers answers;
     tw::DBConnection connection = connectionOf(QStringLiteral("clerk"), password);
     ComboItems combo;
     combo.addItem(QStringLiteral("old"));
@@ -222,7 +222,7 @@ void TestCatalog::tellsLackOfPermission_data() {
 
 void TestCatalog::tellsLackOfPermission() {
     QFETCH(QString, database);
-    support::Answers answers;
+    testsupport::Answers answers;
     ComboItems combo;
     QVERIFY(!clerk().FillCbTable(combo, database));
     QCOMPARE(combo.count(), 0);

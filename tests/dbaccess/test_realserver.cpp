@@ -23,7 +23,7 @@ class TestCatalogOfRealServer : public QObject {
 
   private:
     tw::DBConnection m_connection;
-    std::optional<support::Answers> m_answers;  ///< a message box that shows is a failure
+    std::optional<testsupport::Answers> m_answers;  ///< a message box that shows is a failure
 };
 
 void TestCatalogOfRealServer::initTestCase() {

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace support {
+namespace testsupport {
 namespace {
 
 template <typename Value>
@@ -61,4 +61,4 @@ std::optional<QString> Answers::answer(const desktop::SaveFileRequest& request) 
     return takeFirst(m_fileNames);
 }
 
-}  // namespace support
+}  // namespace testsupport

@@ -6,7 +6,7 @@
 #include <deque>
 #include <functional>
 
-namespace support {
+namespace testsupport {
 
 /// Answers message boxes and file dialogs in place of a user, as long as it lives, and keeps what was asked.
 ///
@@ -50,4 +50,4 @@ class Answers {
     desktop::SaveFileAnswerer m_previousSaveFiles;
 };
 
-}  // namespace support
+}  // namespace testsupport

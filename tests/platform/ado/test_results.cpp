@@ -209,4 +209,4 @@ void ResultsTest::aRecordSetKeepsItsConnection() {
 }
 
 QTEST_GUILESS_MAIN(ResultsTest)
-#include "results_test.moc"
+#include "test_results.moc"

@@ -1,6 +1,5 @@
-#include "platform/ado/connection.h"
-
 #include "expectations.h"
+#include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
 
@@ -210,4 +209,4 @@ void ConnectionTest::states() {
 }
 
 QTEST_GUILESS_MAIN(ConnectionTest)
-#include "connection_test.moc"
+#include "test_connection.moc"

@@ -1,5 +1,4 @@
 #include "platform/controls/listitems.h"
-
 #include "platform/runtimeerror.h"
 
 #include <QAbstractItemModelTester>
@@ -192,4 +191,4 @@ void ListItemsTest::memoryStaysNearTheTexts() {
 }
 
 QTEST_GUILESS_MAIN(ListItemsTest)
-#include "listitems_test.moc"
+#include "test_listitems.moc"

@@ -143,4 +143,4 @@ void ConnectionStringTest::expandedTexts() {
 }
 
 QTEST_GUILESS_MAIN(ConnectionStringTest)
-#include "connectionstring_test.moc"
+#include "test_connectionstring.moc"

@@ -1,5 +1,4 @@
 #include "platform/desktop/mdiarrangement.h"
-
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
 
@@ -176,4 +175,4 @@ void MdiArrangementTest::emptyArea() {
 }
 
 QTEST_MAIN(MdiArrangementTest)
-#include "mdiarrangement_test.moc"
+#include "test_mdiarrangement.moc"

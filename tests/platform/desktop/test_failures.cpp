@@ -1,6 +1,5 @@
-#include "platform/desktop/failures.h"
-
 #include "platform/desktop/doevents.h"
+#include "platform/desktop/failures.h"
 #include "platform/desktop/filedialog.h"
 #include "support/answers.h"
 
@@ -92,7 +91,7 @@ void FailuresTest::handlersAreReplaceable() {
 }
 
 void FailuresTest::boxesAreAnswered() {
-    support::Answers answers;
+    testsupport::Answers answers;
     QCOMPARE(MsgBox(QStringLiteral("Replace?"), MsgBoxIcon::Exclamation, QStringLiteral("T"),
                     MsgBoxButtons::OkCancel, MsgBoxResult::Cancel),
              MsgBoxResult::Cancel);
@@ -151,4 +150,4 @@ void FailuresTest::eventsMayYieldThemselves() {
 }
 
 QTEST_GUILESS_MAIN(FailuresTest)
-#include "failures_test.moc"
+#include "test_failures.moc"

@@ -1,6 +1,5 @@
-#include "platform/ado/datasources.h"
-
 #include "platform/ado/connection.h"
+#include "platform/ado/datasources.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
 
@@ -64,4 +63,4 @@ void DataSourcesTest::opensASource() {
 }
 
 QTEST_GUILESS_MAIN(DataSourcesTest)
-#include "datasources_test.moc"
+#include "test_datasources.moc"

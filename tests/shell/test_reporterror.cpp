@@ -1,6 +1,5 @@
-#include "shell/reporterror.h"
-
 #include "platform/runtimeerror.h"
+#include "shell/reporterror.h"
 #include "support/answers.h"
 
 #include <QTest>
@@ -47,7 +46,7 @@ void ReportErrorTest::showsTheErrorBeingHandled() {
     QFETCH(QString, hint);
     QFETCH(QString, extraTextAfterwards);
 
-    support::Answers answers;
+    testsupport::Answers answers;
     try {
         throw RuntimeError(number, QStringLiteral("What went wrong"));
     } catch (...) {
@@ -66,7 +65,7 @@ void ReportErrorTest::showsTheErrorBeingHandled() {
 }
 
 void ReportErrorTest::reportsWhatIsNoRuntimeError() {
-    support::Answers answers;
+    testsupport::Answers answers;
     QString noExtraText;
     try {
         throw std::runtime_error("a library's own words");
@@ -78,4 +77,4 @@ void ReportErrorTest::reportsWhatIsNoRuntimeError() {
 }
 
 QTEST_GUILESS_MAIN(ReportErrorTest)
-#include "reporterror_test.moc"
+#include "test_reporterror.moc"

@@ -132,4 +132,4 @@ void SettingsTest::startPlacement() {
 }
 
 QTEST_GUILESS_MAIN(SettingsTest)
-#include "settings_test.moc"
+#include "test_settings.moc"

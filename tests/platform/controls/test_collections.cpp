@@ -63,4 +63,4 @@ void CollectionsTest::keyedTexts() {
 }
 
 QTEST_GUILESS_MAIN(CollectionsTest)
-#include "collections_test.moc"
+#include "test_collections.moc"

@@ -1,7 +1,6 @@
-#include "platform/ado/recordset.h"
-
 #include "expectations.h"
 #include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
 #include "scriptedserver.h"
 
 #include <QTest>
@@ -208,4 +207,4 @@ void RecordsetTest::closedOnes() {
 }
 
 QTEST_GUILESS_MAIN(RecordsetTest)
-#include "recordset_test.moc"
+#include "test_recordset.moc"

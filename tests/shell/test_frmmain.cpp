@@ -1,7 +1,6 @@
-#include "shell/frmmain.h"
-
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
+#include "shell/frmmain.h"
 #include "shell/maintoolbar.h"
 #include "support/answers.h"
 
@@ -332,7 +331,7 @@ void FrmMainTest::connectClearsTheActiveDocument() {
 }
 
 void FrmMainTest::connectionFailureIsReported() {
-    support::Answers answers;
+    testsupport::Answers answers;
     FrameFixture fixture;
     fixture.start();
     fixture.frame.dialog = [](tw::frmDocument&) -> bool {
@@ -345,7 +344,7 @@ void FrmMainTest::connectionFailureIsReported() {
 }
 
 void FrmMainTest::messagesWithoutConnection() {
-    support::Answers answers;
+    testsupport::Answers answers;
     FrameFixture fixture;
     fixture.start();
     fixture.frame.tbToolBar_ButtonClick(QStringLiteral("Compare"));
@@ -401,4 +400,4 @@ void FrmMainTest::windowList() {
 }
 
 QTEST_MAIN(FrmMainTest)
-#include "frmmain_test.moc"
+#include "test_frmmain.moc"

@@ -1,5 +1,4 @@
 #include "platform/conversions.h"
-
 #include "platform/runtimeerror.h"
 
 #include <QTest>
@@ -111,4 +110,4 @@ void ConversionsTest::sizes() {
 }
 
 QTEST_GUILESS_MAIN(ConversionsTest)
-#include "conversions_test.moc"
+#include "test_conversions.moc"

@@ -1,5 +1,4 @@
 #include "platform/desktop/settingsstore.h"
-
 #include "platform/runtimeerror.h"
 
 #include <QDir>
@@ -290,4 +289,4 @@ void SettingsStoreTest::folderThatCannotBeMade() {
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)
-#include "settingsstore_test.moc"
+#include "test_settingsstore.moc"

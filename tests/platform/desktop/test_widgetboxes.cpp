@@ -1,7 +1,6 @@
-#include "platform/desktop/widgetboxes.h"
-
 #include "platform/desktop/filedialog.h"
 #include "platform/desktop/msgbox.h"
+#include "platform/desktop/widgetboxes.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -128,4 +127,4 @@ void WidgetBoxesTest::saveDialog() {
 }
 
 QTEST_MAIN(WidgetBoxesTest)
-#include "widgetboxes_test.moc"
+#include "test_widgetboxes.moc"

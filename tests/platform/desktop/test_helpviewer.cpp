@@ -1,7 +1,6 @@
-#include "platform/desktop/helpviewer.h"
-
 #include "platform/desktop/helppage.h"
 #include "platform/desktop/helptopics.h"
+#include "platform/desktop/helpviewer.h"
 #include "platform/desktop/helpwindow.h"
 #include "support/answers.h"
 
@@ -168,7 +167,7 @@ void HelpViewerTest::missingOrUnreadable() {
     QFETCH(QString, failure);
     write(content);
     QWidget owner;
-    support::Answers answers;
+    testsupport::Answers answers;
     const bool shown = WinHelp(&owner, m_folder.path() + u'\\' + name, HelpCommand::Contents);
     QVERIFY(!shown);
     const auto box = answers.takeBox();
@@ -178,4 +177,4 @@ void HelpViewerTest::missingOrUnreadable() {
 }
 
 QTEST_MAIN(HelpViewerTest)
-#include "helpviewer_test.moc"
+#include "test_helpviewer.moc"

@@ -1,6 +1,5 @@
-#include "platform/ado/celltext.h"
-
 #include "expectations.h"
+#include "platform/ado/celltext.h"
 
 #include <QTest>
 
@@ -93,4 +92,4 @@ void CellTextTest::integers() {
 }
 
 QTEST_GUILESS_MAIN(CellTextTest)
-#include "celltext_test.moc"
+#include "test_celltext.moc"

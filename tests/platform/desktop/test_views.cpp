@@ -277,4 +277,4 @@ void ViewsTest::contextMenus() {
 }
 
 QTEST_MAIN(ViewsTest)
-#include "views_test.moc"
+#include "test_views.moc"

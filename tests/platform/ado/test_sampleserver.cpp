@@ -188,4 +188,4 @@ void SampleServerTest::theServerDies() {
 }
 
 QTEST_GUILESS_MAIN(SampleServerTest)
-#include "sampleserver_test.moc"
+#include "test_sampleserver.moc"

@@ -1,6 +1,5 @@
-#include "platform/desktop/programend.h"
-
 #include "platform/desktop/failures.h"
+#include "platform/desktop/programend.h"
 #include "support/answers.h"
 
 #include <QCloseEvent>
@@ -54,7 +53,7 @@ void ProgramEndTest::init() {
 }
 
 void ProgramEndTest::saysWhatFailedAndEnds() {
-    support::Answers answers;
+    testsupport::Answers answers;
     desktop::ProgramEnd end;
     Window willing;
     Window refusing;
@@ -73,7 +72,7 @@ void ProgramEndTest::saysWhatFailedAndEnds() {
 }
 
 void ProgramEndTest::endsNestedLoops() {
-    support::Answers answers;
+    testsupport::Answers answers;
     answers.allowLeftovers();
     desktop::ProgramEnd end;
     Window window;
@@ -89,7 +88,7 @@ void ProgramEndTest::endsNestedLoops() {
 }
 
 void ProgramEndTest::endsALoopThatStartsLater() {
-    support::Answers answers;
+    testsupport::Answers answers;
     answers.allowLeftovers();
     desktop::ProgramEnd end;
     Window window;
@@ -100,7 +99,7 @@ void ProgramEndTest::endsALoopThatStartsLater() {
 }
 
 void ProgramEndTest::failuresWhileEnding() {
-    support::Answers answers;
+    testsupport::Answers answers;
     answers.whileOpen([](const auto&) { failNow(); });
     desktop::ProgramEnd end;
     Window window;
@@ -116,7 +115,7 @@ void ProgramEndTest::failuresWhileEnding() {
 }
 
 void ProgramEndTest::failureWhileClosing() {
-    support::Answers answers;
+    testsupport::Answers answers;
     desktop::ProgramEnd end;
     Window window;
     window.onClose = failNow;
@@ -128,7 +127,7 @@ void ProgramEndTest::failureWhileClosing() {
 }
 
 void ProgramEndTest::nothingOpensAgain() {
-    support::Answers answers;
+    testsupport::Answers answers;
     desktop::ProgramEnd end;
     Window window;
     Window late;
@@ -147,4 +146,4 @@ void ProgramEndTest::nothingOpensAgain() {
 }
 
 QTEST_MAIN(ProgramEndTest)
-#include "programend_test.moc"
+#include "test_programend.moc"

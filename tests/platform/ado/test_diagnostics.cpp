@@ -89,4 +89,4 @@ void DiagnosticsTest::failuresBehindInformation() {
 }
 
 QTEST_GUILESS_MAIN(DiagnosticsTest)
-#include "diagnostics_test.moc"
+#include "test_diagnostics.moc"

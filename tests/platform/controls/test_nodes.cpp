@@ -1,5 +1,4 @@
 #include "platform/controls/nodes.h"
-
 #include "platform/runtimeerror.h"
 
 #include <QAbstractItemModelTester>
@@ -97,4 +96,4 @@ void NodesTest::hundredThousandNodes() {
 }
 
 QTEST_GUILESS_MAIN(NodesTest)
-#include "nodes_test.moc"
+#include "test_nodes.moc"

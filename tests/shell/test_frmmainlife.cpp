@@ -237,4 +237,4 @@ void FrmMainLifeTest::frameThatWasNeverClosed() {
 }
 
 QTEST_MAIN(FrmMainLifeTest)
-#include "frmmainlife_test.moc"
+#include "test_frmmainlife.moc"

@@ -95,4 +95,4 @@ void RealServerTest::refusals() {
 }
 
 QTEST_GUILESS_MAIN(RealServerTest)
-#include "realserver_test.moc"
+#include "test_realserver.moc"
