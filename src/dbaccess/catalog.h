@@ -17,6 +17,20 @@ QString tableList();
 /// The columns of a table; column "COLUMN_NAME". The name is put in as it stands, quotes too.
 QString columnList(const QString& table);
 
+/// The primary-key columns of a table; column "ColName".
+QString primaryKeyColumns(const QString& table);
+/// The referencing columns of a table, of a key over several columns the first; columns "ColName",
+/// "RefTableName", "RefColName".
+QString foreignKeyColumns(const QString& table);
+/// The check constraints of the connection's database; columns "A" to "C".
+QString checkConstraints();
+/// The columns of its indexes; columns "A" to "C".
+QString indexColumns();
+/// The column pairs of its foreign keys; columns "A" to "E".
+QString foreignKeys();
+/// A table's name for a statement, with an owner unless that is empty.
+QString bracketed(const QString& owner, const QString& table);
+
 /// The connection string of one database.
 QString inDatabase(const QString& connectionString, const QString& database);
 
@@ -24,6 +38,12 @@ QString inDatabase(const QString& connectionString, const QString& database);
 bool isSystemDatabase(QStringView name);
 /// Tables that are never offered; the case counts.
 bool isHiddenTable(QStringView name);
+
+/// Whether the tree shows a marker in the place of a database or a table, so that there is nothing to list.
+bool isMarker(const QString& database, const QString& table);
+
+/// Reports the failure that is being handled under one of DBConnection's own procedures.
+void reportFailureOf(const QString& procedure);
 
 /// Runs a statement and hands the text of one column, as a QStringView, to `take`, row by row. Throws what
 /// the statement, its rows or `take` throw.

@@ -4,17 +4,10 @@
 #include "platform/ado/error.h"
 #include "platform/controls/comboitems.h"
 #include "platform/desktop/msgbox.h"
-#include "shell/reporterror.h"
 
 namespace tw {
 
 namespace {
-
-/// For use in a catch clause.
-void reportFailureOf(const QString& procedure) {
-    QString noExtraText;
-    ReportError(procedure, QStringLiteral("DBConnection.cls"), noExtraText);
-}
 
 void tellLackOfPermission() {
     const QString padding(5, u' ');
@@ -37,7 +30,7 @@ bool DBConnection::FillCbDB(controls::ComboItems& combo) {
                              });
         return true;
     } catch (...) {
-        reportFailureOf(QStringLiteral("FillCbDB"));
+        catalog::reportFailureOf(QStringLiteral("FillCbDB"));
         return false;
     }
 }
@@ -58,7 +51,7 @@ bool DBConnection::FillCbTable(controls::ComboItems& combo, const QString& datab
         });
         return true;
     } catch (...) {
-        reportFailureOf(QStringLiteral("FillCbTable"));
+        catalog::reportFailureOf(QStringLiteral("FillCbTable"));
         return false;
     }
 }
@@ -72,7 +65,7 @@ void DBConnection::FillCbColumn(controls::ComboItems& combo, const QString& data
         catalog::forEachText(connection, catalog::columnList(table), QStringLiteral("COLUMN_NAME"),
                              [&](QStringView name) { combo.addItem(name.toString()); });
     } catch (...) {
-        reportFailureOf(QStringLiteral("FillCbColumn"));
+        catalog::reportFailureOf(QStringLiteral("FillCbColumn"));
     }
 }
 

@@ -9,6 +9,7 @@
 namespace controls {
 class ComboItems;
 class KeyedTexts;
+class ListItems;
 class Nodes;
 }  // namespace controls
 
@@ -58,6 +59,26 @@ class DBConnection {
     /// Rebuilds the tree of the server, its user databases and their user tables; false when the server
     /// could not be connected to.
     bool FillTvDB(controls::Nodes& tree);
+
+    /// Fills `list` with the columns of a table: name, data type, whether it takes nulls, whether it refers
+    /// to another table; picture 5 marks the columns of the primary key. The tree's marker texts leave it
+    /// empty.
+    void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table);
+    /// Fills `keys` with the names of the table's primary-key columns, each under itself.
+    bool FindTablePrimaryKey(const ado::Connection& connection, const QString& table,
+                             controls::KeyedTexts& keys);
+    /// Fills `keys` with "table.column" that a column refers to, under the column's name; a further reference
+    /// of one column stands under the name with the row's number behind it.
+    bool FindTableForeignKey(const ado::Connection& connection, const QString& table,
+                             controls::KeyedTexts& keys);
+    /// Fills `list` with the columns and the first rows of a table, at most `mostRows` (0: all), trying the
+    /// database's users as owners when the bare name is refused. Gives the caption for the list, empty for
+    /// the tree's marker texts and after a failure.
+    QString FillLvTblData(controls::ListItems& list, const QString& database, const QString& table,
+                          qint32 mostRows);
+    /// Fills `list` with the check constraints, index columns and foreign keys of a database side by side.
+    /// Gives the heading for the list, empty for the tree's marker text.
+    QString FillLvDBDetail(controls::ListItems& list, const QString& database);
 
   private:
     std::optional<ado::Connection> m_connection;

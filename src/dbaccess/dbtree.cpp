@@ -2,7 +2,6 @@
 #include "dbaccess/dbconnection.h"
 #include "dbaccess/failingstep.h"
 #include "platform/controls/nodes.h"
-#include "shell/reporterror.h"
 
 namespace tw {
 
@@ -24,8 +23,7 @@ bool opened(ado::Connection& connection) {
         connection.Open();
         return true;
     } catch (...) {
-        QString noExtraText;
-        ReportError(QStringLiteral("FillTvDB"), QStringLiteral("DBConnection.cls"), noExtraText);
+        catalog::reportFailureOf(QStringLiteral("FillTvDB"));
         return false;
     }
 }

@@ -1,0 +1,111 @@
+#include "dbaccess/catalog.h"
+#include "dbaccess/dbconnection.h"
+#include "platform/ado/error.h"
+#include "platform/controls/listitems.h"
+
+#include <exception>
+#include <vector>
+
+namespace tw {
+
+namespace {
+
+/// The rows of a table and how many there are in all.
+struct TableRows {
+    QString total;
+    ado::Recordset rows;
+};
+
+void addHeaders(controls::ListItems& list, const ado::Connection& connection, const QString& table) {
+    catalog::forEachText(connection, catalog::columnList(table), QStringLiteral("COLUMN_NAME"),
+                         [&](QStringView name) { list.addHeader(name.toString()); });
+    if (list.headerCount() == 0) list.addHeader(QStringLiteral("<No Column Defined>"));
+}
+
+/// The users of the database, each once: a user stands on a row for each of its roles.
+QStringList possibleOwners(const ado::Connection& connection) {
+    QStringList owners;
+    catalog::forEachText(connection, QStringLiteral("sp_helpuser"), QStringLiteral("UserName"),
+                         [&](QStringView name) { owners.append(name.toString()); });
+    owners.removeDuplicates();
+    return owners;
+}
+
+TableRows openRows(const ado::Connection& connection, const QString& name, qint32 mostRows) {
+    TableRows result;
+    {
+        ado::Recordset count;
+        count.Open(QStringLiteral("Select count(*) as x from ") + name, connection);
+        result.total = count.Fields(QStringLiteral("X")).text().toString();
+    }
+    result.rows.setMaxRecords(mostRows);
+    result.rows.Open(name, connection, ado::CursorType::ForwardOnly, ado::LockType::ReadOnly,
+                     ado::CommandType::Table);
+    return result;
+}
+
+/// Tries the bare name and then every possible owner; when none will do, the bare name's failure tells most.
+TableRows openRowsOfAnyOwner(const ado::Connection& connection, const QString& table, qint32 mostRows) {
+    const QStringList owners = possibleOwners(connection);
+    std::exception_ptr failure;
+    try {
+        return openRows(connection, catalog::bracketed({}, table), mostRows);
+    } catch (const ado::Error&) {
+        failure = std::current_exception();
+    }
+    for (const QString& owner : owners) {
+        try {
+            return openRows(connection, catalog::bracketed(owner, table), mostRows);
+        } catch (const ado::Error&) {
+            continue;
+        }
+    }
+    std::rethrow_exception(failure);
+}
+
+/// The view holds until the record set moves.
+QStringView cellText(const ado::Field& field) {
+    if (field.isNull()) return u"<NULL>";
+    if (field.Type() == ado::FieldType::Binary) return u"<UNPRINTABLE>";
+    return field.text();
+}
+
+/// Number of rows listed.
+int addRows(controls::ListItems& list, ado::Recordset& rows) {
+    std::vector<const ado::Field*> fields;
+    for (int i = 0; i < rows.FieldCount(); ++i)
+        fields.push_back(&rows.Fields(i));
+    int count = 0;
+    for (; !rows.Eof(); rows.MoveNext(), ++count) {
+        const int item = list.addItem(cellText(*fields.front()));
+        for (size_t i = 1; i < fields.size(); ++i) {
+            list.setSubItem(item, static_cast<int>(i), cellText(*fields[i]));
+        }
+    }
+    return count;
+}
+
+}  // namespace
+
+QString DBConnection::FillLvTblData(controls::ListItems& list, const QString& database, const QString& table,
+                                    qint32 mostRows) {
+    try {
+        list.clearHeaders();
+        list.clearItems();
+        if (catalog::isMarker(database, table)) return {};
+        ado::Connection connection;
+        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
+        connection.Open();
+        addHeaders(list, connection, table);
+        TableRows found = openRowsOfAnyOwner(connection, table, mostRows);
+        const int listed = addRows(list, found.rows);
+        if (listed == 0) list.addItem(u"<No Data>");
+        return QStringLiteral("Table: ") + table + QStringLiteral(".  Total rows: ") + found.total +
+               QStringLiteral(".  Selected rows: ") + QString::number(listed);
+    } catch (...) {
+        catalog::reportFailureOf(QStringLiteral("FillLvTblData"));
+        return {};
+    }
+}
+
+}  // namespace tw

@@ -1,0 +1,101 @@
+#include "dbaccess/catalog.h"
+#include "dbaccess/dbconnection.h"
+#include "platform/controls/keyedtexts.h"
+#include "platform/controls/listitems.h"
+
+namespace tw {
+
+namespace {
+
+/// Picture number of a primary-key column in the list's image list.
+constexpr int KeyPicture = 5;
+enum SubItem { DataType = 1, Nullable, Foreign };
+
+/// A type as the list shows it; `length` in bytes, as the server tells it.
+QString typeText(const QString& typeName, const QString& length) {
+    const QString base = DBConnection::GetTypeBaseName(typeName);
+    const auto measured = [&](const QString& name) {
+        return name + QStringLiteral("(") + length + QStringLiteral(")");
+    };
+    if (base == QStringLiteral("char") || base == QStringLiteral("varchar")) {
+        return measured(DBConnection::Capitialize(base));
+    }
+    if (base == QStringLiteral("nchar")) return measured(QStringLiteral("nChar"));
+    if (base == QStringLiteral("nvarchar")) return measured(QStringLiteral("nVarChar"));
+    if (base == QStringLiteral("ntext")) return QStringLiteral("nText");
+    if (base == QStringLiteral("int")) return QStringLiteral("Integer");
+    return DBConnection::Capitialize(base);
+}
+
+}  // namespace
+
+void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) {
+    try {
+        list.clearItems();
+        if (catalog::isMarker(database, table)) return;
+        ado::Connection connection;
+        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
+        connection.Open();
+        ado::Recordset rows;
+        rows.Open(catalog::columnList(table), connection);
+        if (rows.Eof()) {
+            list.addItem(u"<No Column Defined>");
+            return;
+        }
+        controls::KeyedTexts primaryKeys;
+        FindTablePrimaryKey(connection, table, primaryKeys);
+        controls::KeyedTexts foreignKeys;
+        const bool foreignKeysKnown = FindTableForeignKey(connection, table, foreignKeys);
+
+        const ado::Field& name = rows.Fields(QStringLiteral("COLUMN_NAME"));
+        const ado::Field& type = rows.Fields(QStringLiteral("TYPE_NAME"));
+        const ado::Field& length = rows.Fields(QStringLiteral("LENGTH"));
+        const ado::Field& nullable = rows.Fields(QStringLiteral("NULLABLE"));
+        const QString yes = QStringLiteral("Yes");
+        for (; !rows.Eof(); rows.MoveNext()) {
+            const QString column = name.text().toString();
+            const int item = list.addItem(column, InCollection(primaryKeys, column) ? KeyPicture : 0);
+            list.setSubItem(item, DataType, typeText(type.text().toString(), length.text().toString()));
+            list.setSubItem(item, Nullable, nullable.toInteger() != 0 ? yes : QString());
+            if (foreignKeysKnown && InCollection(foreignKeys, column)) list.setSubItem(item, Foreign, yes);
+        }
+    } catch (...) {
+        catalog::reportFailureOf(QStringLiteral("FillLvTblDef"));
+    }
+}
+
+bool DBConnection::FindTablePrimaryKey(const ado::Connection& connection, const QString& table,
+                                       controls::KeyedTexts& keys) {
+    try {
+        keys.clear();
+        catalog::forEachText(connection, catalog::primaryKeyColumns(table), QStringLiteral("ColName"),
+                             [&](QStringView name) { keys.add(name.toString(), name.toString()); });
+        return true;
+    } catch (...) {
+        catalog::reportFailureOf(QStringLiteral("FindTablePrimaryKey"));
+        return false;
+    }
+}
+
+bool DBConnection::FindTableForeignKey(const ado::Connection& connection, const QString& table,
+                                       controls::KeyedTexts& keys) {
+    try {
+        keys.clear();
+        ado::Recordset rows;
+        rows.Open(catalog::foreignKeyColumns(table), connection, ado::CursorType::ForwardOnly,
+                  ado::LockType::Unspecified);
+        for (int row = 1; !rows.Eof(); rows.MoveNext(), ++row) {
+            const QString column = rows.Fields(QStringLiteral("ColName")).text().toString();
+            const QString referenced = rows.Fields(QStringLiteral("RefTableName")).text().toString() +
+                                       QStringLiteral(".") +
+                                       rows.Fields(QStringLiteral("RefColName")).text().toString();
+            keys.add(referenced, InCollection(keys, column) ? column + QString::number(row) : column);
+        }
+        return true;
+    } catch (...) {
+        catalog::reportFailureOf(QStringLiteral("FindTableForeignKey"));
+        return false;
+    }
+}
+
+}  // namespace tw
