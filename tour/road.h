@@ -19,7 +19,7 @@ struct Place {
     QString server;  ///< "127.0.0.1,1433"
 };
 
-/// First start, the connection dialog with its refusals, a filled tree.
+/// First start, the connection dialog with its refusals, a filled tree, a table and a database's details.
 void walkConnecting(Place& place);
 /// Several windows, their arrangement, the layout of their panes, toolbar and help.
 void walkWindows(Place& place);

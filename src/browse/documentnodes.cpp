@@ -3,10 +3,13 @@
 #include "browse/frmdocument.h"
 #include "browse/handler.h"
 #include "browse/titlelabel.h"
+#include "dbaccess/dbconnection.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPointer>
 
 #include <utility>
 
@@ -16,6 +19,15 @@ namespace {
 
 const QString ModuleName = QStringLiteral("frmDocument");
 const QString RootKey = QStringLiteral("R");
+
+/// The hourglass over the whole screen for the length of a scope.
+class Hourglass {
+  public:
+    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
+    Hourglass(const Hourglass&) = delete;
+    Hourglass& operator=(const Hourglass&) = delete;
+};
 
 }  // namespace
 
@@ -74,12 +86,23 @@ void frmDocument::chooseDatabase(const controls::Node& node, bool open) {
     if (!open) return;
     m_panes->lblTitle(1).setText(QStringLiteral("Table Definition:"));
     m_definitions.clearItems();
+    m_panes->lblTitle(2).setText(connection()->FillLvDBDetail(m_data, node.text));
 }
 
 void frmDocument::openTable(const controls::Node& node) {
+    // A message box on the way lets events run, and the window may be closed or connected anew meanwhile.
+    const QPointer<frmDocument> open(this);
+    const std::shared_ptr<DBConnection> source = connection();
+    const QString database = node.parent->text;
+    const QString table = node.text;
+    const Hourglass pointer;
     m_definitions.clearItems();
-    m_panes->lblTitle(0).setText(QStringLiteral("Database: ") + node.parent->text);
-    m_panes->lblTitle(1).setText(QStringLiteral("Table Definition: ") + node.text);
+    source->FillLvTblDef(m_definitions, database, table);
+    if (open.isNull()) return;
+    m_panes->lblTitle(0).setText(QStringLiteral("Database: ") + database);
+    m_panes->lblTitle(1).setText(QStringLiteral("Table Definition: ") + table);
+    const QString caption = source->FillLvTblData(m_data, database, table, m_state.options.NumberRecShow);
+    if (!open.isNull()) m_panes->lblTitle(2).setText(caption);
 }
 
 void frmDocument::tvDB_MouseUp(const QPoint& screenPosition) {

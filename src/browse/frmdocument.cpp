@@ -65,6 +65,9 @@ void frmDocument::makeViews() {
         {icon(QStringLiteral("server")), icon(QStringLiteral("database")), icon(QStringLiteral("table"))});
     m_tvDB->setNodes(&m_nodes);
     m_lvTblDef->setItems(&m_definitions);
+    m_lvTblDef->setPictures({icon(QStringLiteral("constraint")), icon(QStringLiteral("index")),
+                             icon(QStringLiteral("foreign")), icon(QStringLiteral("table")),
+                             icon(QStringLiteral("key"))});
     m_lvTblData->setItems(&m_data);
     m_panes = new DocumentPanes(*this, {m_tvDB, m_lvTblDef, m_lvTblData}, m_state.options.Layout);
     setFocusProxy(m_tvDB);
