@@ -1,6 +1,7 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
 #include "dbaccess/failingstep.h"
+#include "platform/ado/error.h"
 #include "platform/controls/nodes.h"
 
 namespace tw {
@@ -37,19 +38,36 @@ void addTables(Nodes& tree, Node& database, const ado::Connection& connection) {
     });
 }
 
+/// Ends the waiting for a server that has fallen silent, which would last a whole time-out per database. One
+/// slow database is no sign of that, two in a row are.
+class Patience {
+  public:
+    bool isOver() const { return m_timeOutsInARow >= 2; }
+    void note(qint32 failure) {
+        m_timeOutsInARow = failure == ado::numbers::TimeOut ? m_timeOutsInARow + 1 : 0;
+    }
+
+  private:
+    int m_timeOutsInARow = 0;
+};
+
 /// A database whose own key is taken is left out with all that is in it.
-void addDatabase(Nodes& tree, Node& root, const QString& name, const QString& connectionString) {
+void addDatabase(Nodes& tree, Node& root, const QString& name, const QString& connectionString,
+                 Patience& patience) {
     Node& database = tree.add(&root, name, name, Database, Database);
     tree.ensureVisible(database);
 
     ado::Connection connection;
     connection.setConnectionString(catalog::inDatabase(connectionString, name));
-    if (skipFailing([&] { connection.Open(); }) == 0) {
-        addTables(tree, database, connection);
+    qint32 failure = ado::numbers::TimeOut;
+    if (!patience.isOver()) failure = skipFailing([&] { connection.Open(); });
+    if (failure == 0) {
+        failure = skipFailing([&] { addTables(tree, database, connection); });
     } else {
         const QString marker = QStringLiteral("<No Permission>");
         tree.add(&database, name + marker, marker, Table, Table);
     }
+    patience.note(failure);
 }
 
 }  // namespace
@@ -63,11 +81,12 @@ bool DBConnection::FillTvDB(controls::Nodes& tree) {
     if (const QString name = GetServerName(connection); !name.isEmpty()) m_server = name;
 
     Node& root = addRoot(tree, m_server);
+    Patience patience;
     skipFailing([&] {
         catalog::forEachText(
             connection, catalog::databaseList(), QStringLiteral("Name"), [&](QStringView name) {
                 if (catalog::isSystemDatabase(name)) return;
-                skipFailing([&] { addDatabase(tree, root, name.toString(), m_connectionString); });
+                skipFailing([&] { addDatabase(tree, root, name.toString(), m_connectionString, patience); });
             });
     });
     return true;
