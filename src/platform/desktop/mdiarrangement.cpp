@@ -96,11 +96,17 @@ QSize iconSize(const std::vector<QMdiSubWindow*>& minimised) {
 
 // The area above the minimised children, or the whole one where they leave too little.
 QSize roomAboveIcons(const QMdiArea& area, const std::vector<QMdiSubWindow*>& minimised) {
-    const QSize whole = area.viewport()->size();
+    // Without scroll bars, which are gone once the children stand inside.
+    const QSize whole = area.maximumViewportSize();
     if (minimised.empty()) return whole;
     const auto places = arrangement::icons(whole, static_cast<int>(minimised.size()), iconSize(minimised));
     const QSize room(whole.width(), places.back().y());
     return room.height() >= whole.height() / 2 ? room : whole;
+}
+
+// A child that needs more room than its place overlaps its neighbours: cut off, it could not be used.
+void placeChild(QMdiSubWindow& child, const QRect& place) {
+    child.setGeometry(QRect(place.topLeft(), place.size().expandedTo(child.minimumSizeHint())));
 }
 
 void tile(QMdiArea& area, bool stacked) {
@@ -108,7 +114,7 @@ void tile(QMdiArea& area, bool stacked) {
     const QSize room = roomAboveIcons(area, children.minimised);
     const auto places = arrangement::tiles(room, static_cast<int>(children.open.size()), stacked);
     for (size_t child = 0; child < places.size(); ++child) {
-        children.open[child]->setGeometry(places[child]);
+        placeChild(*children.open[child], places[child]);
     }
     arrangeIcons(area);
 }
@@ -125,7 +131,7 @@ void cascade(QMdiArea& area) {
     const auto places = arrangement::cascade(room, static_cast<int>(children.open.size()), step);
     auto place = places.begin();
     for (auto child = children.open.rbegin(); child != children.open.rend(); ++child, ++place) {
-        (*child)->setGeometry(QRect(place->topLeft(), place->size().expandedTo((*child)->minimumSizeHint())));
+        placeChild(**child, *place);
         (*child)->raise();
     }
     arrangeIcons(area);

@@ -4,6 +4,7 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 #include <QTest>
 
 #include <algorithm>
@@ -23,6 +24,7 @@ class MdiArrangementTest : public QObject {
     void centringOverflows();
     void arrangesTheArea();
     void restoresMaximisedChild();
+    void manyChildrenKeepTheirSmallestSize();
     void emptyArea();
 };
 
@@ -164,6 +166,33 @@ void MdiArrangementTest::restoresMaximisedChild() {
     QVERIFY(!frame.active()->isMaximized());
     QCOMPARE(frame.active()->width(), frame.area.viewport()->width() / 2);
     QVERIFY(frame.children.front()->isMinimized());
+}
+
+void MdiArrangementTest::manyChildrenKeepTheirSmallestSize() {
+    QMdiArea area;
+    area.resize(600, 400);
+    area.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    std::vector<QMdiSubWindow*> children;
+    for (int child = 0; child < 9; ++child) {
+        children.push_back(area.addSubWindow(new QWidget));
+        children.back()->widget()->setMinimumSize(150, 200);
+    }
+    area.show();
+    desktop::tileHorizontally(area);
+    for (const QMdiSubWindow* child : children) {
+        QVERIFY(child->rect().contains(child->widget()->geometry()));
+    }
+    QTRY_VERIFY(area.verticalScrollBar()->isVisible());
+    // The scroll bar that the tall ones brought takes no room from the next arrangement.
+    for (const QMdiSubWindow* child : children) {
+        child->widget()->setMinimumSize(0, 0);
+    }
+    desktop::tileHorizontally(area);
+    QRect covered;
+    for (const QMdiSubWindow* child : children) {
+        covered |= child->geometry();
+    }
+    QCOMPARE(covered.size(), area.maximumViewportSize());
 }
 
 void MdiArrangementTest::emptyArea() {
