@@ -3,13 +3,75 @@
 #include <QList>
 
 #include <algorithm>
+#include <array>
+#include <compare>
+#include <string_view>
+#include <vector>
 
 namespace engine {
 
 namespace {
 
-unsigned char lowered(unsigned char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c + ('a' - 'A')) : c;
+/// The place of a character among all: marks, then digits, then letters, each by their code.
+constexpr unsigned markPlace = 0;
+constexpr unsigned digitPlace = 1U << 24;
+constexpr unsigned letterPlace = 2U << 24;
+
+constexpr unsigned placeOfAscii(unsigned char c) {
+    if (c >= 'A' && c <= 'Z') return letterPlace + c + ('a' - 'A');
+    if (c >= 'a' && c <= 'z') return letterPlace + c;
+    return (c >= '0' && c <= '9' ? digitPlace : markPlace) + c;
+}
+
+constexpr auto asciiPlaces = [] {
+    std::array<unsigned, 128> places{};
+    for (unsigned char c = 0; c < places.size(); ++c)
+        places[c] = placeOfAscii(c);
+    return places;
+}();
+
+/// The plain letters that a letter without a decomposition is sorted with, or nothing.
+std::u32string_view plainLetters(char32_t letter) {
+    switch (letter) {
+        case U'\u00DF':  // sharp s
+            return U"ss";
+        case U'\u00E6':  // ae
+            return U"ae";
+        case U'\u0153':  // oe
+            return U"oe";
+        case U'\u00F8':  // o with stroke
+            return U"o";
+        case U'\u0142':  // l with stroke
+            return U"l";
+        case U'\u0111':  // d with stroke
+        case U'\u00F0':  // eth
+            return U"d";
+        default:
+            return {};
+    }
+}
+
+/// The places of a text's characters without their accents.
+std::vector<unsigned> placesOf(const QString& folded) {
+    std::vector<unsigned> places;
+    for (const char32_t c : folded.normalized(QString::NormalizationForm_D).toUcs4()) {
+        if (c < asciiPlaces.size()) {
+            places.push_back(asciiPlaces[c]);
+        } else if (const auto plain = plainLetters(c); !plain.empty()) {
+            for (const char32_t letter : plain)
+                places.push_back(asciiPlaces[letter]);
+        } else if (!QChar::isMark(c)) {
+            places.push_back((QChar::isLetter(c)   ? letterPlace
+                              : QChar::isNumber(c) ? digitPlace
+                                                   : markPlace) +
+                             c);
+        }
+    }
+    return places;
+}
+
+int signOf(std::strong_ordering order) {
+    return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
 std::string_view withoutTrailingBlanks(std::string_view text) {
@@ -18,16 +80,25 @@ std::string_view withoutTrailingBlanks(std::string_view text) {
     return text;
 }
 
-/// Texts beyond ASCII, from where they first differ or leave ASCII.
-int compareUnicode(std::string_view a, std::string_view b) {
-    const auto fold = [](std::string_view text) {
-        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toCaseFolded().toUcs4();
-    };
-    const auto left = fold(a);
-    const auto right = fold(b);
-    const auto order =
-        std::lexicographical_compare_three_way(left.begin(), left.end(), right.begin(), right.end());
-    return order < 0 ? -1 : order > 0 ? 1 : 0;
+/// Texts beyond ASCII. An accent counts only where nothing else differs.
+int compareUnicode(const QString& a, const QString& b) {
+    const QString left = a.toCaseFolded();
+    const QString right = b.toCaseFolded();
+    if (left == right) return 0;
+    const auto order = placesOf(left) <=> placesOf(right);
+    if (order != 0) return signOf(order);
+    return signOf(left.toStdU32String() <=> right.toStdU32String());
+}
+
+QString fromStored(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+int compareChars(QChar a, QChar b) {
+    if (std::max(a, b).unicode() < asciiPlaces.size()) {
+        return signOf(asciiPlaces[a.unicode()] <=> asciiPlaces[b.unicode()]);
+    }
+    return compareUnicode(QString(a), QString(b));
 }
 
 QChar foldedChar(QChar c) {
@@ -90,7 +161,7 @@ class PatternMatcher {
         bool found = false;
         for (qsizetype i = 0; i < set.size(); ++i) {
             if (i + 2 < set.size() && set[i + 1] == u'-') {
-                found = found || (c >= foldedChar(set[i]) && c <= foldedChar(set[i + 2]));
+                found = found || (compareChars(c, set[i]) >= 0 && compareChars(c, set[i + 2]) <= 0);
                 i += 2;
             } else {
                 found = found || c == foldedChar(set[i]);
@@ -113,9 +184,9 @@ int compareTexts(std::string_view a, std::string_view b) {
     for (size_t i = 0; i < shared; ++i) {
         const auto x = static_cast<unsigned char>(a[i]);
         const auto y = static_cast<unsigned char>(b[i]);
-        if ((x | y) >= 0x80) return compareUnicode(a.substr(i), b.substr(i));
-        const unsigned char p = lowered(x);
-        const unsigned char q = lowered(y);
+        if ((x | y) >= 0x80) return compareUnicode(fromStored(a.substr(i)), fromStored(b.substr(i)));
+        const unsigned p = asciiPlaces[x];
+        const unsigned q = asciiPlaces[y];
         if (p != q) return p < q ? -1 : 1;
     }
     return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;

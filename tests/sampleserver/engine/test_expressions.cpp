@@ -263,6 +263,10 @@ void ExpressionsTest::conditions_data() {
     row("'abc' LIKE 'ab[^c]'", false);
     row("'abc   ' LIKE 'abc'", true);
     row("N'abc   ' LIKE N'abc'", false);
+    row("'a_' < 'a1' AND 'a{' < 'a1' AND 'a1' < 'aa'", true);
+    row("N'\xC3\xA9' > 'Ez' OR N'\xC3\xA9' < 'e'", false);
+    row("N'\xC3\xA9x' < N'ey' AND N'\xC3\xB8' < 'p' AND N'Z' < N'\xCE\xB1'", true);
+    row("N'\xC3\xA9' LIKE '[e-f]' AND N'\xC3\xA9' NOT LIKE '[a-e]'", true);
     row("'10%' LIKE '10!%' ESCAPE '!'", true);
     row("'100' LIKE '10!%' ESCAPE '!'", false);
     row("'aXbXc' LIKE '%x%c'", true);
