@@ -132,7 +132,7 @@ Bound explicitly(const Bound& bound, const SqlType& to, int style, Emission& emi
     }
     if (bound.type == to) return bound;
     if (auto constant = convertedConstant(bound, to, style, emission)) return *constant;
-    const bool plain = isText(bound.type.id) || style == 0;
+    const bool plain = style == 0 || (isText(bound.type.id) && !isDateTime(to.id));
     if (const auto text = plain ? plainConversion(bound, to) : std::nullopt) {
         Bound result = boundWhole(*text, to, {&bound});
         result.isColumn = bound.isColumn && *text == bound.sql;

@@ -19,6 +19,7 @@ struct Conversion {
     [[noreturn]] void failNotAllowed() const;
     /// 8115.
     [[noreturn]] void failOverflow() const;
+    [[noreturn]] void failStyle() const;
     /// 242 and 296.
     [[noreturn]] void failDateRange() const;
     /// 8114.

@@ -76,6 +76,14 @@ void Conversion::failOverflow() const {
                        .arg(source, typeName(to.id)));
 }
 
+void Conversion::failStyle() const {
+    throw SqlError(
+        281, 16,
+        QStringLiteral("%1 is not a valid style number when converting from %2 to a character string.")
+            .arg(style)
+            .arg(typeName(from.id).toUpper()));
+}
+
 void Conversion::failConverting() const {
     throw SqlError(
         8114, 16,
@@ -230,7 +238,9 @@ qint64 Conversion::ticksOf(const Value& value) const {
         const QString& text = std::get<QString>(value);
         qint64 ticks = 0;
         const bool small = to.id == TypeId::SmallDateTime;
-        switch (parseDateTime(text, &ticks)) {
+        const auto form = dateForm(style);
+        if (!form) failStyle();
+        switch (parseDateTime(text, &ticks, *form)) {
             case DateParse::Done:
                 return ticks;
             case DateParse::Malformed:

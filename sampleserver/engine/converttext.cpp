@@ -86,14 +86,7 @@ QString Conversion::unsizedText(const Value& value) const {
     }
     if (isDateTime(from.id)) {
         const auto text = formatDateTime(std::get<qint64>(value), style);
-        if (!text) {
-            throw SqlError(
-                281, 16,
-                QStringLiteral(
-                    "%1 is not a valid style number when converting from %2 to a character string.")
-                    .arg(style)
-                    .arg(typeName(from.id).toUpper()));
-        }
+        if (!text) failStyle();
         return *text;
     }
     return std::get<QString>(value);

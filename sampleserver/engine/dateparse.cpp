@@ -50,7 +50,7 @@ int monthOf(const QString& word) {
 
 class DateReader {
   public:
-    explicit DateReader(QStringView text) : m_pieces(split(text)) {}
+    DateReader(QStringView text, const DateForm& form) : m_pieces(split(text)), m_form(form) {}
 
     DateParse run(qint64* ticks) {
         while (m_at < m_pieces.size()) {
@@ -117,13 +117,16 @@ class DateReader {
         const Piece& first = m_pieces[m_at];
         const Piece& second = m_pieces[m_at + 2];
         const Piece& third = m_pieces[m_at + 4];
-        const bool yearFirst = first.text.size() == 4;
-        const Piece& month = yearFirst ? second : first;
-        const Piece& day = yearFirst ? third : second;
+        const bool dayFirst = m_form.order == DateForm::DayFirst;
+        const bool yearFirst = m_form.order == DateForm::YearFirst || (first.text.size() == 4 && !dayFirst);
+        const Piece& year = yearFirst ? first : third;
+        const Piece& month = yearFirst || dayFirst ? second : first;
+        const Piece& day = yearFirst ? third : dayFirst ? first : second;
         if (month.text.size() > 2 || day.text.size() > 2) return false;
+        if (m_form.yearDigits != 0 && year.text.size() != m_form.yearDigits) return false;
         m_parts.month = month.number();
         m_parts.day = day.number();
-        const bool known = takeYear(yearFirst ? first : third);
+        const bool known = takeYear(year);
         m_at += 5;
         if (yearFirst && isWord(0, QLatin1String("T")) && !peek()->blankBefore) ++m_at;
         return known;
@@ -188,6 +191,7 @@ class DateReader {
     }
 
     std::vector<Piece> m_pieces;
+    DateForm m_form;
     size_t m_at = 0;
     DateTimeParts m_parts;
     int m_extraTicks = 0;
@@ -197,8 +201,28 @@ class DateReader {
 
 }  // namespace
 
-DateParse parseDateTime(QStringView text, qint64* ticks) {
-    return DateReader(text).run(ticks);
+std::optional<DateForm> dateForm(int style) {
+    switch (style) {
+        case 20:
+        case 21:
+        case 120:
+        case 121:
+        case 126:
+            return DateForm{DateForm::YearFirst, 4};
+        default:
+            break;
+    }
+    const int number = style % 100;
+    if (style < 0 || style > 114 || number > 14) return std::nullopt;
+    const int yearDigits = style < 100 ? 2 : 4;
+    if (number == 1 || number == 10) return DateForm{DateForm::MonthFirst, yearDigits};
+    if (number == 3 || number == 4 || number == 5) return DateForm{DateForm::DayFirst, yearDigits};
+    if (number == 2 || number == 11 || number == 12) return DateForm{DateForm::YearFirst, yearDigits};
+    return DateForm{};
+}
+
+DateParse parseDateTime(QStringView text, qint64* ticks, const DateForm& form) {
+    return DateReader(text, form).run(ticks);
 }
 
 }  // namespace engine

@@ -37,9 +37,18 @@ bool isSmallDateTimeInRange(qint64 ticks);
 /// What became of a text read as a date.
 enum class DateParse { Done, Malformed, OutOfRange };
 
+/// How a text writes a date in numbers.
+struct DateForm {
+    enum Order { MonthFirst, DayFirst, YearFirst } order = MonthFirst;
+    int yearDigits = 0;  ///< 2 or 4; 0 for both
+};
+
+/// The form that a style of CONVERT asks for, the styles of formatDateTime(); nothing for others.
+std::optional<DateForm> dateForm(int style);
+
 /// Reads a date, a time or both as SQL Server does with language us_english: "2001-02-03", "20010203",
 /// "2/3/2001 4:05PM", "Feb 3 2001", "04:05:06.789", blanks around it; an empty text is 1900-01-01.
-DateParse parseDateTime(QStringView text, qint64* ticks);
+DateParse parseDateTime(QStringView text, qint64* ticks, const DateForm& form = {});
 
 /// The text of a date in a style of CONVERT: 0, 1 .. 14, 20, 21, 100 .. 114, 120, 121, 126; nothing for
 /// others.

@@ -190,6 +190,10 @@ void ExpressionsTest::dates_data() {
     row("CONVERT(datetime, '13:45')", "datetime", "Jan  1 1900  1:45PM");
     row("CONVERT(datetime, '')", "datetime", "Jan  1 1900 12:00AM");
     row("CONVERT(varchar(23), CONVERT(datetime, '2001-01-01 00:00:00.999'), 121)", "varchar(23)",
+    row("CONVERT(datetime, '3/2/2001', 103)", "datetime", "Feb  3 2001 12:00AM");
+    row("CONVERT(datetime, '01.02.03', 2)", "datetime", "Feb  3 2001 12:00AM");
+    row("CONVERT(datetime, '2001-02-03 04:05', 120)", "datetime", "Feb  3 2001  4:05AM");
+    row("CONVERT(datetime, 'Feb 3 2001', 103)", "datetime", "Feb  3 2001 12:00AM");
         "2001-01-01 00:00:01.000");
     row("CONVERT(smalldatetime, '2001-01-01 10:00:30')", "smalldatetime", "Jan  1 2001 10:01AM");
     row("CONVERT(int, CONVERT(datetime, '1900-01-02 12:00'))", "int", "2");
@@ -334,6 +338,9 @@ void ExpressionsTest::failures_data() {
     row("CAST('x' AS datetime)", 241);
     row("CAST('2001-02-29' AS datetime)", 242);
     row("CAST('1752-12-31' AS datetime)", 242);
+    row("CONVERT(datetime, '13/2/2001', 101)", 242);
+    row("CONVERT(datetime, '3/2/01', 103)", 241);
+    row("CONVERT(datetime, '3/2/2001', 99)", 281);
     row("CAST('2100-01-01' AS smalldatetime)", 296);
     row("CAST('x' AS uniqueidentifier)", 8169);
     row("CAST(CAST('2001-01-01' AS datetime) AS uniqueidentifier)", 529);
