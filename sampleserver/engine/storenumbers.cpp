@@ -4,6 +4,8 @@
 #include "engine/storefunctions.h"
 #include "engine/typeinfo.h"
 
+#include <QStringList>
+
 #include <cmath>
 #include <limits>
 
@@ -214,6 +216,10 @@ double square(double x) {
 void isNumeric(StoreCall& c) {
     if (c.isNull(0)) return c.result(qint64(0));
     const QString text = c.text(0);
+    // A sign, a point or a comma alone is a number, too.
+    static const QStringList marks{QStringLiteral("+"), QStringLiteral("-"), QStringLiteral("$"),
+                                   QStringLiteral("."), QStringLiteral(",")};
+    if (marks.contains(text.trimmed())) return c.result(qint64(1));
     const SqlType from{.id = TypeId::VarChar, .length = 8000};
     bool valid = false;
     for (const TypeId id : {TypeId::Float, TypeId::Money}) {

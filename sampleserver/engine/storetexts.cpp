@@ -50,12 +50,18 @@ void unicode(StoreCall& c) {
     c.result(qint64(text[0].unicode()));
 }
 
+/// Letter by letter, for the text must not grow.
+QString withEach(QString text, QChar (*change)(QChar)) {
+    std::ranges::transform(text, text.begin(), change);
+    return text;
+}
+
 void upper(StoreCall& c) {
-    c.result(c.text(0).toUpper());
+    c.result(withEach(c.text(0), [](QChar letter) { return letter.toUpper(); }));
 }
 
 void lower(StoreCall& c) {
-    c.result(c.text(0).toLower());
+    c.result(withEach(c.text(0), [](QChar letter) { return letter.toLower(); }));
 }
 
 void ltrim(StoreCall& c) {

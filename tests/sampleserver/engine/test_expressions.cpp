@@ -109,6 +109,7 @@ void ExpressionsTest::arithmetic_data() {
     row("SQRT(2)", "float", "1.4142135623731");
     row("SIGN(-2.5)", "numeric(2,1)", "-1.0");
     row("SQUARE(3)", "float", "9");
+    row("ISNUMERIC('-') + ISNUMERIC(' $ ') * 10 + ISNUMERIC('--') * 100", "int", "11");
     row("ISNUMERIC('1e5') + ISNUMERIC('$1,000') * 10 + ISNUMERIC('x') * 100", "int", "11");
     // Null spreads.
     row("1 + NULL", "int", "NULL");
@@ -223,8 +224,8 @@ void ExpressionsTest::texts_data() {
     row("LEN('ab  ')", "int", "2");
     row("DATALENGTH(N'ab ')", "int", "6");
     row("DATALENGTH(1.5)", "int", "5");
-    row("UPPER('a\xC3\xA4') + LOWER('B')", "varchar(3)",
-        "A\xC3\x84"
+    row("UPPER('a\xC3\xA4\xC3\x9F') + LOWER('B')", "varchar(4)",
+        "A\xC3\x84\xC3\x9F"
         "b");
     row("'[' + LTRIM(RTRIM('  a ')) + ']'", "varchar(6)", "[a]");
     row("LEFT('abc', 2) + RIGHT('abc', 1)", "varchar(3)", "abc");
