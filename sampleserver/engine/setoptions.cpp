@@ -10,24 +10,18 @@ namespace {
 /// answers are given by.
 bool isIdleOption(const QString& option) {
     static const QStringList names{
-        QStringLiteral("ansi_defaults"),
-        QStringLiteral("ansi_nulls"),
         QStringLiteral("ansi_null_dflt_on"),
         QStringLiteral("ansi_null_dflt_off"),
         QStringLiteral("ansi_padding"),
         QStringLiteral("ansi_warnings"),
         QStringLiteral("arithabort"),
         QStringLiteral("arithignore"),
-        QStringLiteral("concat_null_yields_null"),
         QStringLiteral("cursor_close_on_commit"),
         QStringLiteral("deadlock_priority"),
-        QStringLiteral("implicit_transactions"),
         QStringLiteral("lock_timeout"),
-        QStringLiteral("numeric_roundabort"),
         QStringLiteral("query_governor_cost_limit"),
         QStringLiteral("remote_proc_transactions"),
         QStringLiteral("transaction isolation level"),
-        QStringLiteral("xact_abort"),
     };
     return names.contains(option);
 }
@@ -50,7 +44,7 @@ bool switchOf(const ast::SetOption& statement) {
     return false;
 }
 
-/// The one language and order of dates that there is.
+/// The one setting of an option that there is.
 void checkFixed(const ast::SetOption& statement, const QStringList& allowed) {
     if (allowed.contains(statement.value, Qt::CaseInsensitive)) return;
     throw SqlError(
@@ -86,6 +80,12 @@ void BatchRunner::run(const ast::SetOption& statement) {
         } else if (option == QLatin1String("nocount") || option == QLatin1String("fmtonly") ||
                    option == QLatin1String("quoted_identifier")) {
             setSwitch(option, switchOf(statement));
+        } else if (option == QLatin1String("ansi_nulls") || option == QLatin1String("ansi_defaults") ||
+                   option == QLatin1String("concat_null_yields_null")) {
+            checkFixed(statement, {QStringLiteral("on")});
+        } else if (option == QLatin1String("implicit_transactions") ||
+                   option == QLatin1String("numeric_roundabort") || option == QLatin1String("xact_abort")) {
+            checkFixed(statement, {QStringLiteral("off")});
         } else if (!isIdleOption(option)) {
             throw SqlError(195, 15, QStringLiteral("'%1' is not a recognized SET option.").arg(option));
         }

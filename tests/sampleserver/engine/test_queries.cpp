@@ -257,6 +257,10 @@ void QueriesTest::refusals_data() {
 
 void QueriesTest::refusals() {
     QFETCH(QString, statement);
+    row("DECLARE @n int SELECT @n = 0 SELECT @n = @n + qty FROM orders", 8624);
+    row("DECLARE @a int, @b int SELECT @a = 1, @b = @a", 8624);
+    row("SET ANSI_NULLS OFF", 2741);
+    row("SET XACT_ABORT ON", 2741);
     QFETCH(int, number);
     RecordingSink sink;
     m_session->execute(statement, sink);
