@@ -103,6 +103,7 @@ void BatchRunner::run(const ast::Select& statement) {
             if (isLong(columns[i].type.id)) cutLongValue(row[i], columns[i].type, m_facts.textSize);
         }
         ++m_rows;
+        if (query.readsOwnVariables && m_rows > 1) failOwnVariable(query.variables.front());
         if (!assigns) m_sink.row(row);
     }
     if (m_sink.cancelled()) return;

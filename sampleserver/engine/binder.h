@@ -16,9 +16,13 @@ struct BoundQuery {
     QString sql;  ///< its columns are called r0, r1 ..
     std::vector<OutputColumn> columns;
     std::vector<QString> variables;  ///< of SELECT @x = .., one for each column; empty for a plain query
+    bool readsOwnVariables = false;  ///< it reads a variable that it assigns to
     bool singleRow = false;          ///< it gives one row at most
     std::vector<ColumnUse> uses;     ///< columns of the queries around it
 };
+
+/// Refuses a SELECT whose answer depends on the values that it gives to its own variables on the way.
+[[noreturn]] void failOwnVariable(const QString& name);
 
 /// Gives the names of a statement their meaning and its expressions their types, and writes the statement
 /// anew in SQLite's words. Throws SqlError for what it does not find, allow or understand.
@@ -102,6 +106,7 @@ class Binder {
     const SessionFacts& m_facts;
     Emission& m_emission;
     int m_sources = 0;
+    QSet<QString> m_variablesRead;  // nameKeys
 };
 
 }  // namespace engine

@@ -53,6 +53,7 @@ Bound Binder::bound(const ast::Variable& node, Scope&) {
     if (found == m_facts.variables.end()) {
         throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(node.name));
     }
+    m_variablesRead.insert(found.key());
     Bound result = boundConstant(found->value, found->type, m_emission);
     result.nullable = true;
     return result;
@@ -101,8 +102,7 @@ Bound Binder::bound(const ast::Case& node, Scope& scope) {
     }
     if (node.otherwise) results.push_back(expression(*node.otherwise, scope));
     if (std::ranges::all_of(results, [](const Bound& result) { return result.isNull; })) {
-        throw SqlError(8133, 16,
-                       QStringLiteral("None of the result expressions in a CASE can be NULL."));
+        throw SqlError(8133, 16, QStringLiteral("None of the result expressions in a CASE can be NULL."));
     }
     Bound common = results.front();
     for (const Bound& result : results) {

@@ -5,8 +5,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace engine {
+
+void failOwnVariable(const QString& name) {
+    throw SqlError(
+        8624, 16,
+        QStringLiteral("Internal SQL Server error: variable '%1' is read where the same SELECT has "
+                       "already assigned to it.")
+            .arg(name));
+}
 
 namespace {
 
@@ -48,7 +57,10 @@ void checkSortable(const SqlType& type) {
 }  // namespace
 
 BoundQuery Binder::query(const ast::Query& query, qint64 rowLimit) {
-    return boundQuery(query, nullptr, rowLimit);
+    BoundQuery result = boundQuery(query, nullptr, rowLimit);
+    result.readsOwnVariables = std::ranges::any_of(
+        result.variables, [this](const QString& name) { return m_variablesRead.contains(nameKey(name)); });
+    return result;
 }
 
 BoundQuery Binder::boundQuery(const ast::Query& query, Scope* outer, qint64 rowLimit) {
@@ -241,18 +253,25 @@ void Binder::addStar(const ast::SelectItem& item, Scope& scope, Core& result) {
 }
 
 void Binder::boundItems(const ast::SelectCore& core, Scope& scope, Core& result) {
+    QSet<QString> assigned;
     for (const ast::SelectItem& item : core.items) {
         if (!item.expr) {
             addStar(item, scope, result);
             continue;
         }
+        const QSet<QString> readBefore = std::exchange(m_variablesRead, {});
         Bound bound = expression(*item.expr, scope);
+        for (const QString& name : m_variablesRead) {
+            if (assigned.contains(name)) failOwnVariable(name);
+        }
+        m_variablesRead += readBefore;
         if (!item.variable.isEmpty()) {
             const auto variable = m_facts.variables.find(nameKey(item.variable));
             if (variable == m_facts.variables.end()) {
                 throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(item.variable));
             }
             bound = implicitly(bound, variable->type, m_emission);
+            assigned.insert(variable.key());
             result.variables.push_back(item.variable);
         }
         addItem(result, std::move(bound), item.name.isEmpty() ? ownName(*item.expr) : item.name);

@@ -138,6 +138,10 @@ void QueriesTest::results_data() {
     row("DECLARE @n int, @s varchar(5) SET @n = 2 SELECT @s = name FROM customers WHERE id = @n SELECT @s, "
         "@n + 1",
         "bob|3");
+    row("DECLARE @n int SELECT @n = 0 SELECT @n = @n + qty FROM orders WHERE id = 2 SELECT @n = @n + 1 "
+        "SELECT @n",
+        "8");
+    row("DECLARE @n int SELECT @n = 1 SELECT @n = MIN(id) FROM orders WHERE id > @n SELECT @n", "2");
     row("SELECT id FROM customers WHERE id = 99; SELECT @@ROWCOUNT", "0");
     row("BEGIN TRAN SELECT @@TRANCOUNT COMMIT", "1");
 }
@@ -253,14 +257,14 @@ void QueriesTest::refusals_data() {
     row("USE nodb", 911);
     row("EXEC nosuch 1", 2812);
     row("COMMIT TRAN", 3902);
-}
-
-void QueriesTest::refusals() {
-    QFETCH(QString, statement);
     row("DECLARE @n int SELECT @n = 0 SELECT @n = @n + qty FROM orders", 8624);
     row("DECLARE @a int, @b int SELECT @a = 1, @b = @a", 8624);
     row("SET ANSI_NULLS OFF", 2741);
     row("SET XACT_ABORT ON", 2741);
+}
+
+void QueriesTest::refusals() {
+    QFETCH(QString, statement);
     QFETCH(int, number);
     RecordingSink sink;
     m_session->execute(statement, sink);
