@@ -21,6 +21,8 @@ struct Rule {
 // beside it. 20002 to 20047 are FreeTDS's own numbers (sybdb.h), the others SQL Server's.
 constexpr std::array rules{
     Rule{4060, nullptr, WhileOpening, numbers::Unspecified},      // cannot open database
+    Rule{4061, nullptr, WhileOpening, numbers::Unspecified},      // nor the login's default database
+    Rule{4064, nullptr, WhileOpening, numbers::Unspecified},      // cannot open the login's default database
     Rule{911, nullptr, WhileOpening, numbers::Unspecified},       // no such database
     Rule{916, nullptr, WhileOpening, numbers::Unspecified},       // not a user of the database
     Rule{18456, nullptr, WhileOpening, numbers::LoginFailed},     // login failed

@@ -36,6 +36,8 @@ void DiagnosticsTest::numbers_data() {
     const DiagnosticRecord last = record("08001", 0);
     opening("login refused", {record("42000", 18456), last}, -2147217843, 18456);
     opening("database refused", {record("42000", 18456), record("42000", 4060), last}, -2147467259, 4060);
+    opening("default database refused", {record("42000", 18456), record("42000", 4064), last}, -2147467259,
+            4064);
     opening("database unknown", {record("08004", 911), last}, -2147467259, 911);
     opening("no user of the database", {record("42000", 18456), record("08004", 916), last}, -2147467259,
             916);
