@@ -170,8 +170,9 @@ bool Recordset::Eof() const {
 }
 
 void Recordset::MoveFirst() {
+    const bool noRow = Eof();
     if (m_impl->moved) throwOwn(numbers::IllegalOperation, "Operation is not allowed in this context.");
-    if (Eof()) throwNoRow();
+    if (noRow) throwNoRow();
 }
 
 void Recordset::MoveNext() {

@@ -187,6 +187,8 @@ void RecordsetTest::moves() {
     rows.MoveNext();
     QVERIFY(rows.Eof());
     QCOMPARE(numberOf([&] { rows.MoveNext(); }), 3021);
+    rows.Close();
+    QCOMPARE(numberOf([&] { rows.MoveFirst(); }), 3704);
     Recordset none;
     none.Open(QStringLiteral("count 0"), m_connection);
     QCOMPARE(numberOf([&] { none.MoveFirst(); }), 3021);
