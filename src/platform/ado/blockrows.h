@@ -25,11 +25,11 @@ class BlockRows final : public RowSource {
     bool fetch();
     Cell cell(const std::byte* row, const Slot& slot) const;
 
-    odbc::StatementHandle m_statement;
     std::vector<Slot> m_slots;
     qsizetype m_rowSize = 0;
     std::unique_ptr<std::byte[]> m_block;
     std::unique_ptr<SQLULEN> m_fetched = std::make_unique<SQLULEN>(0);
+    odbc::StatementHandle m_statement;  // ends before the memory that is bound to it
     SQLULEN m_position = 0;
     std::optional<Error> m_failure;  ///< waits behind the block's rows
 };
