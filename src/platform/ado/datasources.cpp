@@ -37,8 +37,9 @@ std::optional<std::vector<DataSource>> dataSources() {
         name.fill(' ');
         const SQLRETURN code = SQLDataSources(environment, SQL_FETCH_NEXT, characters(name), bufferSize,
                                               &nameLength, characters(driver), bufferSize, &driverLength);
+        if (SQL_SUCCEEDED(code))
+            sources.push_back({firstOf(name, nameLength), firstOf(driver, driverLength)});
         if (code != SQL_SUCCESS) break;
-        sources.push_back({firstOf(name, nameLength), firstOf(driver, driverLength)});
     }
     SQLFreeEnv(environment);
     return sources;

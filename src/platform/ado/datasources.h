@@ -13,8 +13,8 @@ struct DataSource {
     QString driver;  ///< the driver's description
 };
 
-/// The data sources in the driver manager's order, up to the first call that does not plainly succeed (more
-/// than 1024 characters count as such). Nothing at all when no ODBC environment can be had.
+/// The data sources in the driver manager's order; one whose texts do not fit 1024 characters is cut and is
+/// the last. Nothing at all when no ODBC environment can be had.
 std::optional<std::vector<DataSource>> dataSources();
 
 /// True when the data-access layer works and the driver manager knows a driver named "SQL Server".
