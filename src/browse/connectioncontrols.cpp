@@ -1,5 +1,7 @@
 #include "browse/connectioncontrols.h"
 
+#include "browse/named.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -19,12 +21,6 @@ namespace tw {
 namespace {
 
 constexpr int EntryWidth = 240;
-
-template <class Widget>
-Widget* named(const QString& name, Widget* widget) {
-    widget->setObjectName(name);
-    return widget;
-}
 
 QLabel* makeLabel(const QString& name, const QString& text, QWidget* parent, QWidget* buddy) {
     QLabel* label = named(name, new QLabel(text, parent));

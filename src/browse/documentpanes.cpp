@@ -1,5 +1,6 @@
 #include "browse/documentpanes.h"
 
+#include "browse/named.h"
 #include "browse/splitterhandle.h"
 #include "browse/titlelabel.h"
 #include "platform/desktop/twips.h"
@@ -28,12 +29,6 @@ void place(QWidget& widget, int left, int top, int width, int height) {
 void limit(int& position, int extent) {
     position = std::max(position, LayoutLimit);
     position = std::min(position, extent - LayoutLimit);
-}
-
-template <class Widget>
-Widget* named(const QString& name, Widget* widget) {
-    widget->setObjectName(name);
-    return widget;
 }
 
 }  // namespace

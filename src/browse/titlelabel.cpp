@@ -12,7 +12,7 @@ constexpr int Indent = 4;
 
 TitleLabel::TitleLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
     setTextFormat(Qt::PlainText);
-    setMargin(4);
+    setMargin(Indent);
 }
 
 QSize TitleLabel::minimumSizeHint() const {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+namespace tw {
+
+/// The widget, under an object name.
+template <class Widget>
+Widget* named(const QString& name, Widget* widget) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+}  // namespace tw
