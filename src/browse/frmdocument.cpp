@@ -39,6 +39,10 @@ frmDocument::frmDocument(AppState& state, Frame& frame, QWidget* parent)
 
 frmDocument::~frmDocument() {
     Form_Unload();
+    // The models go before the views, which are children.
+    m_tvDB->setNodes(nullptr);
+    m_lvTblDef->setItems(nullptr);
+    m_lvTblData->setItems(nullptr);
 }
 
 QSize frmDocument::sizeHint() const {

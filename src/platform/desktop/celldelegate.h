@@ -15,7 +15,6 @@ class CellDelegate : public QStyledItemDelegate {
     using QStyledItemDelegate::QStyledItemDelegate;
 
     void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
-    bool hasPictures() const { return !m_pictures.isEmpty(); }
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
     /// A tooltip with the whole text where the cell cuts it.

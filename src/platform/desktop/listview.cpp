@@ -53,10 +53,6 @@ void ListView::setItems(controls::ListItems* items) {
     m_columnsNew = items->rowCount() == 0;
 }
 
-controls::ListItems* ListView::items() const {
-    return static_cast<controls::ListItems*>(model());
-}
-
 void ListView::setPictures(QList<QIcon> icons) {
     static_cast<CellDelegate*>(itemDelegate())->setPictures(Pictures(std::move(icons)));
     viewport()->update();
@@ -118,14 +114,10 @@ QString ListView::selectedText() const {
     return text;
 }
 
-void ListView::copySelection() const {
-    const QString text = selectedText();
-    if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
-}
-
 void ListView::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
-        copySelection();
+        const QString text = selectedText();
+        if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
         event->accept();
         return;
     }
@@ -155,6 +147,7 @@ void ListView::fitRowHeight() {
 }
 
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (!model()) return {};
     QScrollBar* across = horizontalScrollBar();
     switch (action) {
         // A list has no cell to go to on the left or the right; its ends are the first and the last row.

@@ -20,7 +20,6 @@ class ListView : public QTableView {
 
     /// Shows the items, which must outlive the view or be set to null before.
     void setItems(controls::ListItems* items);
-    controls::ListItems* items() const;
     /// The pictures that items' icon numbers mean.
     void setPictures(QList<QIcon> icons);
 
@@ -30,7 +29,6 @@ class ListView : public QTableView {
     /// The selected rows as they are copied: tabs between columns, each line ended; tabs and line ends
     /// inside a text become blanks.
     QString selectedText() const;
-    void copySelection() const;
 
   Q_SIGNALS:
     /// The right mouse button was released over the view, or the menu key pressed; a point of the screen.

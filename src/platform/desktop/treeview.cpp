@@ -57,10 +57,6 @@ void TreeView::setNodes(controls::Nodes* nodes) {
     m_visibleWanted = connect(nodes, &controls::Nodes::visibleWanted, this, &TreeView::openTo);
 }
 
-controls::Nodes* TreeView::nodes() const {
-    return static_cast<controls::Nodes*>(model());
-}
-
 void TreeView::setPictures(QList<QIcon> icons) {
     static_cast<NodeDelegate*>(itemDelegate())->setPictures(Pictures(std::move(icons)));
     viewport()->update();

@@ -21,7 +21,6 @@ class TreeView : public QTreeView {
 
     /// Shows the nodes, which must outlive the view or be set to null before.
     void setNodes(controls::Nodes* nodes);
-    controls::Nodes* nodes() const;
     /// The pictures that nodes' picture numbers mean.
     void setPictures(QList<QIcon> icons);
 
