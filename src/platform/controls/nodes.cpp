@@ -37,10 +37,6 @@ void Nodes::clear() {
     endResetModel();
 }
 
-void Nodes::noteChange(const Node& node) {
-    Q_EMIT dataChanged(indexOf(node), indexOf(node));
-}
-
 void Nodes::ensureVisible(const Node& node) {
     Q_EMIT visibleWanted(indexOf(node));
 }

@@ -8,12 +8,12 @@
 
 namespace controls {
 
-/// One node of a tree. Lives until Nodes::clear(). Call Nodes::noteChange after a change of text or picture.
+/// One node of a tree. Lives until Nodes::clear().
 struct Node {
     const QString key;
-    QString text;
-    int image = 0;  ///< picture number, 0 for none
-    int selectedImage = 0;
+    const QString text;
+    const int image = 0;  ///< picture number, 0 for none
+    const int selectedImage = 0;
     Node* parent = nullptr;  ///< null for a root
     int row = 0;             ///< position among its siblings
     std::vector<Node*> children;
@@ -38,8 +38,6 @@ class Nodes : public QAbstractItemModel {
     int count() const;
     void clear();
 
-    /// Tells views that the text or a picture of a node was changed.
-    void noteChange(const Node& node);
     /// Asks the view to open the branches above a node so that it shows.
     void ensureVisible(const Node& node);
 

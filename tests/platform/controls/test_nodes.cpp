@@ -2,7 +2,6 @@
 #include "platform/runtimeerror.h"
 
 #include <QAbstractItemModelTester>
-#include <QSignalSpy>
 #include <QTest>
 
 using controls::Node;
@@ -15,8 +14,6 @@ class NodesTest : public QObject {
     void keepsTheTree();
     void refusesTakenKeys();
     void clears();
-    void tellsViews();
-    void hundredThousandNodes();
 };
 
 void NodesTest::keepsTheTree() {
@@ -66,33 +63,6 @@ void NodesTest::clears() {
     QVERIFY(!nodes.find(QStringLiteral("D1")));
     nodes.add(nullptr, QStringLiteral("D1"), QStringLiteral("free again"), 0, 0);
     QCOMPARE(nodes.index(0, 0).data().toString(), QStringLiteral("free again"));
-}
-
-void NodesTest::tellsViews() {
-    Nodes nodes;
-    Node& root = nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("before"), 0, 0);
-    QSignalSpy changed(&nodes, &Nodes::dataChanged);
-    QSignalSpy wanted(&nodes, &Nodes::visibleWanted);
-    root.text = QStringLiteral("after");
-    nodes.noteChange(root);
-    nodes.ensureVisible(root);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(wanted.at(0).at(0).toModelIndex().data().toString(), QStringLiteral("after"));
-}
-
-void NodesTest::hundredThousandNodes() {
-    Nodes nodes;
-    Node& root = nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 1, 1);
-    for (int database = 0; database < 1000; ++database) {
-        const QString key = QStringLiteral("D%1").arg(database);
-        Node& parent = nodes.add(&root, key, key, 2, 2);
-        for (int table = 0; table < 100; ++table) {
-            const QString name = QStringLiteral("table%1").arg(table);
-            nodes.add(&parent, key + name, name, 3, 3);
-        }
-    }
-    QCOMPARE(nodes.count(), 101001);
-    QCOMPARE(nodes.find(QStringLiteral("D999table99"))->parent->key, QStringLiteral("D999"));
 }
 
 QTEST_GUILESS_MAIN(NodesTest)
