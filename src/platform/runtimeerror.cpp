@@ -4,17 +4,26 @@
 
 namespace platform {
 
+void throwDuplicateKey() {
+    throw RuntimeError(errors::DuplicateCollectionKey,
+                       QStringLiteral("This key is already associated with an element of this collection"));
+}
+
+void throwNoSuchKey() {
+    throw RuntimeError(errors::InvalidCall, QStringLiteral("Invalid procedure call or argument"));
+}
+
 RuntimeError currentError() {
     try {
         throw;
     } catch (const RuntimeError& error) {
         return error;
     } catch (const std::bad_alloc&) {
-        return {7, QStringLiteral("Out of memory")};
+        return {errors::OutOfMemory, QStringLiteral("Out of memory")};
     } catch (const std::exception& error) {
-        return {51, QString::fromLocal8Bit(error.what())};
+        return {errors::Internal, QString::fromLocal8Bit(error.what())};
     } catch (...) {
-        return {51, QStringLiteral("Internal error")};
+        return {errors::Internal, QStringLiteral("Internal error")};
     }
 }
 

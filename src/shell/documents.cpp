@@ -7,20 +7,14 @@
 namespace tw {
 
 void Documents::add(Document& document, const QString& key) {
-    if (find(key) != nullptr) {
-        throw platform::RuntimeError(
-            platform::errors::DuplicateCollectionKey,
-            QStringLiteral("This key is already associated with an element of this collection"));
-    }
+    if (find(key) != nullptr) platform::throwDuplicateKey();
     m_entries.emplace_back(key, &document);
 }
 
 void Documents::remove(const QString& key) {
     const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
                                     [&](const auto& candidate) { return candidate.first == key; });
-    if (entry == m_entries.end()) {
-        throw platform::RuntimeError(5, QStringLiteral("Invalid procedure call or argument"));
-    }
+    if (entry == m_entries.end()) platform::throwNoSuchKey();
     m_entries.erase(entry);
 }
 

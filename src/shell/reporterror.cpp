@@ -1,5 +1,6 @@
 #include "shell/reporterror.h"
 
+#include "platform/ado/error.h"
 #include "platform/desktop/msgbox.h"
 #include "platform/runtimeerror.h"
 #include "shell/appstate.h"
@@ -8,18 +9,15 @@ namespace tw {
 
 namespace {
 
-constexpr qint32 LoginFailed = qint32(0x80040E4D);
-constexpr qint32 ServerUnreachable = qint32(0x80004005);
-
 const QString LineBreak = QStringLiteral("\r\n");
 const QString BlankLine = LineBreak + LineBreak;
 
 QString hintFor(qint32 number) {
-    if (number == LoginFailed) {
+    if (number == ado::numbers::LoginFailed) {
         return QStringLiteral("Please make sure your User ID and Password have been entered correctly.") +
                BlankLine;
     }
-    if (number == ServerUnreachable) {
+    if (number == ado::numbers::Unspecified) {
         return QStringLiteral(
                    "Please make sure that the Server Name has been entered correctly "
                    "and the SQL Server has started successfully.") +

@@ -51,7 +51,8 @@ QVariant ComboItems::data(const QModelIndex& index, int role) const {
 
 const ComboItems::Entry& ComboItems::entry(int index) const {
     if (index < 0 || index >= count()) {
-        throw platform::RuntimeError(381, QStringLiteral("Invalid property array index"));
+        throw platform::RuntimeError(platform::errors::InvalidPropertyArrayIndex,
+                                     QStringLiteral("Invalid property array index"));
     }
     return m_entries[static_cast<size_t>(index)];
 }

@@ -5,20 +5,14 @@
 namespace controls {
 
 void KeyedTexts::add(const QString& text, const QString& key) {
-    if (m_positions.contains(key)) {
-        throw platform::RuntimeError(
-            platform::errors::DuplicateCollectionKey,
-            QStringLiteral("This key is already associated with an element of this collection"));
-    }
+    if (m_positions.contains(key)) platform::throwDuplicateKey();
     m_positions.insert(key, m_texts.size());
     m_texts.append(text);
 }
 
 QString KeyedTexts::item(const QString& key) const {
     const auto position = m_positions.constFind(key);
-    if (position == m_positions.constEnd()) {
-        throw platform::RuntimeError(5, QStringLiteral("Invalid procedure call or argument"));
-    }
+    if (position == m_positions.constEnd()) platform::throwNoSuchKey();
     return m_texts.at(*position);
 }
 

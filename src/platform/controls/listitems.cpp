@@ -116,7 +116,8 @@ QVariant ListItems::headerData(int section, Qt::Orientation orientation, int rol
 
 void ListItems::checkItem(int item) const {
     if (item < 0 || item >= count()) {
-        throw platform::RuntimeError(35600, QStringLiteral("Index out of bounds"));
+        throw platform::RuntimeError(platform::errors::IndexOutOfBounds,
+                                     QStringLiteral("Index out of bounds"));
     }
 }
 

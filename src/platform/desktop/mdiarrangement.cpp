@@ -1,6 +1,6 @@
 #include "platform/desktop/mdiarrangement.h"
 
-#include "platform/runtimeerror.h"
+#include "platform/conversions.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace desktop {
 namespace arrangement {
@@ -158,12 +157,7 @@ void arrangeIcons(QMdiArea& area) {
 }
 
 double centredPosition(double outsideTwips, double insideTwips) {
-    const double free = std::nearbyint(outsideTwips - insideTwips);
-    using Limits = std::numeric_limits<qint32>;
-    if (!(free >= Limits::min() && free <= Limits::max())) {
-        throw platform::RuntimeError(platform::errors::Overflow, QStringLiteral("Overflow"));
-    }
-    return free / 2;
+    return platform::roundToLong(outsideTwips - insideTwips) / 2.0;
 }
 
 }  // namespace desktop
