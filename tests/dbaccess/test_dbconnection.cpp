@@ -9,7 +9,6 @@ class TestDBConnection : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void startsEmpty();
     void textHelpers_data();
     void textHelpers();
     void namesServer_data();
@@ -17,15 +16,6 @@ class TestDBConnection : public QObject {
     void leavesOut_data();
     void leavesOut();
 };
-
-void TestDBConnection::startsEmpty() {
-    const DBConnection connection;
-    QCOMPARE(connection.getServer(), QString());
-    QCOMPARE(connection.getDatabase(), QString());
-    QCOMPARE(connection.getTable(), QString());
-    QCOMPARE(connection.getConnectionString(), QString());
-    QVERIFY(!connection.getDSN());
-}
 
 void TestDBConnection::textHelpers_data() {
     QTest::addColumn<QString>("text");

@@ -26,7 +26,6 @@ class FailuresTest : public QObject {
     void guardHandsFailuresOn_data();
     void guardHandsFailuresOn();
     void guardedConnections();
-    void handlersAreReplaceable();
     void boxesAreAnswered();
     void eventsAreServedNowAndThen();
     void eventsMayYieldThemselves();
@@ -75,19 +74,6 @@ void FailuresTest::guardedConnections() {
     QCOMPARE(receiver.received, 7);
     QCOMPARE(text, QStringLiteral("seven"));
     QCOMPARE(failures, 1);
-}
-
-void FailuresTest::handlersAreReplaceable() {
-    int inner = 0;
-    int outer = 0;
-    const auto before = setUnhandledFailureHandler([&](const platform::RuntimeError&) { ++outer; });
-    auto previous = setUnhandledFailureHandler([&](const platform::RuntimeError&) { ++inner; });
-    guard([] { throw 1; });
-    setUnhandledFailureHandler(previous);
-    guard([] { throw 1; });
-    setUnhandledFailureHandler(before);
-    QCOMPARE(inner, 1);
-    QCOMPARE(outer, 1);
 }
 
 void FailuresTest::boxesAreAnswered() {

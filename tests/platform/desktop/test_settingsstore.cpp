@@ -64,7 +64,6 @@ class SettingsStoreTest : public QObject {
     void keepsTexts_data();
     void keepsTexts();
     void defaults();
-    void storesKeepEachOthersKeys();
     void processesKeepEachOthersKeys();
     void onlyItsUserReadsIt();
     void damagedFileStaysAsItIs_data();
@@ -113,18 +112,6 @@ void SettingsStoreTest::defaults() {
     QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("B"), missing), missing);
     QCOMPARE(store.GetSetting(Application, QStringLiteral("Other"), QStringLiteral("A"), missing), missing);
     QCOMPARE(store.GetSetting(QStringLiteral("Other"), Section, QStringLiteral("A"), missing), missing);
-}
-
-void SettingsStoreTest::storesKeepEachOthersKeys() {
-    SettingsStore first(path());
-    SettingsStore second(path());
-    first.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
-    second.SaveSetting(Application, Section, QStringLiteral("B"), QStringLiteral("2"));
-    first.SaveSetting(QStringLiteral("Other"), Section, QStringLiteral("A"), QStringLiteral("3"));
-    second.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("4"));
-    QCOMPARE(first.GetSetting(Application, Section, QStringLiteral("A")), QStringLiteral("4"));
-    QCOMPARE(first.GetSetting(Application, Section, QStringLiteral("B")), QStringLiteral("2"));
-    QCOMPARE(second.GetSetting(QStringLiteral("Other"), Section, QStringLiteral("A")), QStringLiteral("3"));
 }
 
 void SettingsStoreTest::processesKeepEachOthersKeys() {
