@@ -86,7 +86,9 @@ void frmDocument::chooseDatabase(const controls::Node& node, bool open) {
     if (!open) return;
     m_panes->lblTitle(1).setText(QStringLiteral("Table Definition:"));
     m_definitions.clearItems();
-    m_panes->lblTitle(2).setText(connection()->FillLvDBDetail(m_data, node.text));
+    const QPointer<frmDocument> stillOpen(this);  // as in openTable()
+    const QString caption = connection()->FillLvDBDetail(m_data, QString(node.text));
+    if (!stillOpen.isNull()) m_panes->lblTitle(2).setText(caption);
 }
 
 void frmDocument::openTable(const controls::Node& node) {

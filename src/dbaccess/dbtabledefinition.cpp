@@ -3,6 +3,8 @@
 #include "platform/controls/keyedtexts.h"
 #include "platform/controls/listitems.h"
 
+#include <QPointer>
+
 namespace tw {
 
 namespace {
@@ -42,10 +44,13 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
             list.addItem(u"<No Column Defined>");
             return;
         }
+        // Either look-up may report its failure, and the list may go while the message box is open.
+        const QPointer<controls::ListItems> stillThere(&list);
         controls::KeyedTexts primaryKeys;
         FindTablePrimaryKey(connection, table, primaryKeys);
         controls::KeyedTexts foreignKeys;
         const bool foreignKeysKnown = FindTableForeignKey(connection, table, foreignKeys);
+        if (stillThere.isNull()) return;
 
         const ado::Field& name = rows.Fields(QStringLiteral("COLUMN_NAME"));
         const ado::Field& type = rows.Fields(QStringLiteral("TYPE_NAME"));
