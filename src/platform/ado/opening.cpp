@@ -31,9 +31,12 @@ SQLRETURN connectNow(DriverConnection& link, const QString& text) {
 
 void runAttempt(Attempt& attempt) {
     const SQLRETURN code = connectNow(*attempt.link, attempt.text);
-    const std::lock_guard lock(attempt.mutex);
-    attempt.code = code;
-    attempt.ended = true;
+    {
+        const std::lock_guard lock(attempt.mutex);
+        attempt.code = code;
+        attempt.ended = true;
+    }
+    // Behind the lock: the waiting thread would only wake to wait for it.
     attempt.changed.notify_one();
 }
 

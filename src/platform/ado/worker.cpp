@@ -13,9 +13,11 @@ struct Worker::State {
     bool ending = false;
 
     void tell(std::function<void()> newTask, bool end) {
-        const std::lock_guard lock(mutex);
-        task = std::move(newTask);
-        ending = end;
+        {
+            const std::lock_guard lock(mutex);
+            task = std::move(newTask);
+            ending = end;
+        }
         changed.notify_one();
     }
 };
