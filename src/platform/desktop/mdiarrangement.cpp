@@ -114,7 +114,10 @@ void tile(QMdiArea& area, bool stacked) {
     const auto places = arrangement::tiles(room, static_cast<int>(children.open.size()), stacked);
     for (size_t child = 0; child < places.size(); ++child) {
         placeChild(*children.open[child], places[child]);
+        // Of children that overlap, the title bars stay in sight.
+        children.open[child]->raise();
     }
+    if (!children.open.empty()) children.open.front()->raise();
     arrangeIcons(area);
 }
 
