@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -16,6 +17,7 @@ namespace desktop {
 namespace {
 
 constexpr int PictureSize = 16;
+constexpr int TextMargin = 4;
 
 }  // namespace
 
@@ -133,6 +135,19 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     // The mouse asks when its button is released.
     if (event->reason() == QContextMenuEvent::Keyboard) Q_EMIT contextMenuWanted(event->globalPos());
     event->accept();
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    const auto* items = static_cast<const controls::ListItems*>(model());
+    if (!items || items->headerCount() > 0) return;
+    // A table without columns has no cells to paint.
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Text));
+    for (int row = 0; row < items->rowCount() && rowViewportPosition(row) < viewport()->height(); ++row) {
+        const QRect line(TextMargin, rowViewportPosition(row), viewport()->width(), rowHeight(row));
+        painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine, oneLine(items->text(row)));
+    }
 }
 
 void ListView::changeEvent(QEvent* event) {

@@ -11,7 +11,8 @@ class ListItems;
 namespace desktop {
 
 /// A list view in report style over controls::ListItems: whole rows are selected, columns can be resized, and
-/// Ctrl+C copies the selected rows as text with tabs between the columns. A million rows show at once.
+/// Ctrl+C copies the selected rows as text with tabs between the columns. A million rows show at once. Items
+/// without any header above them show their own texts.
 class ListView : public QTableView {
     Q_OBJECT
 
@@ -38,6 +39,7 @@ class ListView : public QTableView {
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyboardSearch(const QString& search) override;

@@ -56,6 +56,7 @@ class ViewsTest : public QObject {
     void listKeys();
     void listColumnWidths();
     void listPictures();
+    void listWithoutHeaders();
     void listTakesRowsWhileShown();
     void cellTexts_data();
     void cellTexts();
@@ -158,6 +159,19 @@ void ViewsTest::listPictures() {
     QVERIFY(!shows(0, Qt::red) && !shows(0, Qt::green));
     QVERIFY(shows(1, Qt::red));
     QVERIFY(shows(2, Qt::green));
+}
+
+void ViewsTest::listWithoutHeaders() {
+    ListItems items;
+    ListView view;
+    view.setItems(&items);
+    const auto shown = [&] { return view.viewport()->grab().toImage(); };
+    const QImage empty = shown();
+    items.addItem(u"<No Permission>");
+    items.notifyViews();
+    QVERIFY(shown() != empty);
+    items.clearItems();
+    QCOMPARE(shown(), empty);
 }
 
 void ViewsTest::listTakesRowsWhileShown() {
