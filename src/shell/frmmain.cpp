@@ -50,6 +50,15 @@ int screenPixels(float twips) {
     return desktop::toPixels(std::clamp(twips, -Farthest, Farthest));
 }
 
+/// Whether a window there can be taken hold of: the screen that it stood on may be gone.
+bool titleCanBeSeen(const QRect& window) {
+    constexpr int TitleHeight = 24;
+    const QRect title(window.topLeft(), QSize(window.width(), TitleHeight));
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    return std::any_of(screens.begin(), screens.end(),
+                       [&](const QScreen* screen) { return screen->geometry().intersects(title); });
+}
+
 }  // namespace
 
 frmMain::frmMain(AppState& state)
@@ -115,8 +124,11 @@ void frmMain::place() {
     const StartPlacement start =
         startPlacement(loadPlacement(m_state), float(desktop::toTwips(screen.width())),
                        float(desktop::toTwips(screen.height())));
-    move(screenPixels(start.placement.left), screenPixels(start.placement.top));
-    resize(screenPixels(start.placement.width), screenPixels(start.placement.height));
+    const QSize stored(screenPixels(start.placement.width), screenPixels(start.placement.height));
+    // A size that only showing the frame makes possible would shift it by its border.
+    resize(stored.expandedTo(minimumSizeHint()));
+    const QPoint corner(screenPixels(start.placement.left), screenPixels(start.placement.top));
+    move(titleCanBeSeen(QRect(corner, size())) ? corner : QPoint(0, 0));
     if (start.maximised) setWindowState(windowState() | Qt::WindowMaximized);
 }
 

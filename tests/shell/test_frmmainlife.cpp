@@ -25,6 +25,8 @@ class FrmMainLifeTest : public QObject {
     void closingStores_data();
     void closingStores();
     void placeDoesNotCreep();
+    void placeThatNobodyCouldReach_data();
+    void placeThatNobodyCouldReach();
     void badNumberLeavesTheSettingsAlone();
     void splashGoesAndLeavesTheFrame();
     void splashDoesNotBringAClosedFrameBack();
@@ -106,6 +108,47 @@ void FrmMainLifeTest::placeDoesNotCreep() {
     again.show();
     QCOMPARE(again.pos(), position);
     QCOMPARE(again.size(), QSize(640, 480));
+}
+
+void FrmMainLifeTest::placeThatNobodyCouldReach_data() {
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("top");
+    QTest::addColumn<QString>("size");
+    QTest::addColumn<QPoint>("position");
+    QTest::newRow("half outside") << "-1500"
+                                  << "1500"
+                                  << "6000" << QPoint(-100, 100);
+    QTest::newRow("left of the screen") << "-60000"
+                                        << "1500"
+                                        << "6000" << QPoint(0, 0);
+    QTest::newRow("only the title above the screen") << "1500"
+                                                     << "-3000"
+                                                     << "6000" << QPoint(0, 0);
+    QTest::newRow("beyond what window systems take") << "1E+30"
+                                                     << "1500"
+                                                     << "6000" << QPoint(0, 0);
+    QTest::newRow("no size") << "1500"
+                             << "1500"
+                             << "0" << QPoint(100, 100);
+    QTest::newRow("negative size") << "1500"
+                                   << "1500"
+                                   << "-300" << QPoint(100, 100);
+}
+
+void FrmMainLifeTest::placeThatNobodyCouldReach() {
+    QFETCH(QString, left);
+    QFETCH(QString, top);
+    QFETCH(QString, size);
+    FrameFixture fixture;
+    fixture.state.saveSetting(QStringLiteral("MainLeft"), left);
+    fixture.state.saveSetting(QStringLiteral("MainTop"), top);
+    fixture.state.saveSetting(QStringLiteral("MainWidth"), size);
+    fixture.state.saveSetting(QStringLiteral("MainHeight"), size);
+    fixture.frame.Form_Load();
+    const QSize loaded = fixture.frame.size();
+    fixture.frame.show();
+    QTEST(fixture.frame.pos(), "position");
+    QCOMPARE(fixture.frame.size(), loaded);
 }
 
 void FrmMainLifeTest::badNumberLeavesTheSettingsAlone() {
