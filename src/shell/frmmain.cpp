@@ -19,8 +19,10 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -85,6 +87,9 @@ frmMain::frmMain(AppState& state)
     m_menus.mnuViewStatusBar->setChecked(true);
 
     new WindowList(*m_menus.mnuWindow, *m_area);  // owned by the menu
+    auto* menuKey = new QShortcut(Qt::Key_F10, this);
+    connect(menuKey, &QShortcut::activated, this,
+            [this] { menuBar()->setActiveAction(m_menus.mnuFile->menuAction()); });
     connectCommands();
 }
 

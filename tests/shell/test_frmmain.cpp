@@ -65,6 +65,7 @@ class FrmMainTest : public QObject {
   private Q_SLOTS:
     void menus_data();
     void menus();
+    void menuKey();
     void toolbar();
     void enabling_data();
     void enabling();
@@ -137,6 +138,17 @@ void FrmMainTest::menus() {
     QCOMPARE(itemsOf(shown->actions()), items);
     const bool onMenuBar = fixture.frame.menuBar()->actions().contains(shown->menuAction());
     QCOMPARE(onMenuBar, !menu.startsWith(QStringLiteral("mnuPop")));
+}
+
+void FrmMainTest::menuKey() {
+    FrameFixture fixture;
+    fixture.frame.show();
+    QVERIFY(QTest::qWaitForWindowActive(&fixture.frame));
+    auto* file = fixture.frame.findChild<QMenu*>(QStringLiteral("mnuFile"));
+    QTest::keyClick(&fixture.frame, Qt::Key_F10);
+    QTRY_VERIFY(file->isVisible());
+    QTest::keyClick(file, Qt::Key_Escape);
+    QVERIFY(!file->isVisible());
 }
 
 void FrmMainTest::toolbar() {
