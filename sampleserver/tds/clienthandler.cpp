@@ -7,6 +7,7 @@
 #include "tds/wirebytes.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace tds {
 
@@ -20,6 +21,19 @@ QByteArrayView transactionName() {
     static constexpr char bytes[8] = {1};
     return {bytes, sizeof(bytes)};
 }
+
+/// Keeps the error of a statement that has nothing else to tell.
+class ErrorSink : public engine::ResultSink {
+  public:
+    std::optional<engine::SqlMessage> error;
+
+    void columns(const std::vector<engine::ResultColumn>&) override {}
+    void row(std::span<const engine::Value>) override {}
+    void statementDone(qint64, bool) override {}
+    void message(const engine::SqlMessage& message) override { error = message; }
+    void databaseChanged(const QString&, const QString&) override {}
+    bool cancelled() override { return false; }
+};
 
 engine::SqlMessage information(int number, int state, const QString& text) {
     return {.number = number, .severity = 10, .state = state, .text = text};
@@ -139,27 +153,15 @@ void ClientHandler::runRpc(const Message& message) {
 void ClientHandler::runTransactionRequest(const Message& message) {
     using Kind = TransactionRequest::Kind;
     const TransactionRequest request = parseTransactionRequest(message.payload, m_login.version.version);
-    QByteArray& out = m_stream.response();
     switch (request.kind) {
         case Kind::Begin:
-            ++m_openTransactions;
-            appendBytesChange(out, EnvChange::BeginTransaction, transactionName(), {});
+            if (!runTransactionStep(QStringLiteral("BEGIN"))) return;
             break;
         case Kind::Commit:
         case Kind::Rollback: {
             const bool commit = request.kind == Kind::Commit;
-            if (m_openTransactions == 0)
-                return answerError(
-                    {.number = commit ? 3902 : 3903,
-                     .text = QStringLiteral("The %1 TRANSACTION request has no corresponding BEGIN "
-                                            "TRANSACTION.")
-                                 .arg(commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK"))});
-            m_openTransactions = commit ? m_openTransactions - 1 : 0;
-            appendBytesChange(out, commit ? EnvChange::CommitTransaction : EnvChange::RollbackTransaction, {},
-                              transactionName());
-            if (!request.beginsAnother) break;
-            ++m_openTransactions;
-            appendBytesChange(out, EnvChange::BeginTransaction, transactionName(), {});
+            if (!runTransactionStep(commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK"))) return;
+            if (request.beginsAnother && !runTransactionStep(QStringLiteral("BEGIN"))) return;
             break;
         }
         case Kind::Save:
@@ -170,6 +172,24 @@ void ClientHandler::runTransactionRequest(const Message& message) {
                  .text = QStringLiteral("MSDTC on server '%1' is unavailable.").arg(m_settings.serverName)});
     }
     answerDone(DoneFinal);
+}
+
+bool ClientHandler::runTransactionStep(const QString& step) {
+    ErrorSink sink;
+    m_session->execute(step + QStringLiteral(" TRANSACTION"), sink);
+    if (sink.error) {
+        answerError(*sink.error);
+        return false;
+    }
+    QByteArray& out = m_stream.response();
+    if (step == QStringLiteral("BEGIN")) {
+        appendBytesChange(out, EnvChange::BeginTransaction, transactionName(), {});
+    } else {
+        const bool commit = step == QStringLiteral("COMMIT");
+        appendBytesChange(out, commit ? EnvChange::CommitTransaction : EnvChange::RollbackTransaction, {},
+                          transactionName());
+    }
+    return true;
 }
 
 void ClientHandler::answerError(const engine::SqlMessage& message) {
@@ -183,7 +203,6 @@ void ClientHandler::answerDone(quint16 status) {
 }
 
 void ClientHandler::resetSession() {
-    m_openTransactions = 0;
     m_session = m_makeSession(m_spid);
     if (!m_session->login(m_login.request).empty()) throw ProtocolError("session cannot be made anew");
     appendBytesChange(m_stream.response(), EnvChange::ResetAcknowledged, {}, {});

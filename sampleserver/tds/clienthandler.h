@@ -41,6 +41,8 @@ class ClientHandler {
     void runBatch(const QString& batch, bool asProcedure);
     void runRpc(const Message& message);
     void runTransactionRequest(const Message& message);
+    /// BEGIN, COMMIT or ROLLBACK; false when it failed and the error was answered.
+    bool runTransactionStep(const QString& step);
     void answerError(const engine::SqlMessage& message);
     void answerDone(quint16 status);
     void resetSession();
@@ -51,7 +53,6 @@ class ClientHandler {
     const SessionFactory& m_makeSession;
     std::unique_ptr<engine::ClientSession> m_session;
     Login7 m_login;
-    int m_openTransactions = 0;
 };
 
 }  // namespace tds
