@@ -223,7 +223,7 @@ Bound Binder::aggregateOf(const QString& function, const QString& distinct, cons
     const bool average = function == QLatin1String("avg");
     if (isFloat(id)) {
         result.type = {.id = TypeId::Float};
-        result.sql = text(average ? "avg" : "sum");
+        result.sql = callText("ts_float", {text(average ? "avg" : "sum")});
     } else if (isDecimal(id)) {
         const SqlType total{.id = id, .precision = 38, .scale = argument.type.scale};
         Bound sum =
@@ -239,9 +239,8 @@ Bound Binder::aggregateOf(const QString& function, const QString& distinct, cons
         }
     } else {
         result.type = {.id = isMoney(id) ? TypeId::Money : TypeId::Int};
-        QString sum = text("sum");
-        if (average) sum += QLatin1String(" / ") + text("count");
-        result.sql = checkedInteger(sum, result.type);
+        result.sql = checkedInteger(text("sum"), result.type);
+        if (average) result.sql = QStringLiteral("(%1 / %2)").arg(result.sql, text("count"));
     }
     return result;
 }

@@ -15,7 +15,15 @@ ExprPtr make(Node node) {
 
 Literal numberLiteral(const QString& text) {
     if (text.contains(u'e', Qt::CaseInsensitive)) {
-        return {.value = text.toDouble(), .type = {.id = TypeId::Float}};
+        bool inRange = false;
+        const double number = text.toDouble(&inRange);
+        if (!inRange) {
+            throw SqlError(168, 15,
+                           QStringLiteral("The floating point value '%1' is out of the range of computer "
+                                          "representation (8 bytes).")
+                               .arg(text));
+        }
+        return {.value = number, .type = {.id = TypeId::Float}};
     }
     bool isInt = false;
     const int whole = text.toInt(&isInt);

@@ -124,6 +124,7 @@ void patIndex(StoreCall& c) {
     const QString text = c.text(1);
     if (!pattern.startsWith(u'%')) return c.result(qint64(matchesPattern(text, pattern, QChar()) ? 1 : 0));
     pattern.remove(0, 1);
+    if (pattern.isEmpty()) return c.result(qint64(1));
     for (qsizetype at = 0; at <= text.size(); ++at) {
         if (matchesPattern(QStringView(text).mid(at), pattern, QChar())) return c.result(qint64(at + 1));
     }

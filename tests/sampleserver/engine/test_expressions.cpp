@@ -328,6 +328,9 @@ void ExpressionsTest::failures_data() {
     row("CAST(1000 AS decimal(3,0))", 8115);
     row("$922337203685477.5807 + $1", 8115);
     row("1e308 * 10", 8115);
+    row("SUM(x) FROM (SELECT 1e308 x UNION ALL SELECT 1e308) t", 8115);
+    row("AVG(x) FROM (SELECT 2147483647 x UNION ALL SELECT 1) t", 8115);
+    row("1e400", 168);
     row("99999999999999999999999999999999999999 + 1", 8115);
     row("CAST(300 AS tinyint)", 220);
     row("CAST('300' AS tinyint)", 244);
