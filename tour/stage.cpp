@@ -20,6 +20,7 @@ namespace tour {
 namespace {
 
 constexpr int PatienceMilliseconds = 10000;
+constexpr int DialogMilliseconds = 60000;
 
 QModelIndex childOf(const QAbstractItemModel& model, const QModelIndex& parent, const QString& text) {
     for (int row = 0; row < model.rowCount(parent); ++row) {
@@ -27,6 +28,12 @@ QModelIndex childOf(const QAbstractItemModel& model, const QModelIndex& parent, 
         if (index.data().toString() == text) return index;
     }
     throw Failure(QStringLiteral("the tree has no node ") + text);
+}
+
+void closeDialogs() {
+    while (QWidget* dialog = QApplication::activeModalWidget()) {
+        if (!dialog->close()) break;
+    }
 }
 
 }  // namespace
@@ -151,11 +158,18 @@ void Stage::inDialog(const std::function<void()>& open, const std::function<void
         } catch (...) {
             failure = std::current_exception();
         }
-        while (failure && QApplication::activeModalWidget() != nullptr) {
-            if (!QApplication::activeModalWidget()->close()) break;
-        }
+        if (failure) closeDialogs();
     });
     watch.start(10);
+    // A dialog that stays open, or one that nobody expected, must not hold up the tour for ever.
+    QTimer deadline;
+    QObject::connect(&deadline, &QTimer::timeout, &deadline, [&] {
+        const QWidget* dialog = QApplication::activeModalWidget();
+        const QString title = dialog == nullptr ? QString() : dialog->windowTitle();
+        failure = std::make_exception_ptr(Failure(QStringLiteral("a dialog stays open: ") + title));
+        closeDialogs();
+    });
+    deadline.start(DialogMilliseconds);
     open();
     watch.stop();
     if (failure) std::rethrow_exception(failure);
