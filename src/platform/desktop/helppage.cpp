@@ -1,7 +1,10 @@
 #include "platform/desktop/helppage.h"
 
+#include <QDir>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QImage>
+#include <QResizeEvent>
 #include <QTextBlock>
 #include <QTextTable>
 
@@ -61,6 +64,7 @@ HelpPage::HelpPage(QWidget* parent) : QTextBrowser(parent) {
 void HelpPage::showTopic(const QString& markdown, const QStringList& words) {
     m_markdown = markdown;
     m_words = words;
+    m_pictures.clear();
     QFont body = font();
     body.setPointSizeF(body.pointSizeF() * Body);
     document()->setDefaultFont(body);
@@ -120,6 +124,35 @@ void HelpPage::formatTables() {
             cell.setFormat(head);
         }
     }
+}
+
+QImage HelpPage::fitted(const QUrl& name) const {
+    const QImage picture(QDir(m_folder).filePath(name.path()));
+    const int room = std::max(viewport()->width() - 2 * PageMargin, 1);
+    if (picture.width() <= room) return picture;
+    const double ratio = devicePixelRatioF();
+    QImage shown = picture.scaledToWidth(static_cast<int>(room * ratio), Qt::SmoothTransformation);
+    shown.setDevicePixelRatio(ratio);
+    return shown;
+}
+
+QVariant HelpPage::loadResource(int type, const QUrl& name) {
+    if (type != QTextDocument::ImageResource) return QTextBrowser::loadResource(type, name);
+    m_pictures.insert(name);
+    return fitted(name);
+}
+
+/// The document would scale by leaving out lines, so it is given pictures of the right size.
+void HelpPage::fitPictures() {
+    if (m_pictures.isEmpty()) return;
+    for (const QUrl& name : m_pictures)
+        document()->addResource(QTextDocument::ImageResource, name, fitted(name));
+    document()->markContentsDirty(0, document()->characterCount());
+}
+
+void HelpPage::resizeEvent(QResizeEvent* event) {
+    QTextBrowser::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width()) fitPictures();
 }
 
 void HelpPage::findHits(const QStringList& words) {

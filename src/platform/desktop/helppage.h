@@ -1,16 +1,21 @@
 #pragma once
 
+#include <QSet>
 #include <QTextBrowser>
+#include <QUrl>
 
 namespace desktop {
 
-/// Shows one help topic and marks the words that were searched for.
+/// Shows one help topic with its pictures, never wider than the page, and marks the words that were searched
+/// for.
 class HelpPage : public QTextBrowser {
     Q_OBJECT
 
   public:
     explicit HelpPage(QWidget* parent = nullptr);
 
+    /// Where the files are that the texts name as pictures.
+    void setFolder(const QString& folder) { m_folder = folder; }
     /// Shows a Markdown text with all occurrences of the words marked, the first of them in sight.
     void showTopic(const QString& markdown, const QStringList& words);
     /// Brings the next occurrence in sight, behind the last one the first.
@@ -19,15 +24,21 @@ class HelpPage : public QTextBrowser {
 
   protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    QVariant loadResource(int type, const QUrl& name) override;
 
   private:
     void format();
     void formatTables();
+    void fitPictures();
+    QImage fitted(const QUrl& name) const;
     void findHits(const QStringList& words);
     void markHits();
 
+    QString m_folder;
     QString m_markdown;
     QStringList m_words;
+    QSet<QUrl> m_pictures;  ///< named by the topic
     QList<QTextCursor> m_hits;
     int m_shownHit = -1;
 };

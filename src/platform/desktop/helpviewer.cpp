@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 #include <optional>
@@ -48,7 +49,7 @@ bool WinHelp(QWidget* window, const QString& helpFile, HelpCommand command, cons
         return false;
     }
     HelpWindow* help = openWindow(window->window());
-    help->setTopics(helpTopics(*text));
+    help->setTopics(helpTopics(*text), QFileInfo(file).path());
     help->setWindowTitle(QStringLiteral("%1 Help").arg(QGuiApplication::applicationDisplayName()));
     if (command == HelpCommand::PartialKey) {
         help->showSearch(key);

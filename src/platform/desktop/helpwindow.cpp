@@ -67,7 +67,8 @@ void HelpWindow::layOut() {
     resize(FirstSize);
 }
 
-void HelpWindow::setTopics(std::vector<HelpTopic> topics) {
+void HelpWindow::setTopics(std::vector<HelpTopic> topics, const QString& folder) {
+    m_page->setFolder(folder);
     m_topics = std::move(topics);
     search();
 }

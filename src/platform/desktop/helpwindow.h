@@ -20,7 +20,8 @@ class HelpWindow : public QWidget {
   public:
     explicit HelpWindow(QWidget* parent);
 
-    void setTopics(std::vector<HelpTopic> topics);
+    /// `folder` holds the pictures that the topics name.
+    void setTopics(std::vector<HelpTopic> topics, const QString& folder);
     /// Shows all topics and opens the first.
     void showContents();
     /// Shows the topics that hold all the words, and is ready for others to be typed.

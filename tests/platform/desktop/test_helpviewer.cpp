@@ -5,6 +5,7 @@
 #include "support/answers.h"
 
 #include <QFile>
+#include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTemporaryDir>
@@ -38,6 +39,7 @@ class HelpViewerTest : public QObject {
     void showsContents();
     void findsWords();
     void followsLinks();
+    void fitsPictures();
     void oneWindow();
     void missingOrUnreadable_data();
     void missingOrUnreadable();
@@ -130,6 +132,31 @@ void HelpViewerTest::followsLinks() {
     QVERIFY(page->toPlainText().startsWith(QStringLiteral("Ways to name")));
     Q_EMIT page->anchorClicked(QUrl(QStringLiteral("#no-such-topic")));
     QVERIFY(page->toPlainText().startsWith(QStringLiteral("Ways to name")));
+}
+
+void HelpViewerTest::fitsPictures() {
+    for (const QSize size : {QSize(3000, 60), QSize(50, 40)}) {
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QVERIFY(picture.save(m_folder.filePath(QStringLiteral("%1.png").arg(size.width()))));
+    }
+    QWidget owner;
+    QVERIFY(WinHelp(&owner, write("![wide](3000.png)\n\n![small](50.png)\n\n![none](none.png)\n"),
+                    HelpCommand::Contents));
+    auto* help = owner.findChild<HelpWindow*>();
+    auto* page = help->findChild<HelpPage*>();
+    const auto width = [&](const char* name) {
+        return page->document()
+            ->resource(QTextDocument::ImageResource, QUrl(QString::fromLatin1(name)))
+            .value<QImage>()
+            .width();
+    };
+    for (const int helpWidth : {880, 600, 1200}) {
+        help->resize(helpWidth, 500);
+        QVERIFY(width("3000.png") > page->viewport()->width() / 2);
+        QVERIFY(page->document()->size().width() <= page->viewport()->width());
+        QCOMPARE(width("50.png"), 50);
+    }
 }
 
 void HelpViewerTest::oneWindow() {
