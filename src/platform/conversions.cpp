@@ -66,6 +66,15 @@ qint32 roundToLong(double value) {
     return roundedTo<qint32>(value);
 }
 
+std::optional<qint32> wholeNumber(QStringView text) {
+    const QByteArray digits = text.trimmed().toUtf8();
+    quint32 value = 0;
+    const auto [stop, code] = std::from_chars(digits.constData(), digits.constData() + digits.size(), value);
+    const bool whole = code == std::errc() && stop == digits.constData() + digits.size();
+    if (!whole || value > quint32(std::numeric_limits<qint32>::max())) return std::nullopt;
+    return static_cast<qint32>(value);
+}
+
 QString singleText(float value) {
     if (value == 0) return QStringLiteral("0");
     std::array<char, 128> digits;

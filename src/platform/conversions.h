@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringView>
+
+#include <optional>
 
 namespace platform {
 
@@ -11,6 +14,10 @@ qint32 toLong(const QString& text);
 float toSingle(const QString& text);
 /// A 32-bit integer from a computed size, rounded half to even; throws RuntimeError 6.
 qint32 roundToLong(double value);
+
+/// The number that a user typed into a box for whole numbers from 0 to 2147483647: decimal digits, blanks
+/// around them ignored; nothing for any other text.
+std::optional<qint32> wholeNumber(QStringView text);
 
 /// The shortest text that reads back as the same single-precision number, never in exponent notation below
 /// a million million.

@@ -13,6 +13,8 @@ class ConversionsTest : public QObject {
   private Q_SLOTS:
     void wholeNumbers_data();
     void wholeNumbers();
+    void typedNumbers_data();
+    void typedNumbers();
     void singles_data();
     void singles();
     void sizes_data();
@@ -67,6 +69,25 @@ void ConversionsTest::wholeNumbers() {
     QFETCH(QString, text);
     QTEST(resultOf([&] { return QString::number(toInteger(text)); }), "asInteger");
     QTEST(resultOf([&] { return QString::number(toLong(text)); }), "asLong");
+}
+
+void ConversionsTest::typedNumbers_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("number");  // -1: refused
+    const auto row = [](const char* text, int number) {
+        QTest::addRow("\"%s\"", text) << QString::fromUtf8(text) << number;
+    };
+    row("0", 0);
+    row(" 0050\t", 50);
+    row("2147483647", 2147483647);
+    for (const char* refused : {"", " ", "2147483648", "4294967296", "99999999999999999999", "-1", "-0", "+1",
+                                "1.0", "1e3", "1 2", "0x10", "ten", "\u0661"})
+        row(refused, -1);
+}
+
+void ConversionsTest::typedNumbers() {
+    QFETCH(QString, text);
+    QTEST(wholeNumber(text).value_or(-1), "number");
 }
 
 void ConversionsTest::singles_data() {
