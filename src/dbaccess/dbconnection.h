@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dbaccess/schemareader.h"
 #include "platform/ado/connection.h"
 
 #include <QString>
@@ -7,9 +8,7 @@
 #include <optional>
 
 namespace controls {
-class ComboItems;
 class KeyedTexts;
-class ListItems;
 class Nodes;
 }  // namespace controls
 
@@ -20,14 +19,14 @@ namespace tw {
 /// It keeps no session for them: each routine opens its own connection on the stored connection string
 /// (with ";Database=" and a name behind it where it works in one database), reads forward only, fills the
 /// model it was given and lets the connection go.
-class DBConnection {
+class DBConnection : public SchemaReader {
   public:
     void setServer(const QString& server) { m_server = server; }
     QString getServer() const { return m_server; }
     void setDatabase(const QString& database) { m_database = database; }
-    QString getDatabase() const { return m_database; }
-    void setTable(const QString& table) { m_table = table; }
-    QString getTable() const { return m_table; }
+    QString getDatabase() const override { return m_database; }
+    void setTable(const QString& table) override { m_table = table; }
+    QString getTable() const override { return m_table; }
     void setUser(const QString& user) { m_user = user; }
     void setPassword(const QString& password) { m_password = password; }
     void setConnectionString(const QString& text) { m_connectionString = text; }
@@ -53,7 +52,7 @@ class DBConnection {
     bool FillCbDB(controls::ComboItems& combo);
     /// Fills `combo` with the user tables of a database; false when it could not be opened, which a message
     /// box has told when permission was lacking.
-    bool FillCbTable(controls::ComboItems& combo, const QString& database);
+    bool FillCbTable(controls::ComboItems& combo, const QString& database) override;
     /// Fills `combo` with the columns of a table.
     void FillCbColumn(controls::ComboItems& combo, const QString& database, const QString& table);
     /// Rebuilds the tree of the server, its user databases and their user tables; false when the server
@@ -63,7 +62,7 @@ class DBConnection {
     /// Fills `list` with the columns of a table: name, data type, whether it takes nulls, whether it refers
     /// to another table; picture 5 marks the columns of the primary key. The tree's marker texts leave it
     /// empty.
-    void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table);
+    void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) override;
     /// Fills `keys` with the names of the table's primary-key columns, each under itself.
     bool FindTablePrimaryKey(const ado::Connection& connection, const QString& table,
                              controls::KeyedTexts& keys);
@@ -78,7 +77,9 @@ class DBConnection {
                           qint32 mostRows);
     /// Fills `list` with the check constraints, index columns and foreign keys of a database side by side.
     /// Gives the heading for the list, empty for the tree's marker text.
-    QString FillLvDBDetail(controls::ListItems& list, const QString& database);
+    QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
+
+    bool tellLostConnection() override { return false; }
 
   private:
     std::optional<ado::Connection> m_connection;
