@@ -31,3 +31,14 @@ INSERT maria.Notes VALUES (N'hers')
 GO
 CREATE DATABASE Bare
 GO
+CREATE DATABASE Checks
+GO
+USE Checks
+GO
+CREATE TABLE Form (
+    a int NULL, b int NULL,
+    CONSTRAINT CK_Form_1 CHECK (a > 1), CONSTRAINT CK_Form_2 CHECK (a > 2), CONSTRAINT CK_Form_3 CHECK (a > 3),
+    CONSTRAINT CK_Form_4 CHECK (a > 4), CONSTRAINT CK_Form_5 CHECK (a > b)
+)
+CREATE INDEX IX_Form ON Form (a, b)
+GO

@@ -177,6 +177,11 @@ void TestLists::details_data() {
                "|||Person|PK_Person|Id|FK_Deal_Region|Deal|Code|Region|Code",
                "|||Region|PK_Region|Land",
                "|||||Code"};
+    QTest::newRow("more checks than index columns")
+        << "sa"
+        << "Checks" << 11
+        << QStringList{"Form|CK_Form_1|(a > 1)|Form|IX_Form|a", "Form|CK_Form_2|(a > 2)|||b",
+                       "Form|CK_Form_3|(a > 3)", "Form|CK_Form_4|(a > 4)", "Form|CK_Form_5|(a > b)"};
     QTest::newRow("nothing") << "sa"
                              << "Bare" << 11 << QStringList{};
     QTest::newRow("closed") << "clerk"

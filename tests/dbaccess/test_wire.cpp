@@ -1,0 +1,206 @@
+#include "dbaccess/dbconnection.h"
+#include "platform/controls/listitems.h"
+#include "support/answers.h"
+#include "support/relay.h"
+#include "support/sampleserverprocess.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using controls::ListItems;
+
+/// What the lists ask for and get on the wire, and what becomes of them when the line breaks.
+class TestWire : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void init() { m_relay->reset(); }
+    void serverSendsNoMoreThanShown_data();
+    void serverSendsNoMoreThanShown();
+    void triesOwnersInOrder_data();
+    void triesOwnersInOrder();
+    void lineBreaks_data();
+    void lineBreaks();
+
+  private:
+    enum Routine { Definition, Rows, Details };
+    /// Returns the caption.
+    QString fill(Routine routine, ListItems& list);
+    tw::DBConnection connection() const;
+
+    testsupport::SampleServerProcess m_server;
+    std::unique_ptr<testsupport::Relay> m_relay;
+};
+
+namespace {
+
+const QString Large = QStringLiteral("Large");    ///< one table of many rows
+const QString Large2 = QStringLiteral("Large2");  ///< many tables
+const QString Table = QStringLiteral("Table0001");
+/// Stands once in each row of the table, in a column of single-byte characters that is never null.
+const QByteArray RowMark = QByteArrayLiteral(
+    "gr\xf6\xdf"
+    "er");
+constexpr int RowCount = 10000;
+
+QByteArray wide(const char* text) {
+    const QString characters = QString::fromLatin1(text);
+    return QByteArray(reinterpret_cast<const char*>(characters.utf16()), characters.size() * 2);
+}
+
+QStringList takeProcedures(testsupport::Answers& answers) {
+    static const QRegularExpression words(
+        QStringLiteral("subroutine (\\w+) of module DBConnection\\.cls\\."));
+    QStringList procedures;
+    while (answers.boxes() > 0)
+        procedures += words.match(answers.takeBox().text).captured(1);
+    return procedures;
+}
+
+}  // namespace
+
+void TestWire::initTestCase() {
+    const QStringList large{QStringLiteral("--large"), QStringLiteral("1,4,%1").arg(RowCount),
+                            QStringLiteral("--large"), QStringLiteral("300,4,1")};
+    QVERIFY2(m_server.start(large), qUtf8Printable(m_server.errorText()));
+    m_relay = std::make_unique<testsupport::Relay>(m_server.port());
+}
+
+tw::DBConnection TestWire::connection() const {
+    tw::DBConnection connection;
+    connection.setConnectionString(
+        QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_relay->serverText()));
+    return connection;
+}
+
+QString TestWire::fill(Routine routine, ListItems& list) {
+    switch (routine) {
+        case Definition:
+            connection().FillLvTblDef(list, Large, Table);
+            return {};
+        case Rows:
+            return connection().FillLvTblData(list, Large, Table, 0);
+        case Details:
+            return connection().FillLvDBDetail(list, Large2);
+    }
+    return {};
+}
+
+void TestWire::serverSendsNoMoreThanShown_data() {
+    QTest::addColumn<int>("most");
+    QTest::addColumn<int>("sent");
+    QTest::addColumn<QStringList>("limits");
+    const QStringList none;
+    QTest::newRow("50 of them") << 50 << 50 << QStringList{"SET ROWCOUNT 50"};
+    QTest::newRow("one") << 1 << 1 << QStringList{"SET ROWCOUNT 1"};
+    QTest::newRow("more than there are") << RowCount + 1 << RowCount << QStringList{"SET ROWCOUNT 10001"};
+    QTest::newRow("all") << 0 << RowCount << none;
+}
+
+void TestWire::serverSendsNoMoreThanShown() {
+    QFETCH(int, most);
+    QFETCH(int, sent);
+    QFETCH(QStringList, limits);
+    const testsupport::Answers answers;
+    ListItems list;
+    QCOMPARE(connection().FillLvTblData(list, Large, Table, most),
+             QStringLiteral("Table: Table0001.  Total rows: 10000.  Selected rows: %1").arg(sent));
+    QCOMPARE(list.count(), sent);
+    QCOMPARE(m_relay->sent(RowMark), sent);
+    QCOMPARE(m_relay->batches(),
+             QStringList({"sp_columns 'Table0001'", "sp_helpuser", "Select count(*) as x from [Table0001]"}) +
+                 limits + QStringList{"select * from [Table0001]"});
+}
+
+void TestWire::triesOwnersInOrder_data() {
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QStringList>("tried");
+    QTest::addColumn<QStringList>("procedures");
+    // Users in the order of sp_helpuser, which names Maria once for each of her roles.
+    const QStringList none;
+    QTest::newRow("no owner needed") << "Notes" << QStringList{"[Notes]"} << none;
+    QTest::newRow("the second owner's")
+        << "Sketches" << QStringList{"[Sketches]", "[dbo].[Sketches]", "[maria].[Sketches]"} << none;
+    QTest::newRow("the last owner's")
+        << "to do" << QStringList{"[to do]", "[dbo].[to do]", "[maria].[to do]", "[shop clerk].[to do]"}
+        << none;
+    QTest::newRow("nobody's") << "gone"
+                              << QStringList{"[gone]", "[dbo].[gone]", "[maria].[gone]",
+                                             "[shop clerk].[gone]"}
+                              << QStringList{"FillLvTblData"};
+    QTest::newRow("a bracket in the name")
+        << "a]b" << QStringList{"[a]b]", "[dbo].[a]b]", "[maria].[a]b]", "[shop clerk].[a]b]"}
+        << QStringList{"FillLvTblData"};
+}
+
+void TestWire::triesOwnersInOrder() {
+    QFETCH(QString, table);
+    QFETCH(QStringList, tried);
+    testsupport::Answers answers;
+    ListItems list;
+    connection().FillLvTblData(list, QStringLiteral("Odd Names"), table, 50);
+    QTEST(takeProcedures(answers), "procedures");
+    QStringList counted = m_relay->batches().filter(QStringLiteral("count(*)"));
+    for (QString& text : counted)
+        text.remove(QStringLiteral("Select count(*) as x from "));
+    QCOMPARE(counted, tried);
+    QVERIFY(list.headerCount() > 0);
+}
+
+void TestWire::lineBreaks_data() {
+    QTest::addColumn<int>("routine");
+    QTest::addColumn<QByteArray>("mark");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<QStringList>("procedures");
+    QTest::addColumn<int>("headers");
+    QTest::addColumn<int>("fewest");
+    QTest::addColumn<int>("most");
+    const auto row = [](const char* name, Routine routine, const QByteArray& mark, int times,
+                        const QStringList& procedures, int headers, int fewest, int most) {
+        QTest::newRow(name) << int(routine) << mark << times << procedures << headers << fewest << most;
+    };
+    const QByteArray login = wide("Large");  // the new database is told at the end of the login
+    row("rows, at the login", Rows, login, 1, {"FillLvTblData"}, 0, 0, 0);
+    row("rows, in the columns", Rows, wide("Code4"), 1, {"FillLvTblData"}, 0, 0, 0);
+    row("rows, in the owners", Rows, wide("db_owner"), 1, {"FillLvTblData"}, 4, 0, 0);
+    row("rows, half-way", Rows, RowMark, RowCount / 2, {"FillLvTblData"}, 4, 1000, RowCount / 2 - 1);
+    row("definition, at the login", Definition, login, 1, {"FillLvTblDef"}, 0, 0, 0);
+    row("definition, in the columns", Definition, wide("Code4"), 1, {"FillLvTblDef"}, 0, 0, 0);
+    // The columns have come; each look-up reports for itself.
+    row("definition, in the primary key", Definition, wide("ColName"), 1,
+        {"FindTablePrimaryKey", "FindTableForeignKey"}, 0, 4, 4);
+    row("definition, in the foreign keys", Definition, wide("RefTableName"), 1, {"FindTableForeignKey"}, 0, 4,
+        4);
+    // Indistinguishable from a closed database.
+    row("details, at the login", Details, login, 1, {}, 0, 1, 1);
+    row("details, before any row", Details, wide("CK_Table0001"), 1, {"FillLvDBDetail"}, 0, 0, 0);
+    row("details, half-way", Details, wide("FK_Table0250"), 1, {"FillLvDBDetail"}, 11, 1, 249);
+}
+
+void TestWire::lineBreaks() {
+    QFETCH(int, routine);
+    QFETCH(QByteArray, mark);
+    QFETCH(int, times);
+    QFETCH(int, fewest);
+    QFETCH(int, most);
+    testsupport::Answers answers;
+    m_relay->cutAt(mark, times);
+    ListItems list;
+    list.addItem(u"left over");
+    const QString caption = fill(static_cast<Routine>(routine), list);
+    QTEST(takeProcedures(answers), "procedures");
+    QTEST(list.headerCount(), "headers");
+    QVERIFY2(list.count() >= fewest && list.count() <= most, qPrintable(QString::number(list.count())));
+    QVERIFY(list.count() == 0 || list.text(0) != QStringLiteral("left over"));
+    QCOMPARE(caption.isEmpty(), routine != Details);
+
+    // The next click finds the line mended.
+    m_relay->reset();
+    fill(static_cast<Routine>(routine), list);
+    const int whole = routine == Definition ? 4 : routine == Rows ? RowCount : 300;
+    QVERIFY(list.count() >= whole);
+}
+
+QTEST_GUILESS_MAIN(TestWire)
+#include "test_wire.moc"

@@ -1,0 +1,144 @@
+#include "support/relay.h"
+
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtEndian>
+
+#include <optional>
+
+namespace testsupport {
+
+namespace {
+
+constexpr qint64 ReadAtOnce = 8192;
+constexpr char SqlBatch = 1;  // MS-TDS 2.2.3.1.1
+
+/// Takes the packet headers out of one direction of a line (MS-TDS 2.2.3.1).
+class Packets {
+  public:
+    struct Packet {
+        char type;
+        bool last;
+        QByteArray data;
+    };
+
+    void add(const QByteArray& bytes) { m_bytes += bytes; }
+    std::optional<Packet> take() {
+        constexpr qsizetype header = 8;
+        if (m_bytes.size() < header) return std::nullopt;
+        const qsizetype size = qFromBigEndian<quint16>(m_bytes.constData() + 2);
+        if (m_bytes.size() < size) return std::nullopt;
+        Packet packet{m_bytes[0], (m_bytes[1] & 1) != 0, m_bytes.mid(header, size - header)};
+        m_bytes.remove(0, size);
+        return packet;
+    }
+
+  private:
+    QByteArray m_bytes;
+};
+
+/// The text of a batch, behind the headers that stand before it since TDS 7.2 (MS-TDS 2.2.6.7).
+QString batchText(const QByteArray& message) {
+    const qsizetype headers = message.size() < 4 ? 0 : qFromLittleEndian<qint32>(message.constData());
+    const QByteArray text = message.mid(headers);
+    return QString::fromUtf16(reinterpret_cast<const char16_t*>(text.constData()), text.size() / 2);
+}
+
+}  // namespace
+
+struct Relay::Line {
+    Packets toServer;
+    Packets toClient;
+    QByteArray batch;
+};
+
+Relay::Relay(quint16 serverPort) : m_serverPort(serverPort), m_server(std::make_unique<QTcpServer>()) {
+    m_server->moveToThread(&m_thread);
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        m_server.get(),
+        [this] {
+            m_server->listen(QHostAddress::LocalHost);
+            m_port = m_server->serverPort();
+            QObject::connect(m_server.get(), &QTcpServer::newConnection, m_server.get(),
+                             [this] { accept(); });
+        },
+        Qt::BlockingQueuedConnection);
+}
+
+Relay::~Relay() {
+    QMetaObject::invokeMethod(
+        m_server.get(), [this] { m_server.reset(); }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void Relay::reset() {
+    const QMutexLocker lock(&m_mutex);
+    m_batches.clear();
+    m_sent.clear();
+    m_cutMark.clear();
+}
+
+QStringList Relay::batches() {
+    const QMutexLocker lock(&m_mutex);
+    return m_batches;
+}
+
+qsizetype Relay::sent(const QByteArray& mark) {
+    const QMutexLocker lock(&m_mutex);
+    return m_sent.count(mark);
+}
+
+void Relay::cutAt(const QByteArray& mark, int times) {
+    const QMutexLocker lock(&m_mutex);
+    m_cutMark = mark;
+    m_cutTimes = times;
+}
+
+void Relay::accept() {
+    // Both ends belong to the listener, so that they end with it.
+    QTcpSocket* client = m_server->nextPendingConnection();
+    auto* server = new QTcpSocket(m_server.get());
+    for (QTcpSocket* socket : {client, server}) {
+        socket->setReadBufferSize(ReadAtOnce);
+        QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    }
+    server->connectToHost(QHostAddress(QHostAddress::LocalHost), m_serverPort);
+    const auto line = std::make_shared<Line>();
+    QObject::connect(client, &QTcpSocket::readyRead, server,
+                     [=, this] { pass(*line, *client, *server, false); });
+    QObject::connect(server, &QTcpSocket::readyRead, client,
+                     [=, this] { pass(*line, *server, *client, true); });
+    QObject::connect(client, &QTcpSocket::disconnected, server, &QTcpSocket::disconnectFromHost);
+    QObject::connect(server, &QTcpSocket::disconnected, client, &QTcpSocket::disconnectFromHost);
+}
+
+void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) {
+    const QByteArray bytes = from.readAll();
+    if (keep(line, bytes, fromServer)) {
+        to.write(bytes);
+        return;
+    }
+    for (QTcpSocket* socket : m_server->findChildren<QTcpSocket*>())
+        socket->abort();
+}
+
+/// False when the line is to be cut.
+bool Relay::keep(Line& line, const QByteArray& bytes, bool fromServer) {
+    const QMutexLocker lock(&m_mutex);
+    Packets& packets = fromServer ? line.toClient : line.toServer;
+    packets.add(bytes);
+    while (const auto packet = packets.take()) {
+        if (fromServer) {
+            m_sent += packet->data;
+        } else if (packet->type == SqlBatch) {
+            line.batch += packet->data;
+            if (packet->last) m_batches += batchText(std::exchange(line.batch, {}));
+        }
+    }
+    return m_cutMark.isEmpty() || m_sent.count(m_cutMark) < m_cutTimes;
+}
+
+}  // namespace testsupport

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+
+#include <memory>
+
+class QTcpServer;
+class QTcpSocket;
+
+namespace testsupport {
+
+/// Stands between a client and a server on the loopback, on a thread of its own. It passes everything on,
+/// keeps count of what went over the wire, and can cut the line.
+class Relay {
+  public:
+    explicit Relay(quint16 serverPort);
+    ~Relay();
+    Relay(const Relay&) = delete;
+    Relay& operator=(const Relay&) = delete;
+
+    /// The relay as a user types a server: "127.0.0.1,1433".
+    QString serverText() const { return QStringLiteral("127.0.0.1,%1").arg(m_port); }
+
+    /// Forgets what went over the wire, and mends the line.
+    void reset();
+    /// The SQL batches that clients sent.
+    QStringList batches();
+    /// How often `mark` stood in what the server sent, packet headers left out.
+    qsizetype sent(const QByteArray& mark);
+    /// Cuts every line, and takes no new one, as soon as the server has sent `mark` so many times. The bytes
+    /// that hold the last one do not get through.
+    void cutAt(const QByteArray& mark, int times);
+
+  private:
+    struct Line;
+    void accept();
+    void pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer);
+    bool keep(Line& line, const QByteArray& bytes, bool fromServer);
+
+    quint16 m_serverPort;
+    quint16 m_port = 0;
+    QThread m_thread;
+    std::unique_ptr<QTcpServer> m_server;
+    QMutex m_mutex;
+    QStringList m_batches;
+    QByteArray m_sent;
+    QByteArray m_cutMark;
+    int m_cutTimes = 0;
+};
+
+}  // namespace testsupport
