@@ -31,6 +31,7 @@ class BareConnection {
     /// Runs a statement and makes the text of its first column row by row; returns them when `keep` is set.
     /// `rows` is increased by the number of rows.
     QStringList firstColumn(const QString& statement, bool keep, qint64* rows);
+    void* handle() const { return m_connection; }
 
   private:
     void* m_connection = nullptr;

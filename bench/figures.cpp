@@ -1,5 +1,6 @@
 #include "figures.h"
 
+#include <QFile>
 #include <QTextStream>
 
 #include <algorithm>
@@ -10,6 +11,21 @@
 #endif
 
 namespace bench {
+
+namespace {
+
+/// A figure of proc(5)'s status file, in bytes.
+double statusBytes(const QByteArray& name) {
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly)) return 0;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).simplified().split(' ')[0].toDouble() * 1024;
+    }
+    return 0;
+}
+
+}  // namespace
 
 Spread spreadOf(std::vector<double> values) {
     std::sort(values.begin(), values.end());
@@ -31,6 +47,16 @@ size_t heapBytes() {
 #else
     return 0;
 #endif
+}
+
+PeakOfMemory::PeakOfMemory() : m_start(statusBytes("VmRSS")) {
+    // Sets the peak back (proc(5)).
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    if (file.open(QIODevice::WriteOnly)) file.write("5");
+}
+
+double PeakOfMemory::bytes() const {
+    return statusBytes("VmHWM") - m_start;
 }
 
 PairedRuns measurePairs(int runs, const std::function<void()>& ours, const std::function<void()>& yardstick) {

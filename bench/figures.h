@@ -23,6 +23,18 @@ double secondsOf(const std::function<void()>& work);
 /// Bytes in use on the heap, as the allocator counts them; 0 where it does not tell.
 size_t heapBytes();
 
+/// The peak of the memory that the program holds, counted from the making of this object. 0 where the system
+/// does not tell.
+class PeakOfMemory {
+  public:
+    PeakOfMemory();
+    /// Bytes above what was held at the start.
+    double bytes() const;
+
+  private:
+    double m_start;
+};
+
 /// What was measured of one case: ours and the yardstick in turn, the ratio pair by pair.
 struct PairedRuns {
     std::vector<double> ours;

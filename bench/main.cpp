@@ -1,17 +1,30 @@
+#include "rowscase.h"
 #include "treecase.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QCoreApplication>
 
 int main(int argc, char* argv[]) {
-    QCoreApplication application(argc, argv);
+    // The list view is measured without a screen unless one is asked for.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Measures the tool beside a bare ODBC loop. No figure is a test."));
     parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("case"), QStringLiteral("tree or rows; both when left out."));
     const QCommandLineOption runs(QStringLiteral("runs"), QStringLiteral("Pairs of runs."),
                                   QStringLiteral("n"), QStringLiteral("5"));
-    parser.addOption(runs);
+    const QCommandLineOption rows(QStringLiteral("rows"), QStringLiteral("Rows of the table to list."),
+                                  QStringLiteral("n"), QStringLiteral("1000000"));
+    parser.addOptions({runs, rows});
     parser.process(application);
-    return bench::runTreeCase(500, 40, qMax(1, parser.value(runs).toInt())) ? 0 : 1;
+    const int pairs = qMax(1, parser.value(runs).toInt());
+    const QString only = parser.positionalArguments().value(0);
+    bool good = true;
+    if (only.isEmpty() || only == QStringLiteral("tree")) good = bench::runTreeCase(500, 40, pairs);
+    if (only.isEmpty() || only == QStringLiteral("rows")) {
+        good = bench::runRowsCase(qMax(1, parser.value(rows).toInt()), 8, pairs) && good;
+    }
+    return good ? 0 : 1;
 }
