@@ -1,34 +1,248 @@
 #include "compare/comparison.h"
 
+#include "compare/sidecomparison.h"
+#include "dbaccess/failingstep.h"
 #include "dbaccess/schemareader.h"
+#include "platform/controls/comboitems.h"
 #include "platform/controls/listitems.h"
+
+#include <QHash>
 
 namespace tw {
 
-class Comparison::Run {
-  public:
-    Run(const ComparedSystem& system1, const ComparedSystem& system2, ComparisonProgress& progress)
-        : m_system1(system1), m_system2(system2), m_progress(progress) {}
+namespace {
 
-    void run() {
-        for (controls::ListItems* results : {&m_system1.results, &m_system2.results}) {
-            results->addHeader(QStringLiteral("Names"));
-            for (int i = 0; i < 4; ++i)
-                results->addHeader(QStringLiteral("Attribute"));
-        }
-        m_progress.begin();
-        m_progress.InitFormLables(m_system1.caption, m_system2.caption);
-    }
+/// Item data of a table that the other system has too.
+constexpr qint32 Marked = 1;
 
-  private:
-    ComparedSystem m_system1;
-    ComparedSystem m_system2;
-    ComparisonProgress& m_progress;
+/// A kind of objects that a database's details list, and how its results are headed and told of.
+struct DetailKind {
+    QStringList heading;  ///< its text and the captions of the sub-items below
+    Comparison::Icon icon;
+    QString progressText;
+    ComparedItems (*itemsOf)(const controls::ListItems& details);
 };
 
-Comparison::Comparison(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds,
-                       ComparisonProgress& progress, std::function<void()>, std::function<bool()>)
-    : m_run(std::make_unique<Run>(system1, system2, progress)) {}
+const DetailKind Indexes{
+    {QStringLiteral("Indexes"), QStringLiteral("Index Table"), QStringLiteral("Index Column")},
+    Comparison::Index,
+    QStringLiteral("Indexes"),
+    indexesOf};
+const DetailKind Constraints{
+    {QStringLiteral("Constraints"), QStringLiteral("Constraint Table"), QStringLiteral("Constraint Check")},
+    Comparison::Constraint,
+    QStringLiteral("Constraints"),
+    constraintsOf};
+const DetailKind ForeignKeys{
+    {QStringLiteral("Foreign Keys"), QStringLiteral("Foreign Table"), QStringLiteral("Foreign Column"),
+     QStringLiteral("Reference Table"), QStringLiteral("Reference Column")},
+    Comparison::ForeignKey,
+    QStringLiteral("Foreign keys"),
+    foreignKeysOf};
+
+QStringList tableHeading(const QString& text) {
+    return {text, QStringLiteral("Data type"), QStringLiteral("Nullable"), QStringLiteral("Foreign key")};
+}
+
+/// Half of a number, a half itself to the even neighbour.
+qint32 roundedHalf(qint32 number) {
+    const qint32 below = number / 2;
+    return number % 2 == 0 || below % 2 == 0 ? below : below + 1;
+}
+
+}  // namespace
+
+class Comparison::Run {
+  public:
+    Run(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds kinds,
+        ComparisonProgress& progress, std::function<void()> yield, std::function<bool()> cancelled)
+        : m_side1{system1, cbTable1, ListView1},
+          m_side2{system2, cbTable2, ListView2},
+          m_kinds(kinds),
+          m_progress(progress),
+          m_yield(std::move(yield)),
+          m_cancelled(std::move(cancelled)) {}
+
+    void run();
+
+  private:
+    /// A system and the lists that its catalog is read into.
+    struct Side {
+        ComparedSystem system;
+        controls::ComboItems& tables;
+        controls::ListItems& rows;
+
+        SchemaReader& reader() const { return system.connection; }
+        QString table() const { return system.connection.getTable(); }
+        QString database() const { return system.connection.getDatabase(); }
+    };
+
+    bool isCancelled() const { return m_connectionLost || m_cancelled(); }
+    /// Yields; false when the comparison is cancelled then.
+    bool goOn() {
+        m_yield();
+        return !isCancelled();
+    }
+    bool comparesAllTables() const { return m_side1.table().toUpper() == QStringLiteral("(ALL TABLES)"); }
+    template <class Step>
+    void read(Side& side, Step&& step);
+    void readDetails(Side& side);
+    void readTables(Side& side);
+    void setUpProgress();
+    void compareKind(const DetailKind& kind);
+    bool compareBothSides(const ComparedItems& items1, const ComparedItems& items2, const SideReport& report1,
+                          const SideReport& report2);
+    void compareAllTables();
+    bool compareTablesOfBoth();
+    bool compareUnmarked(Side& side, Side& other);
+    bool compareOneTable();
+    void beginTable(Side& side);
+
+    controls::ComboItems cbTable1;
+    controls::ComboItems cbTable2;
+    controls::ListItems ListView1;  ///< a database's details, then the columns of one table after the other
+    controls::ListItems ListView2;
+    Side m_side1;
+    Side m_side2;
+    ComparedKinds m_kinds;
+    ComparisonProgress& m_progress;
+    std::function<void()> m_yield;
+    std::function<bool()> m_cancelled;
+    bool m_progressSetUp = false;
+    bool m_connectionLost = false;
+};
+
+void Comparison::Run::run() {
+    for (const Side* side : {&m_side1, &m_side2}) {
+        side->system.results.addHeader(QStringLiteral("Names"));
+        for (int i = 0; i < 4; ++i)
+            side->system.results.addHeader(QStringLiteral("Attribute"));
+    }
+    for (Side* side : {&m_side1, &m_side2})
+        if (m_kinds.any()) readDetails(*side);
+    const bool allTables = comparesAllTables();
+    for (Side* side : {&m_side1, &m_side2})
+        if (allTables) readTables(*side);
+    setUpProgress();
+    // Each goes up to its first test even when the one before was cancelled: the headings are always there.
+    if (m_kinds.indexes) compareKind(Indexes);
+    if (m_kinds.constraints) compareKind(Constraints);
+    if (m_kinds.foreignKeys) compareKind(ForeignKeys);
+    if (allTables) {
+        compareAllTables();
+    } else {
+        compareOneTable();
+    }
+    if (!isCancelled()) m_progress.UpdateForm(ComparedState::Finished, QStringLiteral("Finished"));
+}
+
+/// Once a connection is lost nothing is read any more: every further step would fail, and tell so, again.
+template <class Step>
+void Comparison::Run::read(Side& side, Step&& step) {
+    if (m_connectionLost) return;
+    skipFailing(step);
+    if (!side.reader().tellLostConnection()) return;
+    m_connectionLost = true;
+    if (m_progressSetUp) m_progress.cancel();
+}
+
+void Comparison::Run::readDetails(Side& side) {
+    read(side, [&] { side.reader().FillLvDBDetail(side.rows, side.database()); });
+}
+
+void Comparison::Run::readTables(Side& side) {
+    read(side, [&] { side.reader().FillCbTable(side.tables, side.database()); });
+}
+
+void Comparison::Run::setUpProgress() {
+    const qint32 tables = cbTable1.count() + cbTable2.count();
+    m_progress.begin();
+    m_progress.SetNumberNeed(3 * roundedHalf(ListView1.count()) + (tables == 0 ? 1 : 5 * tables));
+    m_progress.InitFormLables(m_side1.system.caption, m_side2.system.caption);
+    m_progressSetUp = true;
+    if (m_connectionLost) m_progress.cancel();
+}
+
+void Comparison::Run::compareKind(const DetailKind& kind) {
+    for (const Side* side : {&m_side1, &m_side2})
+        addResult(side->system.results, kind.heading, kind.icon);
+    const QString& text = kind.progressText;
+    compareBothSides(kind.itemsOf(ListView1), kind.itemsOf(ListView2),
+                     {ComparedState::Matched, text, text, false},
+                     {ComparedState::MatchedCounted, {}, text, false});
+}
+
+bool Comparison::Run::compareBothSides(const ComparedItems& items1, const ComparedItems& items2,
+                                       const SideReport& report1, const SideReport& report2) {
+    const auto goesOn = [this] { return goOn(); };
+    return compareSide(items1, items2, m_side1.system.results, report1, m_progress, goesOn) &&
+           compareSide(items2, items1, m_side2.system.results, report2, m_progress, goesOn);
+}
+
+void Comparison::Run::compareAllTables() {
+    for (const Side* side : {&m_side1, &m_side2}) {
+        if (side->tables.count() == 0)
+            addResult(side->system.results, tableHeading(QStringLiteral("Table: None defined")), Table);
+    }
+    compareTablesOfBoth() && compareUnmarked(m_side1, m_side2) && compareUnmarked(m_side2, m_side1);
+}
+
+/// Of several equal names in the second list the first is the one that is compared, each time.
+bool Comparison::Run::compareTablesOfBoth() {
+    QHash<QString, int> positions;
+    for (int j = cbTable2.count() - 1; j >= 0; --j)
+        positions.insert(cbTable2.text(j), j);
+    for (int i = 0; i < cbTable1.count(); ++i) {
+        if (!goOn()) return false;
+        const QString name = cbTable1.text(i);
+        const auto found = positions.constFind(name);
+        if (found == positions.cend()) continue;
+        if (!goOn()) return false;
+        cbTable1.setItemData(i, Marked);
+        cbTable2.setItemData(*found, Marked);
+        m_side1.reader().setTable(name);
+        m_side2.reader().setTable(name);
+        if (!compareOneTable()) return false;
+    }
+    return true;
+}
+
+bool Comparison::Run::compareUnmarked(Side& side, Side& other) {
+    for (int i = 0; i < side.tables.count(); ++i) {
+        if (!goOn()) return false;
+        if (side.tables.itemData(i) == Marked) continue;
+        side.reader().setTable(side.tables.text(i));
+        other.reader().setTable({});
+        if (!compareOneTable()) return false;
+    }
+    return true;
+}
+
+bool Comparison::Run::compareOneTable() {
+    for (Side* side : {&m_side1, &m_side2}) {
+        side->rows.clearItems();
+    }
+    for (Side* side : {&m_side1, &m_side2}) {
+        if (!side->table().isEmpty()) beginTable(*side);
+    }
+    const QString counted = QStringLiteral("Tablew: ") + m_side1.table();
+    const QString text1 = QStringLiteral("Table: ") + m_side1.table();
+    const QString text2 = QStringLiteral("Table: ") + m_side2.table();
+    return compareBothSides(columnsOf(ListView1), columnsOf(ListView2),
+                            {ComparedState::Matched, counted, text1, true},
+                            {ComparedState::MatchedCounted, text2, text2, true});
+}
+
+void Comparison::Run::beginTable(Side& side) {
+    read(side, [&] { side.reader().FillLvTblDef(side.rows, side.database(), side.table()); });
+    addResult(side.system.results, tableHeading(QStringLiteral("Table: ") + side.table()), Table);
+}
+
+Comparison::Comparison(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds kinds,
+                       ComparisonProgress& progress, std::function<void()> yield,
+                       std::function<bool()> cancelled)
+    : m_run(
+          std::make_unique<Run>(system1, system2, kinds, progress, std::move(yield), std::move(cancelled))) {}
 
 Comparison::~Comparison() = default;
 
