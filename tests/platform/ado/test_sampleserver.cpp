@@ -150,8 +150,8 @@ void SampleServerTest::rowLimitsHoldForOneStatement() {
         return seen;
     };
     QCOMPARE(count(3), 3);
-    QCOMPARE(count(0), 7);
-    QCOMPARE(count(100), 7);
+    QCOMPARE(count(0), 12);
+    QCOMPARE(count(100), 12);
 }
 
 void SampleServerTest::proceduresRunAlone() {
