@@ -1,6 +1,6 @@
 #include "browse/connectioncontrols.h"
 
-#include "browse/named.h"
+#include "platform/desktop/named.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,6 +19,8 @@
 namespace tw {
 
 namespace {
+
+using desktop::named;
 
 constexpr int EntryWidth = 240;
 

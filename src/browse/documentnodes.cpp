@@ -2,9 +2,9 @@
 #include "browse/documentpanes.h"
 #include "browse/frmdocument.h"
 #include "browse/handler.h"
-#include "browse/titlelabel.h"
 #include "dbaccess/dbconnection.h"
 #include "platform/desktop/listview.h"
+#include "platform/desktop/titlelabel.h"
 #include "platform/desktop/treeview.h"
 
 #include <QGuiApplication>

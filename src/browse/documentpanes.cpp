@@ -1,8 +1,9 @@
 #include "browse/documentpanes.h"
 
-#include "browse/named.h"
-#include "browse/splitterhandle.h"
-#include "browse/titlelabel.h"
+#include "platform/desktop/named.h"
+#include "platform/desktop/panelayout.h"
+#include "platform/desktop/splitterhandle.h"
+#include "platform/desktop/titlelabel.h"
 #include "platform/desktop/twips.h"
 
 #include <algorithm>
@@ -11,25 +12,14 @@ namespace tw {
 
 namespace {
 
+using desktop::named;
+using desktop::SplitterHandle;
+using desktop::TitleLabel;
 using desktop::toPixels;
 using desktop::toTwips;
-
-constexpr int LayoutLimit = 1500;
-constexpr int HandleSize = 60;
-
-/// A rectangle in twips, on the nearest pixels at each of its edges.
-void place(QWidget& widget, int left, int top, int width, int height) {
-    const QPoint topLeft(toPixels(left), toPixels(top));
-    const QPoint end(toPixels(left + width), toPixels(top + height));
-    widget.setGeometry(
-        QRect(topLeft, QSize(std::max(0, end.x() - topLeft.x()), std::max(0, end.y() - topLeft.y()))));
-}
-
-/// Where both limits cannot be kept, the second one holds.
-void limit(int& position, int extent) {
-    position = std::max(position, LayoutLimit);
-    position = std::min(position, extent - LayoutLimit);
-}
+using desktop::panelayout::HandleSize;
+using desktop::panelayout::limit;
+using desktop::panelayout::place;
 
 }  // namespace
 

@@ -4,10 +4,12 @@
 
 #include <array>
 
-namespace tw {
-
+namespace desktop {
 class SplitterHandle;
 class TitleLabel;
+}  // namespace desktop
+
+namespace tw {
 
 /// Arranges the three panes of a document window, their titles and the two splitters. All positions are in
 /// twips, from the window's inner left or top edge.
@@ -27,7 +29,7 @@ class DocumentPanes : public QObject {
     DocumentPanes(QWidget& window, const Views& views, const qint16& layout);
 
     /// The titles above the tree, the definition list and the data list.
-    TitleLabel& lblTitle(int index) const { return *m_titles[static_cast<std::size_t>(index)]; }
+    desktop::TitleLabel& lblTitle(int index) const { return *m_titles[static_cast<std::size_t>(index)]; }
 
     /// For a vertical splitter at `x`, which is brought inside the limits.
     void SizeControls(int& x);
@@ -44,11 +46,11 @@ class DocumentPanes : public QObject {
     Views m_views;
     const qint16& m_layout;
     QWidget* m_picTitles;
-    std::array<TitleLabel*, 3> m_titles;
+    std::array<desktop::TitleLabel*, 3> m_titles;
     QWidget* m_picSplitter;
     QWidget* m_picSplitter2;
-    SplitterHandle* m_imgSplitter;
-    SplitterHandle* m_imgSplitter2;
+    desktop::SplitterHandle* m_imgSplitter;
+    desktop::SplitterHandle* m_imgSplitter2;
 };
 
 }  // namespace tw

@@ -1,6 +1,6 @@
 #include "browse/documentpanes.h"
-#include "browse/titlelabel.h"
 #include "desk.h"
+#include "platform/desktop/titlelabel.h"
 #include "platform/desktop/twips.h"
 
 #include <QTest>
@@ -139,7 +139,7 @@ void TestDocumentPanes::dragsSplitter() {
 
 void TestDocumentPanes::marksCutTitles() {
     const Window window(2);
-    tw::TitleLabel& title = window.document->panes().lblTitle(1);
+    desktop::TitleLabel& title = window.document->panes().lblTitle(1);
     const QString whole = QStringLiteral("Table Definition: ") + QString(200, u'x');
     title.setText(whole);
     QVERIFY(title.shownText().endsWith(u'\u2026'));

@@ -1,10 +1,10 @@
-#include "browse/titlelabel.h"
+#include "platform/desktop/titlelabel.h"
 
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
 
-namespace tw {
+namespace desktop {
 
 namespace {
 constexpr int Indent = 4;
@@ -37,4 +37,4 @@ void TitleLabel::paintEvent(QPaintEvent*) {
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
 }
 
-}  // namespace tw
+}  // namespace desktop

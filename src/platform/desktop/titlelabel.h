@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-namespace tw {
+namespace desktop {
 
 /// A label of one line that ends in an ellipsis where its text does not fit, and shows the whole text as a
 /// tool tip then.
@@ -21,4 +21,4 @@ class TitleLabel : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 };
 
-}  // namespace tw
+}  // namespace desktop

@@ -1,4 +1,4 @@
-#include "browse/splitterhandle.h"
+#include "platform/desktop/splitterhandle.h"
 
 #include "platform/desktop/twips.h"
 
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace tw {
+namespace desktop {
 
 namespace {
 constexpr int DragLimit = 500;
@@ -21,7 +21,7 @@ SplitterHandle::SplitterHandle(Qt::Orientation across, QWidget& bar, QWidget* wi
 }
 
 int SplitterHandle::barPosition() const {
-    return desktop::toTwips(m_across == Qt::Horizontal ? m_bar.x() : m_bar.y());
+    return toTwips(m_across == Qt::Horizontal ? m_bar.x() : m_bar.y());
 }
 
 void SplitterHandle::mousePressEvent(QMouseEvent* event) {
@@ -35,12 +35,12 @@ void SplitterHandle::mousePressEvent(QMouseEvent* event) {
 void SplitterHandle::mouseMoveEvent(QMouseEvent* event) {
     if (!m_dragging) return;
     const bool horizontal = m_across == Qt::Horizontal;
-    const int extent = desktop::toTwips(horizontal ? parentWidget()->width() : parentWidget()->height());
-    const int proposed = desktop::toTwips(horizontal ? x() + event->pos().x() : y() + event->pos().y());
+    const int extent = toTwips(horizontal ? parentWidget()->width() : parentWidget()->height());
+    const int proposed = toTwips(horizontal ? x() + event->pos().x() : y() + event->pos().y());
     // Not std::clamp: a window too small for both limits obeys the second.
     int position = std::max(proposed, DragLimit);
     position = std::min(position, extent - DragLimit);
-    const int pixels = desktop::toPixels(position);
+    const int pixels = toPixels(position);
     m_bar.move(horizontal ? QPoint(pixels, m_bar.y()) : QPoint(m_bar.x(), pixels));
 }
 
@@ -59,4 +59,4 @@ void SplitterHandle::resizeEvent(QResizeEvent*) {
     if (!m_dragging) m_bar.setGeometry(geometry());
 }
 
-}  // namespace tw
+}  // namespace desktop

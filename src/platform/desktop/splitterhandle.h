@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-namespace tw {
+namespace desktop {
 
 /// A handle between two panes. While it is dragged only a bar moves, kept 500 twips inside the window; the
 /// panes are laid out anew when it is let go.
@@ -32,4 +32,4 @@ class SplitterHandle : public QWidget {
     bool m_dragging = false;
 };
 
-}  // namespace tw
+}  // namespace desktop

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace tw {
+namespace desktop {
 
 /// The widget, under an object name.
 template <class Widget>
@@ -11,4 +11,4 @@ Widget* named(const QString& name, Widget* widget) {
     return widget;
 }
 
-}  // namespace tw
+}  // namespace desktop
