@@ -34,6 +34,7 @@ inline constexpr qint32 Internal = 51;
 inline constexpr qint32 DiskFull = 61;
 inline constexpr qint32 PermissionDenied = 70;
 inline constexpr qint32 PathFileAccess = 75;
+inline constexpr qint32 PathNotFound = 76;
 inline constexpr qint32 ObjectNotSet = 91;
 inline constexpr qint32 InvalidPropertyValue = 380;
 inline constexpr qint32 InvalidPropertyArrayIndex = 381;

@@ -1,5 +1,6 @@
 #include "platform/desktop/settingsfile.h"
 
+#include "platform/filewriting.h"
 #include "platform/runtimeerror.h"
 
 #include <QDir>
@@ -8,31 +9,17 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
-#include <algorithm>
 #include <cerrno>
 
 namespace desktop {
 namespace {
 
 using platform::RuntimeError;
+using platform::throwWriteFailure;
+using platform::writeAll;
 
 constexpr QFileDevice::Permissions OwnerReadsAndWrites = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr QFileDevice::Permissions OwnerOnly = OwnerReadsAndWrites | QFileDevice::ExeOwner;
-
-// Qt keeps the system's words of a failed write, not its number.
-bool saysOneOf(const QString& message, std::initializer_list<int> codes) {
-    return std::any_of(codes.begin(), codes.end(),
-                       [&](int code) { return message == qt_error_string(code); });
-}
-
-#ifdef Q_OS_WIN
-// winerror.h: ERROR_HANDLE_DISK_FULL, ERROR_DISK_FULL; ERROR_ACCESS_DENIED, ERROR_WRITE_PROTECT
-constexpr std::initializer_list<int> DiskFullCodes = {39, 112};
-constexpr std::initializer_list<int> PermissionCodes = {5, 19};
-#else
-constexpr std::initializer_list<int> DiskFullCodes = {ENOSPC, EDQUOT, EFBIG};
-constexpr std::initializer_list<int> PermissionCodes = {EACCES, EPERM, EROFS};
-#endif
 
 [[noreturn]] void throwReadFailure(const QString& path, const QString& reason) {
     throw RuntimeError(platform::errors::PathFileAccess,
@@ -41,15 +28,7 @@ constexpr std::initializer_list<int> PermissionCodes = {EACCES, EPERM, EROFS};
 }
 
 // Devices are opened without Qt's buffer: QSaveFile does not notice when what the buffer held cannot be
-// written. What a full disk still takes of a write is no failure; writing the rest is.
-bool writeAll(QFileDevice& file, const QByteArray& bytes) {
-    for (qint64 written = 0; written < bytes.size();) {
-        const qint64 taken = file.write(bytes.constData() + written, bytes.size() - written);
-        if (taken <= 0) return false;
-        written += taken;
-    }
-    return true;
-}
+// written.
 
 // Writes into a temporary file, which others can never open, not even when it is still empty.
 void writeTemporary(QTemporaryFile& temporary, const QByteArray& bytes) {
@@ -71,20 +50,6 @@ void makeFolders(const QString& folder) {
 }
 
 }  // namespace
-
-void throwWriteFailure(const QString& path, const QString& systemMessage) {
-    qint32 number = platform::errors::PathFileAccess;
-    QString summary = QStringLiteral("Path/File access error");
-    if (saysOneOf(systemMessage, DiskFullCodes)) {
-        number = platform::errors::DiskFull;
-        summary = QStringLiteral("Disk full");
-    } else if (saysOneOf(systemMessage, PermissionCodes)) {
-        number = platform::errors::PermissionDenied;
-        summary = QStringLiteral("Permission denied");
-    }
-    throw RuntimeError(number, QStringLiteral("%1: the settings cannot be written to \"%2\" (%3)")
-                                   .arg(summary, QDir::toNativeSeparators(path), systemMessage));
-}
 
 QJsonObject SettingsFile::read() const {
     QFile file(m_path);

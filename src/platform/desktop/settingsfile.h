@@ -14,12 +14,12 @@ class SettingsFile {
     /// The file's object, empty when there is no file. Throws RuntimeError 75 for a file that cannot be read
     /// or is no JSON object.
     QJsonObject read() const;
-    /// Makes the folder (0700) where it is missing. Throws 61, 70 or 75.
+    /// Makes the folder (0700) where it is missing. Throws 61, 70, 75 or 76.
     void makeFolder() const;
-    /// Writes a file beside it and removes that again. Throws 61, 70 or 75.
+    /// Writes a file beside it and removes that again. Throws 61, 70, 75 or 76.
     void probe() const;
     /// Writes a new file (0600) beside the old one, flushes it and puts it in the old one's place.
-    /// Throws 61, 70 or 75; the old file is then untouched.
+    /// Throws 61, 70, 75 or 76; the old file is then untouched.
     void replace(const QJsonObject& content) const;
 
   private:
@@ -27,8 +27,5 @@ class SettingsFile {
 
     QString m_path;
 };
-
-/// The failure behind a system's message: RuntimeError 61 (disk full), 70 (permission denied) or 75.
-[[noreturn]] void throwWriteFailure(const QString& path, const QString& systemMessage);
 
 }  // namespace desktop

@@ -1,6 +1,7 @@
 #include "platform/desktop/settingsstore.h"
 
 #include "platform/desktop/settingsfile.h"
+#include "platform/filewriting.h"
 #include "platform/runtimeerror.h"
 
 #include <QDir>
@@ -42,12 +43,12 @@ QJsonObject section(const QString& filePath, const QJsonObject& all, const QStri
 
 // The lock says only that it could not be made: writing something shows why.
 [[noreturn]] void throwLockFailure(const QString& filePath, QLockFile::LockError error) {
-    if (error == QLockFile::PermissionError) throwWriteFailure(filePath, qt_error_string(EACCES));
+    if (error == QLockFile::PermissionError) platform::throwWriteFailure(filePath, qt_error_string(EACCES));
     if (error == QLockFile::LockFailedError) {
-        throwWriteFailure(filePath, QStringLiteral("another program is keeping it locked"));
+        platform::throwWriteFailure(filePath, QStringLiteral("another program is keeping it locked"));
     }
     SettingsFile(filePath).probe();
-    throwWriteFailure(filePath, QStringLiteral("its lock cannot be made"));
+    platform::throwWriteFailure(filePath, QStringLiteral("its lock cannot be made"));
 }
 
 }  // namespace

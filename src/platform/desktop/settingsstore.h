@@ -21,7 +21,7 @@ class SettingsStore {
     QString GetSetting(const QString& application, const QString& section, const QString& key,
                        const QString& defaultText = {}) const;
 
-    /// Stores a text. Throws RuntimeError 61 (disk full), 70 (permission), 75 (anything else).
+    /// Stores a text. Throws RuntimeError 61 (disk full), 70 (permission), 76 (path), 75 (anything else).
     void SaveSetting(const QString& application, const QString& section, const QString& key,
                      const QString& text);
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFileDevice>
+#include <QString>
+
+namespace platform {
+
+/// The failure behind a system's message about a file that cannot be written: RuntimeError 61 (disk full),
+/// 70 (permission denied), 76 (path not found) or 75 (any other).
+[[noreturn]] void throwWriteFailure(const QString& path, const QString& systemMessage);
+
+/// Writes all bytes to a file that was opened without Qt's buffer; false when the system does not take them
+/// all, the file's errorString() then says why.
+bool writeAll(QFileDevice& file, const QByteArray& bytes);
+
+}  // namespace platform
