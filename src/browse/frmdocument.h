@@ -42,6 +42,11 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     std::shared_ptr<DBConnection> queryConnection() override { return connection(); }
     void Form_Resize() override;
 
+    /// Writes the items of a list to a text file in Windows-1252, under a head of the server and the first
+    /// two titles. Of each item `columnCount` texts are written, its own the first. Asks before it replaces a
+    /// file, and reports its own failures.
+    void ExportListViewItems(const controls::ListItems& list, qint16 columnCount, const QString& fileName);
+
     desktop::TreeView& tvDB() { return *m_tvDB; }
     desktop::ListView& lvTblDef() { return *m_lvTblDef; }
     desktop::ListView& lvTblData() { return *m_lvTblData; }
@@ -49,7 +54,7 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     controls::Nodes& tvDBNodes() { return m_nodes; }
     controls::ListItems& lvTblDefItems() { return m_definitions; }
     controls::ListItems& lvTblDataItems() { return m_data; }
-    DocumentPanes& panes() { return *m_panes; }
+    DocumentPanes& panes() const { return *m_panes; }
 
     QSize sizeHint() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;

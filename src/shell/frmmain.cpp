@@ -35,7 +35,6 @@ namespace {
 constexpr bool HasCompareWindow = false;
 constexpr bool HasQueryWindow = false;
 constexpr bool HasOptionsWindow = false;
-constexpr bool HasExport = false;
 
 /// What the user chose to connect to. Filling the tree has replaced a data source's name by its server's, so
 /// the name is taken from the connection string, "DSN=name;".
@@ -172,8 +171,6 @@ void frmMain::SetMenuAndToolBarControls() {
     enable(m_menus.mnuWindowTileHorizontal, {}, connected);
     enable(m_menus.mnuWindowTileVertical, {}, connected);
     enable(m_menus.mnuWindowArrangeIcons, {}, connected);
-    enable(m_menus.mnuPop2ExportColNames, {}, HasExport);
-    enable(m_menus.mnuPop2ExportColDef, {}, HasExport);
 }
 
 void frmMain::popUpConnectMenu(const QPoint& screenPosition) {

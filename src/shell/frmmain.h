@@ -65,6 +65,8 @@ class frmMain : public QMainWindow, public Frame {
     void mnuWindowTileHorizontal_Click();
     void mnuWindowTileVertical_Click();
     void mnuWindowArrangeIcons_Click();
+    void mnuPop2ExportColNames_Click();
+    void mnuPop2ExportColDef_Click();
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
@@ -87,7 +89,10 @@ class frmMain : public QMainWindow, public Frame {
     frmDocument& openDocument();
     frmDocument* activeDocument() const;
     ChildWindow& requireActiveWindow() const;
+    /// Throws RuntimeError 91 without an active child and 438 when that is no document.
+    frmDocument& requireActiveDocument() const;
     bool hasOpenDocument() const;
+    void exportDefinitions(qint16 columnCount, const QString& title, const QString& what);
     void failOnRichText();
     void showHelp(desktop::HelpCommand command);
 

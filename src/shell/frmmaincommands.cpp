@@ -44,6 +44,11 @@ QString applicationHelpFile() {
                                  QStringLiteral("Object variable or With block variable not set"));
 }
 
+[[noreturn]] void failWithoutMember() {
+    throw platform::RuntimeError(platform::errors::NoSuchMember,
+                                 QStringLiteral("Object doesn't support this property or method"));
+}
+
 }  // namespace
 
 void frmMain::connectCommands() {
@@ -71,6 +76,8 @@ void frmMain::connectCommands() {
     lead(m_menus.mnuHelpSearchForHelpOn, &frmMain::mnuHelpSearchForHelpOn_Click);
     lead(m_menus.mnuHelpAbout, &frmMain::mnuHelpAbout_Click);
     lead(m_menus.mnuPop1Connect, &frmMain::mnuToolConnect_Click);
+    lead(m_menus.mnuPop2ExportColNames, &frmMain::mnuPop2ExportColNames_Click);
+    lead(m_menus.mnuPop2ExportColDef, &frmMain::mnuPop2ExportColDef_Click);
     desktop::connectGuarded(tbToolBar, &MainToolBar::ButtonClick, this, &frmMain::tbToolBar_ButtonClick);
 }
 
@@ -95,8 +102,7 @@ void frmMain::tbToolBar_ButtonClick(const QString& key) {
 /// These act on a rich text of the active child; no child has one.
 void frmMain::failOnRichText() {
     if (activeChild() == nullptr) failWithoutActiveChild();
-    throw platform::RuntimeError(platform::errors::NoSuchMember,
-                                 QStringLiteral("Object doesn't support this property or method"));
+    failWithoutMember();
 }
 
 frmDocument* frmMain::activeDocument() const {
@@ -109,6 +115,13 @@ ChildWindow& frmMain::requireActiveWindow() const {
     auto* window = child == nullptr ? nullptr : dynamic_cast<ChildWindow*>(child->widget());
     if (window == nullptr) failWithoutActiveChild();
     return *window;
+}
+
+frmDocument& frmMain::requireActiveDocument() const {
+    if (activeChild() == nullptr) failWithoutActiveChild();
+    frmDocument* document = activeDocument();
+    if (document == nullptr) failWithoutMember();
+    return *document;
 }
 
 frmDocument& frmMain::openDocument() {

@@ -173,7 +173,8 @@ void FrmMainTest::enabling_data() {
     QTest::addColumn<bool>("withConnection");
 
     for (const char* always : {"mnuFileNew", "mnuFileExit", "mnuViewToolbar", "mnuToolConnect", "New",
-                               "Connect", "mnuWindowNewWindow", "mnuHelpAbout", "mnuPop1Connect"}) {
+                               "Connect", "mnuWindowNewWindow", "mnuHelpAbout", "mnuPop1Connect",
+                               "mnuPop2ExportColNames", "mnuPop2ExportColDef"}) {
         QTest::newRow(always) << QString::fromLatin1(always) << true << true;
     }
     for (const char* connected : {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuWindowCascade",

@@ -11,7 +11,8 @@ namespace desktop {
 struct SaveFileRequest {
     QString title;
     QString suggestedName;
-    QString filter;  ///< "Text files (*.txt);;All files (*)"
+    QString filter;        ///< "Text files (*.txt);;All files (*)"
+    QString objectName{};  ///< of the box
 };
 
 using SaveFileAnswerer = std::function<std::optional<QString>(const SaveFileRequest&)>;

@@ -70,6 +70,7 @@ QString suffixOf(const QString& filter) {
 
 std::optional<QString> showSaveDialog(const SaveFileRequest& request) {
     const QPointer<QFileDialog> dialog = new QFileDialog(activeWindow(), request.title);
+    dialog->setObjectName(request.objectName);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setOption(QFileDialog::DontConfirmOverwrite);

@@ -1,0 +1,48 @@
+// The frame's exports of the active document's column definitions.
+
+#include "browse/documentpanes.h"
+#include "browse/frmdocument.h"
+#include "platform/desktop/filedialog.h"
+#include "platform/desktop/titlelabel.h"
+#include "shell/frmmain.h"
+
+#include <QPointer>
+#include <QRegularExpression>
+
+namespace tw {
+
+namespace {
+
+/// A file name after the table whose definition is shown.
+QString suggestedName(const frmDocument& document, const QString& what) {
+    constexpr qsizetype LongestName = 60;  // file systems count 255 bytes, of which a character may take 3
+    static const QRegularExpression unfit(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f])"));
+    const QString title = document.panes().lblTitle(1).text();
+    QString table = title.sliced(title.indexOf(u':') + 1).trimmed().left(LongestName);
+    table.replace(unfit, QStringLiteral("_"));
+    return table + what + QStringLiteral(".txt");
+}
+
+}  // namespace
+
+void frmMain::mnuPop2ExportColNames_Click() {
+    exportDefinitions(1, QStringLiteral("Export Column Names"), QStringLiteral(" column names"));
+}
+
+void frmMain::mnuPop2ExportColDef_Click() {
+    exportDefinitions(4, QStringLiteral("Export Column Definitions"), QStringLiteral(" column definitions"));
+}
+
+void frmMain::exportDefinitions(qint16 columnCount, const QString& title, const QString& what) {
+    const QPointer<frmDocument> document(&requireActiveDocument());
+    const std::optional<QString> fileName =
+        desktop::askSaveFileName({.title = title,
+                                  .suggestedName = suggestedName(*document, what),
+                                  .filter = QStringLiteral("Text files (*.txt);;All files (*)"),
+                                  .objectName = QStringLiteral("dlgCommonDialog")});
+    // While the dialog is open the program may be ended and the document with it.
+    if (!fileName || document.isNull()) return;
+    document->ExportListViewItems(document->lvTblDefItems(), columnCount, *fileName);
+}
+
+}  // namespace tw
