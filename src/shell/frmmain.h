@@ -61,6 +61,7 @@ class frmMain : public QMainWindow, public Frame {
     void mnuToolConnect_Click();
     void mnuToolCompare_Click();
     void mnuToolQuery_Click();
+    void mnuToolOptions_Click();
     void mnuWindowCascade_Click();
     void mnuWindowTileHorizontal_Click();
     void mnuWindowTileVertical_Click();

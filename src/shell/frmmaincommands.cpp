@@ -7,11 +7,13 @@
 #include "platform/desktop/helpviewer.h"
 #include "platform/desktop/mdiarrangement.h"
 #include "platform/desktop/msgbox.h"
+#include "platform/desktop/treeview.h"
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
 #include "shell/appstate.h"
 #include "shell/frmabout.h"
 #include "shell/frmmain.h"
+#include "shell/frmoption.h"
 #include "shell/maintoolbar.h"
 
 #include <QAction>
@@ -67,6 +69,7 @@ void frmMain::connectCommands() {
     lead(m_menus.mnuToolConnect, &frmMain::mnuToolConnect_Click);
     lead(m_menus.mnuToolCompare, &frmMain::mnuToolCompare_Click);
     lead(m_menus.mnuToolQuery, &frmMain::mnuToolQuery_Click);
+    lead(m_menus.mnuToolOptions, &frmMain::mnuToolOptions_Click);
     lead(m_menus.mnuWindowNewWindow, &frmMain::mnuFileNew_Click);
     lead(m_menus.mnuWindowCascade, &frmMain::mnuWindowCascade_Click);
     lead(m_menus.mnuWindowTileHorizontal, &frmMain::mnuWindowTileHorizontal_Click);
@@ -87,6 +90,7 @@ void frmMain::tbToolBar_ButtonClick(const QString& key) {
         {QStringLiteral("Connect"), &frmMain::mnuToolConnect_Click},
         {QStringLiteral("Compare"), &frmMain::mnuToolCompare_Click},
         {QStringLiteral("Query"), &frmMain::mnuToolQuery_Click},
+        {QStringLiteral("Options"), &frmMain::mnuToolOptions_Click},
         {QStringLiteral("Horizontal"), &frmMain::mnuViewHorizontal_Click},
         {QStringLiteral("Vertical"), &frmMain::mnuViewVertical_Click},
         {QStringLiteral("CenterChild"), &frmMain::mnuViewCenter_Click},
@@ -221,6 +225,11 @@ void frmMain::mnuToolQuery_Click() {
                            "or click on 'Connect' to connect to a server."));
     }
     // The query window opens here, on this connection.
+}
+
+void frmMain::mnuToolOptions_Click() {
+    const auto setHotTracking = [this](bool on) { requireActiveDocument().tvDB().setHotTracking(on); };
+    frmOption(m_state, setHotTracking, this).exec();
 }
 
 /// Whether there is any document window; says so when there is none.

@@ -6,6 +6,7 @@
 #include "shell/appstate.h"
 #include "shell/frmmain.h"
 
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTemporaryDir>
 
@@ -74,3 +75,22 @@ struct FrameFixture {
     /// The command or button with this object name.
     QAction* action(const char* name) const { return frame.findChild<QAction*>(QString::fromLatin1(name)); }
 };
+
+/// A child that is no document, as query windows are.
+class OtherChild : public QWidget, public tw::ChildWindow {
+  public:
+    QString getModuleName() const override { return QStringLiteral("frmQuery"); }
+    std::shared_ptr<tw::DBConnection> queryConnection() override { return m_connection; }
+    void Form_Resize() override { ++resizes; }
+    int resizes = 0;
+
+  private:
+    std::shared_ptr<tw::DBConnection> m_connection = std::make_shared<tw::DBConnection>();
+};
+
+/// Makes one the active child.
+inline OtherChild& addOtherChild(FrameFixture& fixture) {
+    auto* child = new OtherChild;  // owned by its sub-window
+    fixture.frame.area().addSubWindow(child)->show();
+    return *child;
+}

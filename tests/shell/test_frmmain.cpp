@@ -32,25 +32,6 @@ qint32 numberOfFailure(const std::function<void()>& action) {
     return 0;
 }
 
-/// A child that is no document, as query windows are.
-class OtherChild : public QWidget, public tw::ChildWindow {
-  public:
-    QString getModuleName() const override { return QStringLiteral("frmQuery"); }
-    std::shared_ptr<tw::DBConnection> queryConnection() override { return m_connection; }
-    void Form_Resize() override { ++resizes; }
-    int resizes = 0;
-
-  private:
-    std::shared_ptr<tw::DBConnection> m_connection = std::make_shared<tw::DBConnection>();
-};
-
-/// Makes one the active child.
-OtherChild& addOtherChild(FrameFixture& fixture) {
-    auto* child = new OtherChild;  // owned by its sub-window
-    fixture.frame.area().addSubWindow(child)->show();
-    return *child;
-}
-
 const QString NoServerText = QStringLiteral(
     "Failure to find a server connection.  Please make sure that there is at least one active connection.");
 const QString NotConnectedText = QStringLiteral(
@@ -174,7 +155,7 @@ void FrmMainTest::enabling_data() {
 
     for (const char* always : {"mnuFileNew", "mnuFileExit", "mnuViewToolbar", "mnuToolConnect", "New",
                                "Connect", "mnuWindowNewWindow", "mnuHelpAbout", "mnuPop1Connect",
-                               "mnuPop2ExportColNames", "mnuPop2ExportColDef"}) {
+                               "mnuPop2ExportColNames", "mnuPop2ExportColDef", "mnuToolOptions", "Options"}) {
         QTest::newRow(always) << QString::fromLatin1(always) << true << true;
     }
     for (const char* connected : {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuWindowCascade",

@@ -1,0 +1,290 @@
+#include "platform/desktop/failures.h"
+#include "platform/desktop/treeview.h"
+#include "platform/runtimeerror.h"
+#include "shell/framefixture.h"
+#include "shell/frmoption.h"
+#include "support/answers.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+using testsupport::Answers;
+
+namespace {
+
+/// The options dialog on the screen; the values that follow from it.
+struct Dialog {
+    explicit Dialog(const tw::Options& options = {}) {
+        state.options = options;
+        dialog = std::make_unique<tw::frmOption>(state, [this](bool on) { tracked.push_back(on); });
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+    }
+    template <class Control>
+    Control& find(const char* name) const {
+        return *dialog->findChild<Control*>(QString::fromLatin1(name));
+    }
+    QLineEdit& rows() const { return find<QLineEdit>("txtNumShow"); }
+    QCheckBox& single() const { return find<QCheckBox>("chkMouseSelectSingle"); }
+    QCheckBox& hot() const { return find<QCheckBox>("chkMouseHotTracking"); }
+    void click(const char* button) const { QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton); }
+    void clickTab(int index) const {
+        QTabBar* bar = find<QTabWidget>("tsOptions").tabBar();
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(index).center());
+    }
+    /// "rows/click/hot tracking" in force.
+    QString values() const {
+        const tw::Options& options = state.options;
+        return QStringLiteral("%1/%2/%3")
+            .arg(options.NumberRecShow)
+            .arg(options.MouseClickOption)
+            .arg(options.MouseHotTracking);
+    }
+
+    QTemporaryDir folder;
+    desktop::SettingsStore store{folder.filePath(QStringLiteral("settings"))};
+    tw::AppState state{store};
+    std::vector<bool> tracked;
+    std::unique_ptr<tw::frmOption> dialog;
+};
+
+void expectRefusal(Answers& answers) {
+    const desktop::MsgBoxRequest box = answers.takeBox();
+    QCOMPARE(box.text, QStringLiteral("Please enter numeric data     "));
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Exclamation);
+}
+
+}  // namespace
+
+class FrmOptionTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void loads_data();
+    void loads();
+    void tabsChooseFrame();
+    void showsWholeTexts();
+    void takesNumbers_data();
+    void takesNumbers();
+    void judgesWhatIsTyped();
+    void refusalChangesNothing_data();
+    void refusalChangesNothing();
+    void storesOneAndZero();
+    void leavesByKey_data();
+    void leavesByKey();
+    void tracksInActiveDocument();
+    void failsWithoutDocument_data();
+    void failsWithoutDocument();
+};
+
+void FrmOptionTest::loads_data() {
+    QTest::addColumn<int>("click");
+    QTest::addColumn<int>("hot");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("off") << 0 << 0 << 50;
+    QTest::newRow("single click") << 1 << 0 << 0;
+    QTest::newRow("hot tracking") << 0 << 1 << 2147483647;
+    QTest::newRow("neither 0 nor 1") << -1 << 2 << -3;
+}
+
+void FrmOptionTest::loads() {
+    QFETCH(int, click);
+    QFETCH(int, hot);
+    QFETCH(int, rows);
+    const Answers answers;  // no message for what the settings hold
+    const Dialog it(
+        {.NumberRecShow = rows, .MouseClickOption = qint16(click), .MouseHotTracking = qint16(hot)});
+    QCOMPARE(it.dialog->windowTitle(), QStringLiteral("Tablewright Options"));
+    QCOMPARE(it.rows().text(), QString::number(rows));
+    QCOMPARE(it.single().isChecked(), click == 1);
+    QCOMPARE(it.hot().isChecked(), hot == 1);
+    QVERIFY(it.rows().hasFocus());
+}
+
+void FrmOptionTest::tabsChooseFrame() {
+    const Dialog it;
+    const QList<QFrame*> frames = it.dialog->findChildren<QFrame*>(QStringLiteral("fmeOptions"));
+    QCOMPARE(frames.size(), 2);
+    QVERIFY(frames[0]->isAncestorOf(&it.hot()));
+    QVERIFY(frames[1]->isAncestorOf(&it.rows()));
+    for (const int tab : {0, 1, 1, 0}) {
+        it.clickTab(tab);
+        QCOMPARE(frames[0]->isVisible(), tab == 1);
+        QCOMPARE(frames[1]->isVisible(), tab == 0);
+    }
+}
+
+void FrmOptionTest::showsWholeTexts() {
+    const Dialog it;
+    for (const int tab : {0, 1}) {
+        it.clickTab(tab);
+        for (const QLabel* label : it.dialog->findChildren<QLabel*>()) {
+            if (!label->isVisible()) continue;
+            const int needed =
+                label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+            QVERIFY2(label->height() >= needed, qUtf8Printable(label->objectName()));
+        }
+    }
+}
+
+void FrmOptionTest::takesNumbers_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("rows");  // -1: refused
+    const auto row = [](const char* text, int rows) {
+        QTest::addRow("\"%s\"", text) << QString::fromLatin1(text) << rows;
+    };
+    row("0", 0);
+    row(" 7 ", 7);
+    row("2147483647", 2147483647);
+    for (const char* refused : {"", " ", "2147483648", "-1", "1.5", "1e3", "abc"}) {
+        row(refused, -1);
+    }
+}
+
+void FrmOptionTest::takesNumbers() {
+    QFETCH(QString, text);
+    QFETCH(int, rows);
+    Answers answers;
+    const Dialog it;
+    it.rows().setText(text);
+    it.click("cmdApply");
+    QCOMPARE(it.state.options.NumberRecShow, rows < 0 ? 50 : rows);
+    QCOMPARE(it.tracked.size(), rows < 0 ? 0u : 1u);
+    if (rows < 0) expectRefusal(answers);
+}
+
+void FrmOptionTest::judgesWhatIsTyped() {
+    Answers answers;
+    const Dialog it;
+    QTest::keyClicks(&it.rows(), QStringLiteral("12"));
+    QCOMPARE(answers.boxes(), 0);
+    answers.whileOpen([&](const auto&) { it.find<QTabWidget>("tsOptions").setFocus(); });
+    QTest::keyClicks(&it.rows(), QStringLiteral("x"));
+    expectRefusal(answers);
+    QCOMPARE(it.rows().text(), QStringLiteral("12x"));
+    QCOMPARE(it.rows().selectedText(), QStringLiteral("12x"));
+    QVERIFY(it.rows().hasFocus());
+    QTest::keyClick(&it.rows(), Qt::Key_Delete);
+    expectRefusal(answers);
+    QTest::keyClicks(&it.rows(), QStringLiteral("0"));
+    QCOMPARE(answers.boxes(), 0);
+    QCOMPARE(it.values(), QStringLiteral("50/0/0"));
+}
+
+void FrmOptionTest::refusalChangesNothing_data() {
+    QTest::addColumn<QString>("button");
+    QTest::newRow("Apply") << "cmdApply";
+    QTest::newRow("OK") << "cmdOK";
+}
+
+void FrmOptionTest::refusalChangesNothing() {
+    QFETCH(QString, button);
+    Answers answers;
+    const Dialog it;
+    it.rows().setText(QStringLiteral("many"));
+    it.clickTab(1);
+    it.single().setChecked(true);
+    it.hot().setChecked(true);
+    answers.whileOpen([&](const auto&) { QVERIFY(it.rows().isVisible()); });
+    it.click(qUtf8Printable(button));
+    expectRefusal(answers);
+    QCOMPARE(it.values(), QStringLiteral("50/0/0"));
+    QVERIFY(it.tracked.empty());
+    QVERIFY(it.dialog->isVisible());
+    QVERIFY(it.rows().hasFocus());
+    QCOMPARE(it.rows().selectedText(), QStringLiteral("many"));
+}
+
+void FrmOptionTest::storesOneAndZero() {
+    const Dialog it({.MouseClickOption = 2, .MouseHotTracking = 1});
+    it.clickTab(1);
+    QTest::mouseClick(&it.hot(), Qt::LeftButton, {}, {8, it.hot().height() / 2});
+    it.click("cmdApply");
+    QCOMPARE(it.values(), QStringLiteral("50/0/0"));
+    QTest::mouseClick(&it.hot(), Qt::LeftButton, {}, {8, it.hot().height() / 2});
+    QTest::mouseClick(&it.single(), Qt::LeftButton, {}, {8, it.single().height() / 2});
+    QVERIFY(it.dialog->isVisible());
+    it.click("cmdOK");
+    QCOMPARE(it.values(), QStringLiteral("50/1/1"));
+    QCOMPARE(it.tracked, (std::vector<bool>{false, true}));
+    QVERIFY(!it.dialog->isVisible());
+}
+
+void FrmOptionTest::leavesByKey_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("Enter") << int(Qt::Key_Return) << int(Qt::NoModifier) << true;
+    QTest::newRow("Alt+O") << int(Qt::Key_O) << int(Qt::AltModifier) << true;
+    QTest::newRow("Escape") << int(Qt::Key_Escape) << int(Qt::NoModifier) << false;
+    QTest::newRow("Alt+C") << int(Qt::Key_C) << int(Qt::AltModifier) << false;
+}
+
+void FrmOptionTest::leavesByKey() {
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(bool, taken);
+    const Dialog it;
+    it.single().setChecked(true);
+    QTest::keyClicks(&it.rows(), QStringLiteral("7"));
+    QTest::keyClick(&it.rows(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QTRY_VERIFY(!it.dialog->isVisible());
+    QCOMPARE(it.values(), taken ? QStringLiteral("7/1/0") : QStringLiteral("50/0/0"));
+    QCOMPARE(it.rows().text(), taken ? QStringLiteral("7") : QStringLiteral("50"));
+    QCOMPARE(it.single().isChecked(), taken);
+}
+
+/// The dialog as the frame opens it, with hot tracking ticked and OK pressed.
+void turnOnHotTracking(FrameFixture& fixture) {
+    QTimer::singleShot(0, &fixture.frame, [] {
+        auto* dialog = qobject_cast<tw::frmOption*>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        dialog->findChild<QCheckBox*>(QStringLiteral("chkMouseHotTracking"))->setChecked(true);
+        dialog->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+        dialog->close();
+    });
+    fixture.action("mnuToolOptions")->trigger();
+    QCOMPARE(fixture.state.options.MouseHotTracking, 1);
+}
+
+void FrmOptionTest::tracksInActiveDocument() {
+    FrameFixture fixture;
+    fixture.start();
+    tw::frmDocument& other = fixture.open();
+    tw::frmDocument& active = fixture.open();
+    turnOnHotTracking(fixture);
+    QVERIFY(active.tvDB().hotTracking());
+    QVERIFY(!other.tvDB().hotTracking());
+    QVERIFY(fixture.open().tvDB().hotTracking());
+}
+
+void FrmOptionTest::failsWithoutDocument_data() {
+    QTest::addColumn<bool>("otherChild");
+    QTest::addColumn<int>("number");
+    QTest::newRow("no child") << false << 91;
+    QTest::newRow("child that is no document") << true << 438;
+}
+
+void FrmOptionTest::failsWithoutDocument() {
+    QFETCH(bool, otherChild);
+    QFETCH(int, number);
+    FrameFixture fixture;
+    fixture.start();
+    if (otherChild) addOtherChild(fixture);
+    std::vector<int> failures;
+    const auto previous = desktop::setUnhandledFailureHandler(
+        [&](const platform::RuntimeError& error) { failures.push_back(error.number()); });
+    turnOnHotTracking(fixture);
+    desktop::setUnhandledFailureHandler(previous);
+    QCOMPARE(failures, std::vector<int>{number});
+}
+
+QTEST_MAIN(FrmOptionTest)
+#include "test_frmoption.moc"
