@@ -2,6 +2,7 @@
 
 #include "platform/controls/listitems.h"
 #include "platform/desktop/celldelegate.h"
+#include "platform/desktop/msgbox.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -10,14 +11,26 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyleOptionFocusRect>
 
 #include <algorithm>
+#include <utility>
 
 namespace desktop {
 namespace {
 
 constexpr int PictureSize = 16;
 constexpr int TextMargin = 4;
+
+/// A cell's text may not look like more than one cell. Two characters that end a line are one end.
+void appendCell(QString& line, const QString& cell) {
+    for (qsizetype i = 0; i < cell.size(); ++i) {
+        const QChar c = cell[i];
+        const bool lineFeedFollows = c == u'\r' && i + 1 < cell.size() && cell[i + 1] == u'\n';
+        if (lineFeedFollows) ++i;
+        line.append(c == u'\t' || c == u'\n' || c == u'\r' ? QChar(u' ') : c);
+    }
+}
 
 }  // namespace
 
@@ -36,23 +49,41 @@ ListView::ListView(QWidget* parent) : QTableView(parent) {
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setMinimumSectionSize(24);
     fitRowHeight();
 }
 
 void ListView::setItems(controls::ListItems* items) {
-    disconnect(m_columnsInserted);
-    disconnect(m_rowsInserted);
+    for (const QMetaObject::Connection& connection : std::exchange(m_connections, {}))
+        disconnect(connection);
     setModel(items);
     m_columnsNew = true;
     if (!items) return;
     items->notifyViews();
-    m_columnsInserted =
-        connect(items, &QAbstractItemModel::columnsInserted, this, [this] { m_columnsNew = true; });
-    m_rowsInserted = connect(items, &QAbstractItemModel::rowsInserted, this, &ListView::rowsArrived);
+    follow(*items);
     fitColumns();
     m_columnsNew = items->rowCount() == 0;
+}
+
+/// What is listed anew begins at its own widths and its first cell.
+void ListView::follow(controls::ListItems& items) {
+    const auto columnsArrived = [this](const QModelIndex&, int first, int last) {
+        m_columnsNew = true;
+        for (int column = first; column <= last; ++column)
+            setColumnWidth(column, wantedWidth(column));
+    };
+    const auto rowsGone = [this] {
+        if (model()->rowCount() == 0) verticalScrollBar()->setValue(0);
+    };
+    m_connections = {
+        connect(&items, &QAbstractItemModel::columnsInserted, this, columnsArrived),
+        connect(&items, &QAbstractItemModel::columnsRemoved, this,
+                [this] { horizontalScrollBar()->setValue(0); }),
+        connect(&items, &QAbstractItemModel::rowsInserted, this, &ListView::rowsArrived),
+        connect(&items, &QAbstractItemModel::rowsRemoved, this, rowsGone),
+    };
 }
 
 void ListView::setPictures(QList<QIcon> icons) {
@@ -88,38 +119,47 @@ void ListView::rowsArrived() {
     fitColumns();
 }
 
-QString ListView::selectedText() const {
-    if (!model()) return {};
+std::vector<int> ListView::selectedRows() const {
     std::vector<int> rows;
     for (const QItemSelectionRange& range : selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
-        }
     }
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
 
+QString ListView::selectedText() const {
+    const auto* items = static_cast<const controls::ListItems*>(model());
+    if (!items) return {};
     QString text;
-    for (const int row : rows) {
-        for (int place = 0; place < model()->columnCount(); ++place) {
+    for (const int row : selectedRows()) {
+        for (int place = 0; place < items->headerCount(); ++place) {
             if (place > 0) text.append(u'\t');
-            const int column = horizontalHeader()->logicalIndex(place);
-            QString cell = model()->index(row, column).data().toString();
-            cell.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-            std::replace_if(
-                cell.begin(), cell.end(), [](QChar c) { return c == u'\t' || c == u'\n' || c == u'\r'; },
-                u' ');
-            text.append(cell);
+            appendCell(text, items->subItem(row, horizontalHeader()->logicalIndex(place)));
         }
         text.append(u'\n');
+        if (text.size() > m_copyLimit) return {};
     }
     return text;
 }
 
+void ListView::copySelection() {
+    if (!selectionModel() || !selectionModel()->hasSelection()) return;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const QString text = selectedText();
+    QGuiApplication::restoreOverrideCursor();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+    else
+        MsgBox(QStringLiteral("The selected rows are too long to be copied at once."),
+               MsgBoxIcon::Exclamation);
+}
+
 void ListView::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
-        const QString text = selectedText();
-        if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+        copySelection();
         event->accept();
         return;
     }
@@ -139,15 +179,32 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 
 void ListView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    const auto* items = static_cast<const controls::ListItems*>(model());
-    if (!items || items->headerCount() > 0) return;
-    // A table without columns has no cells to paint.
+    if (!model()) return;
     QPainter painter(viewport());
+    // A table without columns has no cells to paint.
+    if (model()->columnCount() == 0) paintItemsWithoutHeaders(painter);
+    if (hasFocus()) paintFocus(painter);
+}
+
+void ListView::paintItemsWithoutHeaders(QPainter& painter) const {
+    const auto* items = static_cast<const controls::ListItems*>(model());
     painter.setPen(palette().color(QPalette::Text));
     for (int row = 0; row < items->rowCount() && rowViewportPosition(row) < viewport()->height(); ++row) {
         const QRect line(TextMargin, rowViewportPosition(row), viewport()->width(), rowHeight(row));
         painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine, oneLine(items->text(row)));
     }
+}
+
+/// Around the current row, or where the first one would be.
+void ListView::paintFocus(QPainter& painter) const {
+    const int row = currentIndex().row();
+    const int top = row < 0 ? 0 : rowViewportPosition(row);
+    QStyleOptionFocusRect option;
+    option.initFrom(viewport());
+    option.rect = QRect(0, top, viewport()->width(), verticalHeader()->defaultSectionSize());
+    option.state |= QStyle::State_KeyboardFocusChange;
+    option.backgroundColor = palette().color(QPalette::Base);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 void ListView::changeEvent(QEvent* event) {

@@ -4,6 +4,8 @@
 
 #include <QTableView>
 
+#include <vector>
+
 namespace controls {
 class ListItems;
 }
@@ -28,8 +30,11 @@ class ListView : public QTableView {
     /// the first rows under new headers arrive.
     void fitColumns();
     /// The selected rows as they are copied: tabs between columns, each line ended; tabs and line ends
-    /// inside a text become blanks.
+    /// inside a text become blanks. Empty as well when they hold more than the limit.
     QString selectedText() const;
+    /// Most characters to copy, 256 million at first. Of a larger selection nothing is copied, which a
+    /// message tells.
+    void setCopyLimit(qsizetype characters) { m_copyLimit = characters; }
 
   Q_SIGNALS:
     /// The right mouse button was released over the view, or the menu key pressed; a point of the screen.
@@ -45,13 +50,18 @@ class ListView : public QTableView {
     void keyboardSearch(const QString& search) override;
 
   private:
+    void follow(controls::ListItems& items);
     void fitRowHeight();
     void rowsArrived();
     int wantedWidth(int column) const;
+    std::vector<int> selectedRows() const;
+    void copySelection();
+    void paintItemsWithoutHeaders(QPainter& painter) const;
+    void paintFocus(QPainter& painter) const;
 
     bool m_columnsNew = true;
-    QMetaObject::Connection m_columnsInserted;
-    QMetaObject::Connection m_rowsInserted;
+    qsizetype m_copyLimit = 256'000'000;
+    std::vector<QMetaObject::Connection> m_connections;
 };
 
 }  // namespace desktop

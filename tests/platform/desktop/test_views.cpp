@@ -3,13 +3,19 @@
 #include "platform/desktop/celldelegate.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
+#include "support/answers.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <functional>
+#include <vector>
 
 using controls::ListItems;
 using controls::Node;
@@ -53,8 +59,15 @@ class ViewsTest : public QObject {
   private Q_SLOTS:
     void listSelectsAndCopiesRows();
     void copyKeepsTheGrid();
+    void copyHasALimit();
+    void listSelectsWithMouseAndKeys_data();
+    void listSelectsWithMouseAndKeys();
+    void listShowsFocus_data();
+    void listShowsFocus();
     void listKeys();
     void listColumnWidths();
+    void listColumnsAreDragged();
+    void listBeginsAnewAtItsFirstCell();
     void listPictures();
     void listWithoutHeaders();
     void listTakesRowsWhileShown();
@@ -100,6 +113,96 @@ void ViewsTest::copyKeepsTheGrid() {
     QCOMPARE(view.selectedText(), QString());
 }
 
+void ViewsTest::copyHasALimit() {
+    ListItems items;
+    ListView view;
+    fill(items, 3);
+    view.setItems(&items);
+    view.setCopyLimit(16);
+    view.selectRow(0);
+    QTest::keySequence(&view, QKeySequence::Copy);
+    view.selectAll();
+    testsupport::Answers answers;
+    QTest::keySequence(&view, QKeySequence::Copy);
+    QVERIFY(answers.takeBox().text.contains(QStringLiteral("too long")));
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 0\t0\n"));
+}
+
+void ViewsTest::listSelectsWithMouseAndKeys_data() {
+    using Step = std::function<void(ListView&)>;
+    QTest::addColumn<std::vector<Step>>("steps");
+    QTest::addColumn<QString>("selected");
+    const auto click = [](int row, Qt::KeyboardModifiers modifiers = {}) -> Step {
+        return [=](ListView& view) {
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
+                              view.visualRect(view.model()->index(row, 1)).center());
+        };
+    };
+    const auto key = [](Qt::Key pressed, Qt::KeyboardModifiers modifiers = {}) -> Step {
+        return [=](ListView& view) { QTest::keyClick(&view, pressed, modifiers); };
+    };
+    const auto row = [](const char* name, const std::vector<Step>& steps, const char* selected) {
+        QTest::newRow(name) << steps << QString::fromLatin1(selected);
+    };
+    row("a range", {click(1), click(3, Qt::ShiftModifier)}, "1 2 3");
+    row("single ones", {click(4), click(2, Qt::ControlModifier)}, "2 4");
+    row("one taken out", {click(0), click(3, Qt::ShiftModifier), click(1, Qt::ControlModifier)}, "0 2 3");
+    row("only the last", {click(4), click(2)}, "2");
+    row("all", {key(Qt::Key_A, Qt::ControlModifier)}, "0 1 2 3 4");
+    row("down with Shift", {click(1), key(Qt::Key_Down, Qt::ShiftModifier)}, "1 2");
+    row("to the end with Shift", {click(3), key(Qt::Key_End, Qt::ShiftModifier)}, "3 4");
+    row("to the top", {click(3), key(Qt::Key_Home)}, "0");
+    row("moved, then added",
+        {click(0), key(Qt::Key_Down, Qt::ControlModifier), key(Qt::Key_Down, Qt::ControlModifier),
+         key(Qt::Key_Space, Qt::ControlModifier)},
+        "0 2");
+}
+
+void ViewsTest::listSelectsWithMouseAndKeys() {
+    QFETCH(std::vector<std::function<void(ListView&)>>, steps);
+    ListItems items;
+    ListView view;
+    fill(items, 5);
+    view.setItems(&items);
+    view.resize(400, 300);
+    view.show();
+    for (const auto& step : steps)
+        step(view);
+    QStringList rows;
+    for (int row = 0; row < 5; ++row) {
+        const QItemSelectionModel& selection = *view.selectionModel();
+        if (!selection.rowIntersectsSelection(row)) continue;
+        QVERIFY(selection.isRowSelected(row));
+        rows += QString::number(row);
+    }
+    QTEST(rows.join(u' '), "selected");
+}
+
+void ViewsTest::listShowsFocus_data() {
+    QTest::addColumn<int>("rows");
+    QTest::newRow("empty list") << 0;
+    QTest::newRow("row that is not selected") << 2;
+}
+
+void ViewsTest::listShowsFocus() {
+    QFETCH(int, rows);
+    ListItems items;
+    QWidget window;
+    auto* view = new ListView(&window);
+    auto* other = new QLineEdit(&window);
+    fill(items, rows);
+    view->setItems(&items);
+    view->setCurrentIndex(items.index(rows - 1, 0));
+    view->clearSelection();
+    window.show();
+    const auto shown = [&](QWidget* focus) {
+        focus->setFocus();
+        return view->viewport()->grab().toImage();
+    };
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(shown(view) != shown(other));
+}
+
 void ViewsTest::listKeys() {
     ListItems items;
     ListView view;
@@ -143,6 +246,55 @@ void ViewsTest::listColumnWidths() {
     items.addItem(QStringLiteral("x"));
     items.notifyViews();
     QVERIFY(view.columnWidth(0) > name);
+}
+
+void ViewsTest::listColumnsAreDragged() {
+    ListItems items;
+    ListView view;
+    fill(items, 3);
+    view.setItems(&items);
+    view.resize(600, 300);
+    view.show();
+    QWidget* header = view.horizontalHeader()->viewport();
+    const int width = view.columnWidth(0);
+    const QPoint edge(width - 1, header->height() / 2);
+    QTest::mousePress(header, Qt::LeftButton, {}, edge);
+    QTest::mouseMove(header, edge + QPoint(20, 0));
+    QTest::mouseMove(header, edge + QPoint(40, 0));
+    QTest::mouseRelease(header, Qt::LeftButton, {}, edge + QPoint(40, 0));
+    QCOMPARE(view.columnWidth(0), width + 40);
+    QVERIFY(!view.selectionModel()->hasSelection());
+}
+
+void ViewsTest::listBeginsAnewAtItsFirstCell() {
+    ListItems items;
+    ListView view;
+    const auto list = [&] {
+        items.clearHeaders();
+        items.clearItems();
+        for (int column = 0; column < 20; ++column)
+            items.addHeader(QStringLiteral("A name that wants room %1").arg(column));
+    };
+    const auto addRows = [&] {
+        for (int row = 0; row < 1000; ++row)
+            items.addItem(QString::number(row));
+        items.notifyViews();
+    };
+    list();
+    addRows();
+    view.setItems(&items);
+    view.resize(400, 300);
+    view.show();
+    view.setCurrentIndex(items.index(999, 19));
+    QVERIFY(view.verticalScrollBar()->value() > 0 && view.horizontalScrollBar()->value() > 0);
+    view.setColumnWidth(0, 30);
+    list();
+    // Even if no row ever comes, the headers can be read.
+    QVERIFY(view.columnWidth(0) > 100);
+    addRows();
+    QCOMPARE(view.verticalScrollBar()->value(), 0);
+    QCOMPARE(view.horizontalScrollBar()->value(), 0);
+    QVERIFY(!view.currentIndex().isValid());
 }
 
 void ViewsTest::listPictures() {
