@@ -5,6 +5,9 @@
 
 #include <QTest>
 
+#include <utility>
+#include <vector>
+
 using desktop::toPixels;
 using desktop::toTwips;
 
@@ -23,9 +26,6 @@ struct Window : Desk {
     QWidget* part(const char* name) const { return document->findChild<QWidget*>(QString::fromLatin1(name)); }
 };
 
-int rightOf(const QRect& rectangle) {
-    return rectangle.x() + rectangle.width();
-}
 int below(const QRect& rectangle) {
     return rectangle.y() + rectangle.height();
 }
@@ -38,6 +38,10 @@ class TestDocumentPanes : public QObject {
   private Q_SLOTS:
     void arrangesPanes_data();
     void arrangesPanes();
+    void keepsPartsApart_data();
+    void keepsPartsApart();
+    void limitsSplitters_data();
+    void limitsSplitters();
     void centresSplittersOnResize();
     void dragsSplitter_data();
     void dragsSplitter();
@@ -46,40 +50,98 @@ class TestDocumentPanes : public QObject {
 
 void TestDocumentPanes::arrangesPanes_data() {
     QTest::addColumn<int>("layout");
-    QTest::newRow("horizontal") << 1;
-    QTest::newRow("vertical") << 2;
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("splitters");
+    // Left edge and width of each part that the splitter across moves.
+    using Span = std::pair<int, int>;
+    QTest::addColumn<std::vector<Span>>("across");  // lblTitle0, lblTitle1, tvDB, lvTblDef, lvTblData
+    const auto row = [](const char* name, int layout, QSize size, QPoint splitters,
+                        const std::vector<Span>& across) {
+        QTest::newRow(name) << layout << size << splitters << across;
+    };
+    const QSize usual(1000, 700);
+    const QSize smallest(200, 200);
+    row("usual, horizontal", 1, usual, {500, 350}, {{0, 499}, {504, 489}, {0, 500}, {503, 490}, {0, 995}});
+    row("usual, vertical", 2, usual, {500, 350}, {{0, 499}, {504, 489}, {0, 500}, {503, 490}, {503, 490}});
+    row("smallest, horizontal", 1, smallest, {100, 100}, {{0, 99}, {104, 89}, {0, 100}, {103, 90}, {0, 195}});
+    row("smallest, vertical", 2, smallest, {100, 100}, {{0, 99}, {104, 89}, {0, 100}, {103, 90}, {103, 90}});
 }
 
 void TestDocumentPanes::arrangesPanes() {
     QFETCH(int, layout);
-    const Window window(static_cast<qint16>(layout));
-    int x = 3000;
-    int y = 2400;
-    window.document->panes().SizeControls(x);
-    window.document->panes().SizeControls2(y);
+    QFETCH(QSize, size);
+    QFETCH(QPoint, splitters);
+    const Window window(static_cast<qint16>(layout), size);
+    using Span = std::pair<int, int>;
+    std::vector<Span> across;
+    for (const char* name : {"lblTitle0", "lblTitle1", "tvDB", "lvTblDef", "lvTblData"})
+        across.emplace_back(window.place(name).x(), window.place(name).width());
+    QTEST(across, "across");
+    QCOMPARE(window.place("imgSplitter").x(), splitters.x());
+    QCOMPARE(window.place("imgSplitter2").y(), splitters.y());
 
     const QRect tree = window.place("tvDB");
     const QRect definitions = window.place("lvTblDef");
     const QRect data = window.place("lvTblData");
-    QCOMPARE(tree.width(), toPixels(3000));
-    QCOMPARE(tree.y(), below(window.place("picTitles")));
-    QCOMPARE(window.place("lblTitle0").width(), toPixels(3000 - 20));
-    QCOMPARE(window.place("lblTitle1").x(), toPixels(3000 - 20 + 80));
-    QCOMPARE(definitions.x(), toPixels(3040));
-    QCOMPARE(rightOf(definitions), toPixels(9000 - 100));
-    QCOMPARE(definitions.y(), tree.y());
-    QCOMPARE(below(definitions), toPixels(2400));
-    QCOMPARE(data.y(), below(window.place("lblTitle2")));
-    QCOMPARE(below(data), 400);
-    if (layout == 1) {
-        QCOMPARE(data.x(), tree.x());
-        QCOMPARE(rightOf(data), toPixels(9000 - 80));
-        QCOMPARE(below(tree), toPixels(2400));
-    } else {
-        QCOMPARE(data.x(), definitions.x());
-        QCOMPARE(data.width(), definitions.width());
-        QCOMPARE(below(tree), 400);
+    const QRect title = window.place("lblTitle2");
+    const int titleHeight = window.part("lblTitle2")->sizeHint().height();
+    QCOMPARE(window.place("picTitles"), QRect(0, 0, size.width(), titleHeight));
+    QCOMPARE(tree.y(), titleHeight);
+    QCOMPARE(definitions.y(), titleHeight);
+    QCOMPARE(below(tree), layout == 1 ? splitters.y() : size.height());
+    QCOMPARE(below(definitions), splitters.y());
+    QCOMPARE(title, QRect(data.x(), splitters.y() + 4, data.width(), titleHeight));
+    QCOMPARE(data.y(), below(title));
+    QCOMPARE(below(data), size.height());
+}
+
+void TestDocumentPanes::keepsPartsApart_data() {
+    arrangesPanes_data();
+}
+
+void TestDocumentPanes::keepsPartsApart() {
+    QFETCH(int, layout);
+    QFETCH(QSize, size);
+    const Window window(static_cast<qint16>(layout), size);
+    std::vector<QWidget*> parts;
+    for (const char* name : {"lblTitle0", "lblTitle1", "lblTitle2", "tvDB", "lvTblDef", "lvTblData"})
+        parts.push_back(window.part(name));
+    // The splitters' handles are left where the user can reach them, or at an edge.
+    for (const int x : {0, size.width() / 3, size.width()}) {
+        for (const int y : {0, size.height() / 3, size.height()}) {
+            int across = toTwips(x);
+            int down = toTwips(y);
+            window.document->panes().SizeControls(across);
+            window.document->panes().SizeControls2(down);
+            for (const QWidget* one : parts) {
+                const QRect place(one->mapTo(window.document.get(), QPoint()), one->size());
+                QVERIFY2(QRect({}, size).contains(place), qUtf8Printable(one->objectName()));
+                for (const QWidget* other : parts) {
+                    const QRect otherPlace(other->mapTo(window.document.get(), QPoint()), other->size());
+                    QVERIFY2(one == other || !place.intersects(otherPlace),
+                             qUtf8Printable(one->objectName() + u' ' + other->objectName()));
+                }
+            }
+        }
     }
+}
+
+void TestDocumentPanes::limitsSplitters_data() {
+    QTest::addColumn<QPoint>("wanted");
+    QTest::addColumn<QPoint>("given");
+    // Of a window of 15000 by 10500 twips.
+    QTest::newRow("inside") << QPoint(1500, 9000) << QPoint(1500, 9000);
+    QTest::newRow("too near the start") << QPoint(1499, -20) << QPoint(1500, 1500);
+    QTest::newRow("too near the end") << QPoint(13501, 20000) << QPoint(13500, 9000);
+}
+
+void TestDocumentPanes::limitsSplitters() {
+    QFETCH(QPoint, wanted);
+    const Window window(1, {1000, 700});
+    window.document->panes().SizeControls(wanted.rx());
+    window.document->panes().SizeControls2(wanted.ry());
+    QTEST(wanted, "given");
+    QCOMPARE(window.place("tvDB").width(), toPixels(wanted.x()));
 }
 
 void TestDocumentPanes::centresSplittersOnResize() {
