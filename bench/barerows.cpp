@@ -1,8 +1,7 @@
 #include "barerows.h"
 
 #include <charconv>
-#include <cstdio>
-#include <memory>
+#include <utility>
 #include <vector>
 
 // The driver manager's headers come last: they define common words as macros.
@@ -43,14 +42,26 @@ Column columnOf(SQLSMALLINT sqlType) {
     }
 }
 
+char16_t* putDigits(char16_t* place, unsigned number, int digits) {
+    for (int i = digits - 1; i >= 0; --i, number /= 10)
+        place[i] = static_cast<char16_t>(u'0' + number % 10);
+    return place + digits;
+}
+
 QString dateText(const SQL_TIMESTAMP_STRUCT& date) {
-    char text[40];
-    int length = std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", date.year, date.month,
-                               date.day, date.hour, date.minute, date.second);
-    if (date.fraction != 0)
-        length += std::snprintf(text + length, sizeof text - static_cast<size_t>(length), ".%03u",
-                                static_cast<unsigned>(date.fraction / 1'000'000));
-    return QString::fromLatin1(text, length);
+    char16_t text[24];
+    char16_t* end = putDigits(text, static_cast<unsigned>(date.year), 4);
+    const std::pair<char16_t, SQLUSMALLINT> parts[] = {
+        {u'-', date.month}, {u'-', date.day}, {u' ', date.hour}, {u':', date.minute}, {u':', date.second}};
+    for (const auto& [separator, number] : parts) {
+        *end++ = separator;
+        end = putDigits(end, number, 2);
+    }
+    if (date.fraction != 0) {
+        *end++ = u'.';
+        end = putDigits(end, static_cast<unsigned>(date.fraction / 1'000'000), 3);
+    }
+    return QString(reinterpret_cast<const QChar*>(text), end - text);
 }
 
 QString doubleText(double value) {

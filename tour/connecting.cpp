@@ -99,43 +99,6 @@ void expectTree(Place& place, tw::frmDocument& document) {
                      QStringLiteral("the child of a closed database"));
 }
 
-QStringList firstColumn(const controls::ListItems& list) {
-    QStringList texts;
-    for (int item = 0; item < list.count(); ++item)
-        texts.append(list.text(item));
-    return texts;
-}
-
-void browse(Place& place, tw::frmDocument& document) {
-    Stage& stage = place.stage;
-    stage.say(QStringLiteral("A table's columns and rows, a database's details"));
-    auto& tree = stage.find<QTreeView>(document, QStringLiteral("tvDB"));
-    const QString server = tree.model()->index(0, 0).data().toString();
-    const auto title = [&](int index) {
-        return stage.find<QLabel>(document, QStringLiteral("lblTitle%1").arg(index)).text();
-    };
-    stage.clickNode(tree, {server, QStringLiteral("Workshop"), QStringLiteral("Mechanic")}, true);
-    stage.expectText(title(1), QStringLiteral("Table Definition: Mechanic"),
-                     QStringLiteral("the second title"));
-    const QStringList columns = firstColumn(document.lvTblDefItems());
-    stage.expectText(columns.join(u' '), QStringLiteral("MechanicId Name BossId HiredOn HourlyRate Photo"),
-                     QStringLiteral("the list of columns"));
-    stage.expect(title(2).startsWith(QStringLiteral("Table: Mechanic.  Total rows: ")),
-                 QStringLiteral("the title of the rows: ") + title(2));
-    stage.expect(
-        document.lvTblDataItems().headerCount() == columns.size() && document.lvTblDataItems().count() > 0,
-        QStringLiteral("the rows are listed under the table's columns"));
-    stage.picture(QStringLiteral("table"));
-
-    stage.clickNode(tree, {server, QStringLiteral("Workshop")}, true);
-    stage.expectText(title(2),
-                     QStringLiteral("Constraints, Indexes and Foreign keys definitions in Workshop database"),
-                     QStringLiteral("the title of the details"));
-    stage.expect(firstColumn(document.lvTblDataItems()).contains(QStringLiteral("Mechanic")),
-                 QStringLiteral("the details name a check constraint's table"));
-    stage.picture(QStringLiteral("database-details"));
-}
-
 }  // namespace
 
 void walkConnecting(Place& place) {
@@ -171,7 +134,6 @@ void walkConnecting(Place& place) {
     stage.expectText(stage.find<QLabel>(*document, QStringLiteral("lblTitle0")).text(),
                      QStringLiteral("Database: Workshop"), QStringLiteral("the title above the tree"));
     stage.picture(QStringLiteral("connected"));
-    browse(place, *document);
 }
 
 }  // namespace tour

@@ -28,6 +28,7 @@ void walk(tour::Stage& stage) {
     tour::Place place{stage, frame, state, server.serverText()};
     stage.waitFor([&] { return frame.isActiveWindow(); }, QStringLiteral("the frame is on the screen"));
     tour::walkConnecting(place);
+    tour::walkBrowsing(place);
     tour::walkWindows(place);
     tour::walkLeaving(place);
     stage.expect(server.stop() == 0, QStringLiteral("the sample server ends in order"));

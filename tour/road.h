@@ -19,8 +19,10 @@ struct Place {
     QString server;  ///< "127.0.0.1,1433"
 };
 
-/// First start, the connection dialog with its refusals, a filled tree, a table and a database's details.
+/// First start, the connection dialog with its refusals, and a filled tree.
 void walkConnecting(Place& place);
+/// A table's columns and rows and a database's details, in both layouts and in the smallest window.
+void walkBrowsing(Place& place);
 /// Several windows, their arrangement, the layout of their panes, toolbar and help.
 void walkWindows(Place& place);
 /// Closing documents and the program; what the settings then hold.

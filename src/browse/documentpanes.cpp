@@ -69,9 +69,13 @@ void DocumentPanes::SizeControls(int& x) {
 
     const int dataLeft = dataListSpansWindow() ? 0 : listLeft;
     const int dataWidth = dataListSpansWindow() ? listWidth + x + 60 : listWidth;
-    for (QWidget* part : std::initializer_list<QWidget*>{m_titles[2], m_imgSplitter2, m_views.lvTblData}) {
-        place(*part, dataLeft, toTwips(part->y()), dataWidth, toTwips(part->height()));
-    }
+    const auto placeAcross = [](QWidget& part, int left, int right) {
+        place(part, left, toTwips(part.y()), right - left, toTwips(part.height()));
+    };
+    placeAcross(*m_imgSplitter2, dataLeft, dataLeft + dataWidth);
+    placeAcross(*m_views.lvTblData, dataLeft, dataLeft + dataWidth);
+    // Its text stands exactly below the title above.
+    placeAcross(*m_titles[2], dataListSpansWindow() ? 0 : secondTitle, dataLeft + dataWidth);
 }
 
 void DocumentPanes::SizeControls2(int& y) {

@@ -90,7 +90,10 @@ void TestDocumentPanes::arrangesPanes() {
     QCOMPARE(definitions.y(), titleHeight);
     QCOMPARE(below(tree), layout == 1 ? splitters.y() : size.height());
     QCOMPARE(below(definitions), splitters.y());
-    QCOMPARE(title, QRect(data.x(), splitters.y() + 4, data.width(), titleHeight));
+    QCOMPARE(title.x(), layout == 1 ? 0 : window.place("lblTitle1").x());
+    QCOMPARE(title.right(), data.right());
+    QCOMPARE(title.y(), splitters.y() + 4);
+    QCOMPARE(title.height(), titleHeight);
     QCOMPARE(data.y(), below(title));
     QCOMPARE(below(data), size.height());
 }

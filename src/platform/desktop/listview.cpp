@@ -22,13 +22,21 @@ namespace {
 constexpr int PictureSize = 16;
 constexpr int TextMargin = 4;
 
+bool breaksGrid(QChar c) {
+    return c == u'\t' || c == u'\n' || c == u'\r';
+}
+
 /// A cell's text may not look like more than one cell. Two characters that end a line are one end.
 void appendCell(QString& line, const QString& cell) {
+    if (std::none_of(cell.begin(), cell.end(), breaksGrid)) {
+        line.append(cell);
+        return;
+    }
     for (qsizetype i = 0; i < cell.size(); ++i) {
         const QChar c = cell[i];
         const bool lineFeedFollows = c == u'\r' && i + 1 < cell.size() && cell[i + 1] == u'\n';
         if (lineFeedFollows) ++i;
-        line.append(c == u'\t' || c == u'\n' || c == u'\r' ? QChar(u' ') : c);
+        line.append(breaksGrid(c) ? QChar(u' ') : c);
     }
 }
 
@@ -201,7 +209,9 @@ void ListView::paintFocus(QPainter& painter) const {
     const int top = row < 0 ? 0 : rowViewportPosition(row);
     QStyleOptionFocusRect option;
     option.initFrom(viewport());
-    option.rect = QRect(0, top, viewport()->width(), verticalHeader()->defaultSectionSize());
+    const int columns = horizontalHeader()->length();
+    option.rect = QRect(columns > 0 ? -horizontalOffset() : 0, top,
+                        columns > 0 ? columns : viewport()->width(), verticalHeader()->defaultSectionSize());
     option.state |= QStyle::State_KeyboardFocusChange;
     option.backgroundColor = palette().color(QPalette::Base);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
