@@ -1,3 +1,4 @@
+#include "dbaccess/connectionpool.h"
 #include "icons/icons.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/failures.h"
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
 
     desktop::SettingsStore settings;
     tw::AppState state(settings);
+    state.connectionPool = std::make_shared<tw::ConnectionPool>();
     std::unique_ptr<tw::frmMain> frame;
     desktop::guard([&] { frame = Main(state); });
     return application.run();

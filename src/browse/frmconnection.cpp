@@ -108,7 +108,7 @@ bool frmConnection::ValidateEntries() {
 bool frmConnection::ConnectToServer() {
     return handle(QStringLiteral("ConnectToServer"), ModuleName, [this] {
         if (m_document == nullptr) return false;
-        const auto connection = std::make_shared<DBConnection>();
+        const auto connection = std::make_shared<DBConnection>(m_state.connectionPool);
         if (UsingDSN) {
             const QString source = cbDSN->currentText();
             connection->setDSN(true);

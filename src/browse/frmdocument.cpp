@@ -50,7 +50,7 @@ QSize frmDocument::sizeHint() const {
 }
 
 std::shared_ptr<DBConnection> frmDocument::connection() {
-    if (m_connection == nullptr) m_connection = std::make_shared<DBConnection>();
+    if (m_connection == nullptr) m_connection = std::make_shared<DBConnection>(m_state.connectionPool);
     return m_connection;
 }
 

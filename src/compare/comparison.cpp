@@ -114,6 +114,7 @@ class Comparison::Run {
 
 void Comparison::Run::run() {
     for (const Side* side : {&m_side1, &m_side2}) {
+        side->reader().reportLossOnce();
         side->system.results.addHeader(QStringLiteral("Names"));
         for (int i = 0; i < 4; ++i)
             side->system.results.addHeader(QStringLiteral("Attribute"));

@@ -45,18 +45,24 @@ bool isMarker(const QString& database, const QString& table);
 /// Reports the failure that is being handled under one of DBConnection's own procedures.
 void reportFailureOf(const QString& procedure);
 
-/// Runs a statement and hands the text of one column, as a QStringView, to `take`, row by row. Throws what
-/// the statement, its rows or `take` throw.
+/// Hands the text of one column, as a QStringView, to `take`, row by row to the end. Throws what the rows or
+/// `take` throw.
 template <class Take>
-void forEachText(const ado::Connection& connection, const QString& statement, const QString& column,
-                 Take&& take) {
-    ado::Recordset rows;
-    rows.Open(statement, connection);
+void forEachText(ado::Recordset& rows, const QString& column, Take&& take) {
     if (rows.Eof()) return;
     const ado::Field& field = rows.Fields(column);
     for (; !rows.Eof(); rows.MoveNext()) {
         take(field.text());
     }
+}
+
+/// The same for the rows of a statement.
+template <class Take>
+void forEachText(const ado::Connection& connection, const QString& statement, const QString& column,
+                 Take&& take) {
+    ado::Recordset rows;
+    rows.Open(statement, connection);
+    forEachText(rows, column, std::forward<Take>(take));
 }
 
 }  // namespace tw::catalog

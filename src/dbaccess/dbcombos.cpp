@@ -19,54 +19,47 @@ void tellLackOfPermission() {
 }  // namespace
 
 bool DBConnection::FillCbDB(controls::ComboItems& combo) {
-    try {
+    bool complete = false;
+    runRoutine(QStringLiteral("FillCbDB"), [&] {
         combo.clear();
-        ado::Connection connection;
-        connection.setConnectionString(m_connectionString);
-        connection.Open();
-        catalog::forEachText(connection, catalog::databaseList(), QStringLiteral("Name"),
-                             [&](QStringView name) {
-                                 if (!catalog::isSystemDatabase(name)) combo.addItem(name.toString());
-                             });
-        return true;
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillCbDB"));
-        return false;
-    }
+        CatalogReading databases = reading(catalog::databaseList());
+        databases.open();
+        catalog::forEachText(databases.rows(), QStringLiteral("Name"), [&](QStringView name) {
+            if (!catalog::isSystemDatabase(name)) combo.addItem(name.toString());
+        });
+        complete = true;
+    });
+    return complete;
 }
 
 bool DBConnection::FillCbTable(controls::ComboItems& combo, const QString& database) {
-    try {
+    bool complete = false;
+    runRoutine(QStringLiteral("FillCbTable"), [&] {
         combo.clear();
-        ado::Connection connection;
-        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
-        if (skipFailing([&] { connection.Open(); }) == ado::numbers::Unspecified) {
+        CatalogReading tables = reading(database, catalog::tableList());
+        if (skipFailing([&] { tables.open(); }) == ado::numbers::Unspecified) {
             tellLackOfPermission();
-            return false;
+            m_connectionLost = true;
+            return;
         }
         // Any other failure to open shows again, and is reported, when the statement finds no open
         // connection.
-        catalog::forEachText(connection, catalog::tableList(), QStringLiteral("Name"), [&](QStringView name) {
+        catalog::forEachText(tables.rows(), QStringLiteral("Name"), [&](QStringView name) {
             if (!catalog::isHiddenTable(name)) combo.addItem(name.toString());
         });
-        return true;
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillCbTable"));
-        return false;
-    }
+        complete = true;
+    });
+    return complete;
 }
 
 void DBConnection::FillCbColumn(controls::ComboItems& combo, const QString& database, const QString& table) {
-    try {
+    runRoutine(QStringLiteral("FillCbColumn"), [&] {
         combo.clear();
-        ado::Connection connection;
-        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
-        connection.Open();
-        catalog::forEachText(connection, catalog::columnList(table), QStringLiteral("COLUMN_NAME"),
+        CatalogReading columns = reading(database, catalog::columnList(table));
+        columns.open();
+        catalog::forEachText(columns.rows(), QStringLiteral("COLUMN_NAME"),
                              [&](QStringView name) { combo.addItem(name.toString()); });
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillCbColumn"));
-    }
+    });
 }
 
 }  // namespace tw

@@ -1,6 +1,10 @@
 #include "dbaccess/dbconnection.h"
 
+#include "dbaccess/catalog.h"
+#include "dbaccess/connectionpool.h"
 #include "platform/controls/keyedtexts.h"
+
+#include <utility>
 
 namespace tw {
 
@@ -13,6 +17,21 @@ std::optional<QString> itemValue(const QString& connectionString, const QString&
     const qsizetype start = found + name.size();
     const qsizetype end = connectionString.indexOf(u';', start);
     return end < 0 ? connectionString.mid(start) : connectionString.mid(start, end - start);
+}
+
+/// Whether the failure being handled is that of a connection which could not be opened or is lost. Only a
+/// lost link gives a statement the unspecified number.
+bool isConnectionLost() {
+    try {
+        throw;
+    } catch (const OpeningError&) {
+        return true;
+    } catch (const ado::Error& error) {
+        return error.number() == ado::numbers::Unspecified ||
+               error.number() == ado::numbers::ConnectionNotUsable;
+    } catch (...) {
+        return false;
+    }
 }
 
 }  // namespace
@@ -52,6 +71,40 @@ QString DBConnection::GetServerName(const ado::Connection& connection) const {
     if (*server == local) return *workstation + local;
     if (server->compare(*workstation, Qt::CaseInsensitive) == 0) return *server + local;
     return *server;
+}
+
+void DBConnection::runRoutine(const QString& name, const std::function<void()>& body) {
+    m_connectionLost = false;
+    m_untoldLoss = nullptr;
+    try {
+        body();
+    } catch (...) {
+        const bool lost = isConnectionLost();
+        catalog::reportFailureOf(name);
+        // Other routines may have run while the message box was open.
+        m_connectionLost = lost;
+        m_untoldLoss = nullptr;
+    }
+}
+
+bool DBConnection::tellLostConnection() {
+    if (const std::exception_ptr untold = std::exchange(m_untoldLoss, nullptr)) {
+        try {
+            std::rethrow_exception(untold);
+        } catch (...) {
+            catalog::reportFailureOf(QStringLiteral("FillLvDBDetail"));
+            return true;
+        }
+    }
+    return m_connectionLost;
+}
+
+CatalogReading DBConnection::reading(const QString& statement) const {
+    return {m_pool.get(), m_connectionString, statement};
+}
+
+CatalogReading DBConnection::reading(const QString& database, const QString& statement) const {
+    return {m_pool.get(), catalog::inDatabase(m_connectionString, database), statement};
 }
 
 }  // namespace tw

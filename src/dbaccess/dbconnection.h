@@ -1,10 +1,14 @@
 #pragma once
 
+#include "dbaccess/catalogreading.h"
 #include "dbaccess/schemareader.h"
 #include "platform/ado/connection.h"
 
 #include <QString>
 
+#include <exception>
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace controls {
@@ -14,13 +18,18 @@ class Nodes;
 
 namespace tw {
 
+class ConnectionPool;
+
 /// One server's connection settings, and every question that is put to its catalog.
 ///
 /// It keeps no session for them: each routine opens its own connection on the stored connection string
 /// (with ";Database=" and a name behind it where it works in one database), reads forward only, fills the
-/// model it was given and lets the connection go.
+/// model it was given and lets the connection go; to the pool where there is one, whose connections are as
+/// good as fresh. FillTvDB, which tries a login, always opens fresh ones and leaves none behind.
 class DBConnection : public SchemaReader {
   public:
+    explicit DBConnection(std::shared_ptr<ConnectionPool> pool = nullptr) : m_pool(std::move(pool)) {}
+
     void setServer(const QString& server) { m_server = server; }
     QString getServer() const { return m_server; }
     void setDatabase(const QString& database) { m_database = database; }
@@ -79,9 +88,22 @@ class DBConnection : public SchemaReader {
     /// Gives the heading for the list, empty for the tree's marker text.
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
 
-    bool tellLostConnection() override { return false; }
+    bool tellLostConnection() override;
+    void reportLossOnce() override { m_reportsLossOnce = true; }
 
   private:
+    /// Runs the body of a routine; a failure is reported under the routine's name.
+    void runRoutine(const QString& name, const std::function<void()>& body);
+    /// For one statement on the server, or in one of its databases.
+    CatalogReading reading(const QString& statement) const;
+    CatalogReading reading(const QString& database, const QString& statement) const;
+
+    bool openUnlessRefused(CatalogReading& reading);
+
+    std::shared_ptr<ConnectionPool> m_pool;
+    bool m_reportsLossOnce = false;
+    bool m_connectionLost = false;    ///< by the last routine
+    std::exception_ptr m_untoldLoss;  ///< what it kept to itself of that
     std::optional<ado::Connection> m_connection;
     bool m_dsn = false;
     QString m_user;

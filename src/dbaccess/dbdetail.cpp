@@ -1,6 +1,5 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
-#include "dbaccess/failingstep.h"
 #include "platform/ado/error.h"
 #include "platform/controls/listitems.h"
 
@@ -29,7 +28,7 @@ QString valueOf(const ado::Field& field) {
 /// One of the three statements, walked beside the others.
 class Walk {
   public:
-    Walk(const ado::Connection& connection, const QString& statement) { m_rows.Open(statement, connection); }
+    explicit Walk(CatalogReading& reading) : m_rows(std::move(reading.rows())) {}
 
     bool atEnd() const { return m_rows.Eof(); }
 
@@ -82,34 +81,41 @@ void addRows(controls::ListItems& list, Walk& checks, Walk& indexes, Walk& forei
 
 QString DBConnection::FillLvDBDetail(controls::ListItems& list, const QString& database) {
     QString heading;
-    try {
+    runRoutine(QStringLiteral("FillLvDBDetail"), [&] {
         list.clearHeaders();
         list.clearItems();
-        if (catalog::isMarker(database, {})) return heading;
+        if (catalog::isMarker(database, {})) return;
         heading = QStringLiteral("Constraints, Indexes and Foreign keys definitions in ") + database +
                   QStringLiteral(" database");
-        const QString text = catalog::inDatabase(m_connectionString, database);
-        ado::Connection first;
-        first.setConnectionString(text);
-        if (skipFailing([&] { first.Open(); }) == ado::numbers::Unspecified) {
+        CatalogReading first = reading(database, catalog::checkConstraints());
+        if (!openUnlessRefused(first)) {
             list.addItem(u"<No Permission>");
-            return heading;
+            return;
         }
-        const auto open = [&] {
-            ado::Connection connection;
-            connection.setConnectionString(text);
-            connection.Open();
-            return connection;
-        };
-        Walk checks(first, catalog::checkConstraints());
-        Walk indexes(open(), catalog::indexColumns());
-        Walk foreignKeys(open(), catalog::foreignKeys());
+        Walk checks(first);
+        CatalogReading second = reading(database, catalog::indexColumns());
+        second.open();
+        Walk indexes(second);
+        CatalogReading third = reading(database, catalog::foreignKeys());
+        third.open();
+        Walk foreignKeys(third);
         addHeaders(list);
         addRows(list, checks, indexes, foreignKeys);
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillLvDBDetail"));
-    }
+    });
     return heading;
+}
+
+/// A refusal is not reported; every other failure to open shows again when the rows are asked for.
+bool DBConnection::openUnlessRefused(CatalogReading& reading) {
+    try {
+        reading.open();
+    } catch (const OpeningError& error) {
+        if (error.number() != ado::numbers::Unspecified) return true;
+        m_connectionLost = true;
+        m_untoldLoss = std::current_exception();
+        return false;
+    }
+    return true;
 }
 
 }  // namespace tw

@@ -16,8 +16,8 @@ struct TableRows {
     ado::Recordset rows;
 };
 
-void addHeaders(controls::ListItems& list, const ado::Connection& connection, const QString& table) {
-    catalog::forEachText(connection, catalog::columnList(table), QStringLiteral("COLUMN_NAME"),
+void addHeaders(controls::ListItems& list, ado::Recordset& columns) {
+    catalog::forEachText(columns, QStringLiteral("COLUMN_NAME"),
                          [&](QStringView name) { list.addHeader(name.toString()); });
     if (list.headerCount() == 0) list.addHeader(QStringLiteral("<No Column Defined>"));
 }
@@ -89,23 +89,21 @@ int addRows(controls::ListItems& list, ado::Recordset& rows) {
 
 QString DBConnection::FillLvTblData(controls::ListItems& list, const QString& database, const QString& table,
                                     qint32 mostRows) {
-    try {
+    QString caption;
+    runRoutine(QStringLiteral("FillLvTblData"), [&] {
         list.clearHeaders();
         list.clearItems();
-        if (catalog::isMarker(database, table)) return {};
-        ado::Connection connection;
-        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
-        connection.Open();
-        addHeaders(list, connection, table);
-        TableRows found = openRowsOfAnyOwner(connection, table, mostRows);
+        if (catalog::isMarker(database, table)) return;
+        CatalogReading columns = reading(database, catalog::columnList(table));
+        columns.open();
+        addHeaders(list, columns.rows());
+        TableRows found = openRowsOfAnyOwner(columns.connection(), table, mostRows);
         const int listed = addRows(list, found.rows);
         if (listed == 0) list.addItem(u"<No Data>");
-        return QStringLiteral("Table: ") + table + QStringLiteral(".  Total rows: ") + found.total +
-               QStringLiteral(".  Selected rows: ") + QString::number(listed);
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillLvTblData"));
-        return {};
-    }
+        caption = QStringLiteral("Table: ") + table + QStringLiteral(".  Total rows: ") + found.total +
+                  QStringLiteral(".  Selected rows: ") + QString::number(listed);
+    });
+    return caption;
 }
 
 }  // namespace tw

@@ -32,14 +32,12 @@ QString typeText(const QString& typeName, const QString& length) {
 }  // namespace
 
 void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) {
-    try {
+    runRoutine(QStringLiteral("FillLvTblDef"), [&] {
         list.clearItems();
         if (catalog::isMarker(database, table)) return;
-        ado::Connection connection;
-        connection.setConnectionString(catalog::inDatabase(m_connectionString, database));
-        connection.Open();
-        ado::Recordset rows;
-        rows.Open(catalog::columnList(table), connection);
+        CatalogReading columns = reading(database, catalog::columnList(table));
+        columns.open();
+        ado::Recordset& rows = columns.rows();
         if (rows.Eof()) {
             list.addItem(u"<No Column Defined>");
             return;
@@ -47,9 +45,11 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
         // Either look-up may report its failure, and the list may go while the message box is open.
         const QPointer<controls::ListItems> stillThere(&list);
         controls::KeyedTexts primaryKeys;
-        FindTablePrimaryKey(connection, table, primaryKeys);
+        FindTablePrimaryKey(columns.connection(), table, primaryKeys);
         controls::KeyedTexts foreignKeys;
-        const bool foreignKeysKnown = FindTableForeignKey(connection, table, foreignKeys);
+        const bool toldEnough = m_connectionLost && m_reportsLossOnce;
+        const bool foreignKeysKnown =
+            !toldEnough && FindTableForeignKey(columns.connection(), table, foreignKeys);
         if (stillThere.isNull()) return;
 
         const ado::Field& name = rows.Fields(QStringLiteral("COLUMN_NAME"));
@@ -64,27 +64,25 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
             list.setSubItem(item, Nullable, nullable.toInteger() != 0 ? yes : QString());
             if (foreignKeysKnown && InCollection(foreignKeys, column)) list.setSubItem(item, Foreign, yes);
         }
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FillLvTblDef"));
-    }
+    });
 }
 
 bool DBConnection::FindTablePrimaryKey(const ado::Connection& connection, const QString& table,
                                        controls::KeyedTexts& keys) {
-    try {
+    bool complete = false;
+    runRoutine(QStringLiteral("FindTablePrimaryKey"), [&] {
         keys.clear();
         catalog::forEachText(connection, catalog::primaryKeyColumns(table), QStringLiteral("ColName"),
                              [&](QStringView name) { keys.add(name.toString(), name.toString()); });
-        return true;
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FindTablePrimaryKey"));
-        return false;
-    }
+        complete = true;
+    });
+    return complete;
 }
 
 bool DBConnection::FindTableForeignKey(const ado::Connection& connection, const QString& table,
                                        controls::KeyedTexts& keys) {
-    try {
+    bool complete = false;
+    runRoutine(QStringLiteral("FindTableForeignKey"), [&] {
         keys.clear();
         ado::Recordset rows;
         rows.Open(catalog::foreignKeyColumns(table), connection, ado::CursorType::ForwardOnly,
@@ -96,11 +94,9 @@ bool DBConnection::FindTableForeignKey(const ado::Connection& connection, const 
                                        rows.Fields(QStringLiteral("RefColName")).text().toString();
             keys.add(referenced, InCollection(keys, column) ? column + QString::number(row) : column);
         }
-        return true;
-    } catch (...) {
-        catalog::reportFailureOf(QStringLiteral("FindTableForeignKey"));
-        return false;
-    }
+        complete = true;
+    });
+    return complete;
 }
 
 }  // namespace tw

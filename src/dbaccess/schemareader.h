@@ -26,6 +26,9 @@ class SchemaReader {
     /// Whether the routine called last could not open its connection or lost it. The user has been told then:
     /// by the routine, or by this call where the routine kept it to itself.
     virtual bool tellLostConnection() = 0;
+    /// From now on a routine that loses its connection on the way reports that once, not for every step that
+    /// fails by it.
+    virtual void reportLossOnce() = 0;
 };
 
 }  // namespace tw

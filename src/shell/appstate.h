@@ -5,7 +5,11 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace tw {
+
+class ConnectionPool;
 
 /// The application's title: message boxes, error boxes, the settings' application name.
 inline const QString ApplicationTitle = QStringLiteral("Tablewright");
@@ -32,7 +36,8 @@ struct AppState {
     qint32 documentNumber = 0;      ///< running number of the newest document window
     qint32 openDocuments = 0;       ///< how many document windows are open
     qint32 connectedDocuments = 0;  ///< how many of them are connected
-    bool cancelled = false;         ///< set by the Cancel of the connection dialog and of a comparison
+    std::shared_ptr<ConnectionPool> connectionPool;  ///< for every DBConnection that is made; may be null
+    bool cancelled = false;  ///< set by the Cancel of the connection dialog and of a comparison
 
     /// A setting of this application, in its one section.
     QString setting(const QString& key, const QString& defaultText) const {

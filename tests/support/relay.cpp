@@ -97,6 +97,16 @@ void Relay::cutAt(const QByteArray& mark, int times) {
     m_cutTimes = times;
 }
 
+void Relay::cut() {
+    QMetaObject::invokeMethod(
+        m_server.get(), [this] { abortLines(); }, Qt::BlockingQueuedConnection);
+}
+
+void Relay::leadTo(quint16 serverPort) {
+    QMetaObject::invokeMethod(
+        m_server.get(), [=, this] { m_serverPort = serverPort; }, Qt::BlockingQueuedConnection);
+}
+
 void Relay::accept() {
     // Both ends belong to the listener, so that they end with it.
     QTcpSocket* client = m_server->nextPendingConnection();
@@ -121,6 +131,10 @@ void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) 
         to.write(bytes);
         return;
     }
+    abortLines();
+}
+
+void Relay::abortLines() {
     for (QTcpSocket* socket : m_server->findChildren<QTcpSocket*>())
         socket->abort();
 }

@@ -33,10 +33,15 @@ class Relay {
     /// Cuts every line, and takes no new one, as soon as the server has sent `mark` so many times. The bytes
     /// that hold the last one do not get through.
     void cutAt(const QByteArray& mark, int times);
+    /// Cuts every line at once; new ones are taken.
+    void cut();
+    /// Leads the lines taken from now on to another server.
+    void leadTo(quint16 serverPort);
 
   private:
     struct Line;
     void accept();
+    void abortLines();
     void pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer);
     bool keep(Line& line, const QByteArray& bytes, bool fromServer);
 

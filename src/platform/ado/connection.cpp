@@ -48,4 +48,12 @@ bool Connection::isOpen() const {
     return m_session->isOpen();
 }
 
+bool Connection::hasFailed() const {
+    return m_session->hasFailed();
+}
+
+bool Connection::isShared() const {
+    return m_session.use_count() > 1;
+}
+
 }  // namespace ado

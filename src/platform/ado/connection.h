@@ -39,6 +39,11 @@ class Connection {
     void Close();
     bool isOpen() const;
 
+    /// Whether a statement, or the reading of its rows, has failed on it since it was opened.
+    bool hasFailed() const;
+    /// Whether a copy of it, or a record set over it, is alive.
+    bool isShared() const;
+
   private:
     friend class Recordset;
     std::shared_ptr<detail::Session> m_session;

@@ -94,6 +94,7 @@ void RecordsetImpl::open(std::shared_ptr<detail::Session> session, const QString
         m_session->setWireReader(this);
         move();
     } catch (...) {
+        m_session->noteFailure();
         close();
         throw;
     }
@@ -120,6 +121,7 @@ void RecordsetImpl::move() {
         eof = !m_rows->next(m_row);
     } catch (...) {
         m_rows.reset();
+        m_session->noteFailure();
         m_session->endWireReader(*this);
         throw;
     }

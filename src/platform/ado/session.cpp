@@ -22,6 +22,7 @@ void Session::open(const QString& user, const QString& password) {
     if (!password.isEmpty()) string.setValue({u"PWD"}, password);
     m_link = openConnection(driverText(string, sourceDefinition), connectionTimeout);
     m_rowLimit = 0;
+    m_failed = false;
     m_openedText = expandedText(string, sourceDefinition, QSysInfo::machineHostName());
 }
 
@@ -33,6 +34,15 @@ void Session::close() {
 }
 
 Session::Result Session::run(const QString& text, qint64 rowLimit) {
+    try {
+        return runStatement(text, rowLimit);
+    } catch (...) {
+        noteFailure();
+        throw;
+    }
+}
+
+Session::Result Session::runStatement(const QString& text, qint64 rowLimit) {
     if (!isOpen())
         throw Error(
             numbers::ConnectionNotUsable,

@@ -48,11 +48,14 @@ class Session {
 
     void add(Reader& reader) { m_readers.push_back(&reader); }
     void remove(Reader& reader);
+    void noteFailure() { m_failed = true; }
+    bool hasFailed() const { return m_failed; }
     /// Who reads rows from the wire now; null when nobody does.
     void setWireReader(Reader* reader) { m_wireReader = reader; }
     void endWireReader(Reader& reader);
 
   private:
+    Result runStatement(const QString& text, qint64 rowLimit);
     odbc::StatementHandle execute(const QString& text) const;
     void limitRows(qint64 rows);
 
@@ -61,6 +64,7 @@ class Session {
     std::vector<Reader*> m_readers;
     Reader* m_wireReader = nullptr;
     qint64 m_rowLimit = 0;  ///< that the server holds for this connection
+    bool m_failed = false;  ///< since it was opened
 };
 
 }  // namespace ado::detail

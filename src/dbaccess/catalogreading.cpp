@@ -1,0 +1,46 @@
+#include "dbaccess/catalogreading.h"
+
+#include "dbaccess/connectionpool.h"
+
+#include <utility>
+
+namespace tw {
+
+CatalogReading::CatalogReading(ConnectionPool* pool, QString connectionString, QString statement)
+    : m_pool(pool), m_connectionString(std::move(connectionString)), m_statement(std::move(statement)) {
+    m_connection.setConnectionString(m_connectionString);
+}
+
+void CatalogReading::open() {
+    if (m_pool && openKept()) return;
+    try {
+        m_connection.Open();
+    } catch (const ado::Error& error) {
+        throw OpeningError(error);
+    }
+    if (m_pool) m_pool->keep(m_connectionString, m_connection);
+}
+
+bool CatalogReading::openKept() {
+    while (const std::optional<ado::Connection> kept = m_pool->take(m_connectionString)) {
+        try {
+            m_rows.Open(m_statement, *kept);
+            m_connection = *kept;
+            return true;
+        } catch (const ado::Error& error) {
+            if (error.number() != ado::numbers::TimeOut) continue;
+            m_timeOut = std::current_exception();
+            m_connection = *kept;
+            return true;
+        }
+    }
+    return false;
+}
+
+ado::Recordset& CatalogReading::rows() {
+    if (m_timeOut) std::rethrow_exception(m_timeOut);
+    if (!m_rows.isOpen()) m_rows.Open(m_statement, m_connection);
+    return m_rows;
+}
+
+}  // namespace tw
