@@ -55,6 +55,40 @@ BareConnection::~BareConnection() {
     SQLFreeHandle(SQL_HANDLE_DBC, m_connection);
 }
 
+qint64 BareConnection::readColumns(const QString& statement, const std::vector<int>& columns) {
+    struct Block {
+        SQLWCHAR texts[BlockRows][NameLength];
+        SQLLEN lengths[BlockRows];
+    };
+    static Block blocks[5];
+    SQLHANDLE handle = nullptr;
+    SQLAllocHandle(SQL_HANDLE_STMT, m_connection, &handle);
+    SQLULEN fetched = 0;
+    SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(BlockRows), 0);
+    SQLSetStmtAttr(handle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
+    QString text = statement;
+    check(SQLExecDirectW(handle, wide(text), SQL_NTS), SQL_HANDLE_STMT, handle);
+    for (size_t i = 0; i < columns.size(); ++i)
+        check(SQLBindCol(handle, static_cast<SQLUSMALLINT>(columns[i]), SQL_C_WCHAR, blocks[i].texts,
+                         sizeof blocks[i].texts[0], blocks[i].lengths),
+              SQL_HANDLE_STMT, handle);
+    qint64 rows = 0;
+    for (;;) {
+        const SQLRETURN result = SQLFetch(handle);
+        if (result == SQL_NO_DATA) break;
+        check(result, SQL_HANDLE_STMT, handle);
+        for (SQLULEN row = 0; row < fetched; ++row, ++rows) {
+            for (size_t i = 0; i < columns.size(); ++i) {
+                const SQLLEN units = blocks[i].lengths[row] / static_cast<SQLLEN>(sizeof(SQLWCHAR));
+                const QString made(reinterpret_cast<const QChar*>(blocks[i].texts[row]),
+                                   qBound(SQLLEN(0), units, SQLLEN(NameLength - 1)));
+            }
+        }
+    }
+    SQLFreeHandle(SQL_HANDLE_STMT, handle);
+    return rows;
+}
+
 QStringList BareConnection::firstColumn(const QString& statement, bool keep, qint64* rows) {
     SQLHANDLE handle = nullptr;
     SQLAllocHandle(SQL_HANDLE_STMT, m_connection, &handle);

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 namespace bench {
 
 /// The environment that a program's ODBC connections share.
@@ -31,6 +33,9 @@ class BareConnection {
     /// Runs a statement and makes the text of its first column row by row; returns them when `keep` is set.
     /// `rows` is increased by the number of rows.
     QStringList firstColumn(const QString& statement, bool keep, qint64* rows);
+    /// Runs a statement and makes the texts of these columns (from 1, ascending) row by row; returns how many
+    /// rows there were. Texts end at 255 units.
+    qint64 readColumns(const QString& statement, const std::vector<int>& columns);
     void* handle() const { return m_connection; }
 
   private:

@@ -1,3 +1,4 @@
+#include "comparecase.h"
 #include "rowscase.h"
 #include "treecase.h"
 
@@ -12,7 +13,8 @@ int main(int argc, char* argv[]) {
     parser.setApplicationDescription(
         QStringLiteral("Measures the tool beside a bare ODBC loop. No figure is a test."));
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("case"), QStringLiteral("tree or rows; both when left out."));
+    parser.addPositionalArgument(QStringLiteral("case"),
+                                 QStringLiteral("tree, rows or compare; all when left out."));
     const QCommandLineOption runs(QStringLiteral("runs"), QStringLiteral("Pairs of runs."),
                                   QStringLiteral("n"), QStringLiteral("5"));
     const QCommandLineOption rows(QStringLiteral("rows"), QStringLiteral("Rows of the table to list."),
@@ -25,6 +27,11 @@ int main(int argc, char* argv[]) {
     if (only.isEmpty() || only == QStringLiteral("tree")) good = bench::runTreeCase(500, 40, pairs);
     if (only.isEmpty() || only == QStringLiteral("rows")) {
         good = bench::runRowsCase(qMax(1, parser.value(rows).toInt()), 8, pairs) && good;
+    }
+    if (only.isEmpty() || only == QStringLiteral("compare")) {
+        bench::runEngineCase(100000);
+        for (const int tables : {500, 1000, 2000, 4000})
+            good = bench::runCompareCase(tables, 15, pairs) && good;
     }
     return good ? 0 : 1;
 }
