@@ -3,6 +3,7 @@
 #include "browse/frmdocument.h"
 #include "browse/handler.h"
 #include "dbaccess/dbconnection.h"
+#include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
 
 #include <QCheckBox>
@@ -19,20 +20,6 @@ namespace tw {
 namespace {
 
 const QString ModuleName = QStringLiteral("frmConnection");
-
-/// The hourglass over a window for the length of a scope.
-class Hourglass {
-  public:
-    explicit Hourglass(QWidget& window) : m_window(&window) { window.setCursor(Qt::WaitCursor); }
-    ~Hourglass() {
-        if (m_window != nullptr) m_window->unsetCursor();
-    }
-    Hourglass(const Hourglass&) = delete;
-    Hourglass& operator=(const Hourglass&) = delete;
-
-  private:
-    QPointer<QWidget> m_window;
-};
 
 }  // namespace
 
@@ -133,7 +120,7 @@ void frmConnection::cmdOK_Click() {
     handle(QStringLiteral("cmdOK_Click"), ModuleName, [this] {
         bool connected = false;
         if (ValidateEntries()) {
-            const Hourglass pointer(*this);
+            const desktop::Hourglass pointer(*this);
             connected = ConnectToServer();
         }
         if (connected) {

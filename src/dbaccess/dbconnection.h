@@ -3,6 +3,7 @@
 #include "dbaccess/catalogreading.h"
 #include "dbaccess/schemareader.h"
 #include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
 
 #include <QString>
 
@@ -90,6 +91,10 @@ class DBConnection : public SchemaReader {
 
     bool tellLostConnection() override;
     void reportLossOnce() override { m_reportsLossOnce = true; }
+
+    /// Runs a statement in a database, without a limit to rows or time, and hands out its rows, which keep
+    /// their connection open; nothing when it failed, which has been reported with both texts.
+    std::optional<ado::Recordset> ExecuteQuery(const QString& database, const QString& query);
 
   private:
     /// Runs the body of a routine; a failure is reported under the routine's name.

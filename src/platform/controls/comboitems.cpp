@@ -16,6 +16,12 @@ void ComboItems::addItem(const QString& text) {
     endInsertRows();
 }
 
+void ComboItems::prependItem(const QString& text) {
+    beginInsertRows({}, 0, 0);
+    m_entries.insert(m_entries.begin(), {text, 0});
+    endInsertRows();
+}
+
 QString ComboItems::text(int index) const {
     return entry(index).text;
 }

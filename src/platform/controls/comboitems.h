@@ -20,6 +20,8 @@ class ComboItems : public QAbstractListModel {
 
     int count() const;
     void addItem(const QString& text);
+    /// Puts an item before all others.
+    void prependItem(const QString& text);
     QString text(int index) const;
     qint32 itemData(int index) const;
     void setItemData(int index, qint32 number);

@@ -8,6 +8,9 @@ namespace {
 
 using Bytes = std::vector<uchar>;
 
+// The head of a null: no characters, of two bytes each. Texts without characters are written as Latin-1.
+constexpr uchar NullHead = 1;
+
 // Seven bits to a byte, the lowest first; the highest bit says that more follow.
 void appendNumber(Bytes& bytes, quint64 number) {
     for (; number >= 0x80; number >>= 7) {
@@ -30,7 +33,7 @@ bool isLatin1(QStringView text) {
 }
 
 // The lowest bit of a text's length says that its characters take two bytes.
-void appendText(Bytes& bytes, QStringView text) {
+void writeText(Bytes& bytes, QStringView text) {
     const auto length = static_cast<quint64>(text.size());
     if (isLatin1(text)) {
         appendNumber(bytes, length << 1);
@@ -74,6 +77,11 @@ int unfoldSign(quint64 number) {
 }  // namespace
 
 void RowStore::addRow(QStringView text, int icon) {
+    addRow(icon);
+    appendText(text);
+}
+
+void RowStore::addRow(int icon) {
     if (m_pages.empty() || m_pages.back().rows == RowsPerPage) {
         if (!m_pages.empty()) m_pages.back().bytes.shrink_to_fit();
         m_pages.emplace_back();
@@ -83,7 +91,14 @@ void RowStore::addRow(QStringView text, int icon) {
     ++page.rows;
     ++m_count;
     appendNumber(page.bytes, foldSign(icon));
-    appendText(page.bytes, text);
+}
+
+void RowStore::appendText(QStringView text) {
+    writeText(m_pages.back().bytes, text);
+}
+
+void RowStore::appendNull() {
+    m_pages.back().bytes.push_back(NullHead);
 }
 
 void RowStore::setText(int row, int column, QStringView text) {
@@ -99,25 +114,26 @@ void RowStore::setText(int row, int column, QStringView text) {
     if (from == end && isLast) {
         Bytes& bytes = m_pages.back().bytes;
         bytes.insert(bytes.end(), static_cast<size_t>(column - passed), 0);
-        appendText(bytes, text);
+        writeText(bytes, text);
         return;
     }
     const uchar* to = from;
     if (to != end) skipText(to);
     Bytes bytes(static_cast<size_t>(column - passed), 0);
-    appendText(bytes, text);
+    writeText(bytes, text);
     replace(at, from, to, bytes);
 }
 
 QString RowStore::text(int row, int column) const {
     const Place at = place(row);
-    const uchar* from = rowBegin(at);
-    const uchar* const end = rowEnd(at);
-    readNumber(from);
-    for (int passed = 0; passed < column && from != end; ++passed) {
-        skipText(from);
-    }
-    return from == end ? QString() : readText(from);
+    const uchar* from = textBegin(at, column);
+    return from == rowEnd(at) ? QString() : readText(from);
+}
+
+bool RowStore::isNull(int row, int column) const {
+    const Place at = place(row);
+    const uchar* from = textBegin(at, column);
+    return from != rowEnd(at) && *from == NullHead;
 }
 
 int RowStore::icon(int row) const {
@@ -149,6 +165,16 @@ const uchar* RowStore::rowEnd(Place place) const {
     const Page& page = m_pages[static_cast<size_t>(place.page)];
     const bool isLast = place.row == page.rows - 1;
     return page.bytes.data() + (isLast ? page.bytes.size() : page.starts[static_cast<size_t>(place.row) + 1]);
+}
+
+const uchar* RowStore::textBegin(Place place, int column) const {
+    const uchar* from = rowBegin(place);
+    const uchar* const end = rowEnd(place);
+    readNumber(from);
+    for (int passed = 0; passed < column && from != end; ++passed) {
+        skipText(from);
+    }
+    return from;
 }
 
 void RowStore::replace(Place place, const uchar* from, const uchar* to, const Bytes& bytes) {

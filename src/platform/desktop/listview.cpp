@@ -2,13 +2,10 @@
 
 #include "platform/controls/listitems.h"
 #include "platform/desktop/celldelegate.h"
-#include "platform/desktop/msgbox.h"
 
-#include <QClipboard>
 #include <QContextMenuEvent>
-#include <QGuiApplication>
 #include <QHeaderView>
-#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleOptionFocusRect>
@@ -19,48 +16,17 @@
 namespace desktop {
 namespace {
 
-constexpr int PictureSize = 16;
 constexpr int TextMargin = 4;
-
-bool breaksGrid(QChar c) {
-    return c == u'\t' || c == u'\n' || c == u'\r';
-}
-
-/// A cell's text may not look like more than one cell. Two characters that end a line are one end.
-void appendCell(QString& line, const QString& cell) {
-    if (std::none_of(cell.begin(), cell.end(), breaksGrid)) {
-        line.append(cell);
-        return;
-    }
-    for (qsizetype i = 0; i < cell.size(); ++i) {
-        const QChar c = cell[i];
-        const bool lineFeedFollows = c == u'\r' && i + 1 < cell.size() && cell[i + 1] == u'\n';
-        if (lineFeedFollows) ++i;
-        line.append(breaksGrid(c) ? QChar(u' ') : c);
-    }
-}
 
 }  // namespace
 
-ListView::ListView(QWidget* parent) : QTableView(parent) {
+ListView::ListView(QWidget* parent) : CellTable(parent) {
     setItemDelegate(new CellDelegate(this));
     setSelectionBehavior(SelectRows);
-    setSelectionMode(ExtendedSelection);
-    setEditTriggers(NoEditTriggers);
     setShowGrid(false);
-    setWordWrap(false);
-    setTabKeyNavigation(false);
     setCornerButtonEnabled(false);
-    setHorizontalScrollMode(ScrollPerPixel);
-    setIconSize(QSize(PictureSize, PictureSize));
     verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setTextElideMode(Qt::ElideRight);
     horizontalHeader()->setSectionsClickable(false);
-    horizontalHeader()->setMinimumSectionSize(24);
-    fitRowHeight();
 }
 
 void ListView::setItems(controls::ListItems* items) {
@@ -99,28 +65,6 @@ void ListView::setPictures(QList<QIcon> icons) {
     viewport()->update();
 }
 
-void ListView::fitColumns() {
-    if (!model()) return;
-    for (int column = 0; column < model()->columnCount(); ++column) {
-        setColumnWidth(column, wantedWidth(column));
-    }
-}
-
-int ListView::wantedWidth(int column) const {
-    static constexpr int RowsLookedAt = 100;
-    static constexpr int Least = 72;
-    static constexpr int Most = 360;
-    const int header = horizontalHeader()->sectionSizeHint(column);
-    int widest = std::max(Least, header);
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    for (int row = 0; row < std::min(RowsLookedAt, model()->rowCount()); ++row) {
-        const int wanted = itemDelegate()->sizeHint(option, model()->index(row, column)).width();
-        widest = std::max(widest, wanted + fontMetrics().averageCharWidth());
-    }
-    return std::min(widest, std::max(Most, header));
-}
-
 void ListView::rowsArrived() {
     if (!m_columnsNew) return;
     m_columnsNew = false;
@@ -148,34 +92,13 @@ QString ListView::selectedText() const {
             appendCell(text, items->subItem(row, horizontalHeader()->logicalIndex(place)));
         }
         text.append(u'\n');
-        if (text.size() > m_copyLimit) return {};
+        if (text.size() > copyLimit()) return {};
     }
     return text;
 }
 
-void ListView::copySelection() {
-    if (!selectionModel() || !selectionModel()->hasSelection()) return;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const QString text = selectedText();
-    QGuiApplication::restoreOverrideCursor();
-    if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
-    else
-        MsgBox(QStringLiteral("The selected rows are too long to be copied at once."),
-               MsgBoxIcon::Exclamation);
-}
-
-void ListView::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
-        copySelection();
-        event->accept();
-        return;
-    }
-    QTableView::keyPressEvent(event);
-}
-
 void ListView::mouseReleaseEvent(QMouseEvent* event) {
-    QTableView::mouseReleaseEvent(event);
+    CellTable::mouseReleaseEvent(event);
     if (event->button() == Qt::RightButton) Q_EMIT contextMenuWanted(event->globalPosition().toPoint());
 }
 
@@ -186,7 +109,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ListView::paintEvent(QPaintEvent* event) {
-    QTableView::paintEvent(event);
+    CellTable::paintEvent(event);
     if (!model()) return;
     QPainter painter(viewport());
     // A table without columns has no cells to paint.
@@ -217,17 +140,6 @@ void ListView::paintFocus(QPainter& painter) const {
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
-void ListView::changeEvent(QEvent* event) {
-    QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitRowHeight();
-}
-
-void ListView::fitRowHeight() {
-    const int height = std::max(fontMetrics().height(), PictureSize) + 4;
-    verticalHeader()->setMinimumSectionSize(height);
-    verticalHeader()->setDefaultSectionSize(height);
-}
-
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (!model()) return {};
     QScrollBar* across = horizontalScrollBar();
@@ -244,7 +156,7 @@ QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modi
         case MoveEnd:
             return model()->index(model()->rowCount() - 1, 0);
         default:
-            return QTableView::moveCursor(action, modifiers);
+            return CellTable::moveCursor(action, modifiers);
     }
 }
 
@@ -254,7 +166,7 @@ void ListView::keyboardSearch(const QString& search) {
     if (current.isValid() && current.column() != 0) {
         selectionModel()->setCurrentIndex(current.siblingAtColumn(0), QItemSelectionModel::NoUpdate);
     }
-    QTableView::keyboardSearch(search);
+    CellTable::keyboardSearch(search);
 }
 
 }  // namespace desktop

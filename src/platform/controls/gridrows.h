@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/controls/rowstore.h"
+
+#include <QAbstractTableModel>
+
+#include <vector>
+
+namespace controls {
+
+enum class GridColumnKind {
+    Text,
+    Number,  ///< stands to the right
+    Binary   ///< its values are told by a marker, not by a text
+};
+
+/// A column of a result, under the name that the server gave it; unnamed and repeated ones are all right.
+struct GridColumn {
+    QString name;
+    GridColumnKind kind = GridColumnKind::Text;
+};
+
+/// The rows behind a data grid, replaced as a whole. Nulls and empty texts are told apart. Sized for a
+/// million rows, as ListItems.
+class GridRows : public QAbstractTableModel {
+    Q_OBJECT
+
+  public:
+    /// Role of a bool: the cell's text is a marker, "NULL" or "<Binary>", and no value.
+    static constexpr int MarkerRole = Qt::UserRole;
+
+    explicit GridRows(QObject* parent = nullptr);
+
+    /// Shows other columns and rows; a row has a text or a null for each column.
+    void reset(std::vector<GridColumn> columns, RowStore rows);
+
+    bool isNull(int row, int column) const { return m_rows.isNull(row, column); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  private:
+    const GridColumn& column(int index) const { return m_columns[static_cast<size_t>(index)]; }
+
+    std::vector<GridColumn> m_columns;
+    RowStore m_rows;
+};
+
+}  // namespace controls

@@ -1,0 +1,107 @@
+#include "platform/desktop/celltable.h"
+
+#include "platform/desktop/msgbox.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr int PictureSize = 16;
+
+bool breaksGrid(QChar c) {
+    return c == u'\t' || c == u'\n' || c == u'\r';
+}
+
+}  // namespace
+
+CellTable::CellTable(QWidget* parent) : QTableView(parent) {
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setIconSize(QSize(PictureSize, PictureSize));
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
+    horizontalHeader()->setMinimumSectionSize(24);
+    fitRowHeight();
+}
+
+void CellTable::fitColumns() {
+    if (!model()) return;
+    for (int column = 0; column < model()->columnCount(); ++column) {
+        setColumnWidth(column, wantedWidth(column));
+    }
+}
+
+int CellTable::wantedWidth(int column) const {
+    static constexpr int RowsLookedAt = 100;
+    static constexpr int Least = 72;
+    static constexpr int Most = 360;
+    const int header = horizontalHeader()->sectionSizeHint(column);
+    int widest = std::max(Least, header);
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    for (int row = 0; row < std::min(RowsLookedAt, model()->rowCount()); ++row) {
+        const int wanted = itemDelegate()->sizeHint(option, model()->index(row, column)).width();
+        widest = std::max(widest, wanted + fontMetrics().averageCharWidth());
+    }
+    return std::min(widest, std::max(Most, header));
+}
+
+/// A cell's text may not look like more than one cell. Two characters that end a line are one end.
+void CellTable::appendCell(QString& line, const QString& cell) {
+    if (std::none_of(cell.begin(), cell.end(), breaksGrid)) {
+        line.append(cell);
+        return;
+    }
+    for (qsizetype i = 0; i < cell.size(); ++i) {
+        const QChar c = cell[i];
+        const bool lineFeedFollows = c == u'\r' && i + 1 < cell.size() && cell[i + 1] == u'\n';
+        if (lineFeedFollows) ++i;
+        line.append(breaksGrid(c) ? QChar(u' ') : c);
+    }
+}
+
+void CellTable::copySelection() {
+    if (!selectionModel() || !selectionModel()->hasSelection()) return;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const QString text = selectedText();
+    QGuiApplication::restoreOverrideCursor();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+    else
+        MsgBox(QStringLiteral("The selected rows are too long to be copied at once."),
+               MsgBoxIcon::Exclamation);
+}
+
+void CellTable::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        copySelection();
+        event->accept();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void CellTable::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitRowHeight();
+}
+
+void CellTable::fitRowHeight() {
+    const int height = std::max(fontMetrics().height(), PictureSize) + 4;
+    verticalHeader()->setMinimumSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(height);
+}
+
+}  // namespace desktop

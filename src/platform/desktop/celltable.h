@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QTableView>
+
+namespace desktop {
+
+/// What lists and grids share: rows of one line each, columns that fit their first rows and can be resized,
+/// the selection copied as text with tabs between the columns.
+class CellTable : public QTableView {
+    Q_OBJECT
+
+  public:
+    /// Makes each column as wide as its header and its first rows want, within limits.
+    void fitColumns();
+    /// The selection as it is copied: tabs between columns, each line ended; tabs and line ends inside a text
+    /// become blanks. Empty as well when it holds more than the limit.
+    virtual QString selectedText() const = 0;
+    /// Most characters to copy, 256 million at first. Of a larger selection nothing is copied, which a
+    /// message tells.
+    void setCopyLimit(qsizetype characters) { m_copyLimit = characters; }
+    /// Puts the selection, if there is any, on the clipboard.
+    void copySelection();
+
+  protected:
+    explicit CellTable(QWidget* parent);
+
+    qsizetype copyLimit() const { return m_copyLimit; }
+    int wantedWidth(int column) const;
+    /// Adds a cell's text to a line of such texts.
+    static void appendCell(QString& line, const QString& cell);
+
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void fitRowHeight();
+
+    qsizetype m_copyLimit = 256'000'000;
+};
+
+}  // namespace desktop

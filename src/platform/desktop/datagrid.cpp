@@ -1,0 +1,108 @@
+#include "platform/desktop/datagrid.h"
+
+#include "platform/controls/gridrows.h"
+#include "platform/desktop/celldelegate.h"
+
+#include <QAction>
+#include <QHeaderView>
+
+#include <algorithm>
+#include <vector>
+
+namespace desktop {
+
+namespace {
+
+/// Sets markers off from texts that read the same.
+class GridDelegate final : public CellDelegate {
+  public:
+    using CellDelegate::CellDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        CellDelegate::initStyleOption(option, index);
+        if (!index.data(controls::GridRows::MarkerRole).toBool()) return;
+        option->font.setItalic(true);
+        option->fontMetrics = QFontMetrics(option->font);
+        option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
+    }
+};
+
+void sortOnce(std::vector<int>& numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+}
+
+void append(std::vector<int>& numbers, int first, int last) {
+    for (int number = first; number <= last; ++number) {
+        numbers.push_back(number);
+    }
+}
+
+}  // namespace
+
+DataGrid::DataGrid(QWidget* parent) : CellTable(parent) {
+    setItemDelegate(new GridDelegate(this));
+    setAlternatingRowColors(true);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    addCommands();
+}
+
+void DataGrid::addCommands() {
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    const auto add = [this](const QString& text, QKeySequence::StandardKey key) {
+        auto* action = new QAction(text, this);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        addAction(action);
+        return action;
+    };
+    connect(add(QStringLiteral("&Copy"), QKeySequence::Copy), &QAction::triggered, this,
+            &DataGrid::copySelection);
+    connect(add(QStringLiteral("Select &All"), QKeySequence::SelectAll), &QAction::triggered, this,
+            &DataGrid::selectAll);
+}
+
+void DataGrid::setRows(controls::GridRows* rows) {
+    if (model()) disconnect(model(), nullptr, this, nullptr);
+    setModel(rows);
+    if (!rows) return;
+    connect(rows, &QAbstractItemModel::modelReset, this, &DataGrid::fitColumns);
+    fitColumns();
+}
+
+QString DataGrid::selectedText() const {
+    if (!model()) return {};
+    const QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty()) return {};
+    std::vector<int> rows;
+    std::vector<int> columns;
+    for (const QItemSelectionRange& range : selection) {
+        append(rows, range.top(), range.bottom());
+        append(columns, range.left(), range.right());
+    }
+    sortOnce(rows);
+    sortOnce(columns);
+
+    QString text;
+    const auto appendLine = [&](auto cellOf) {
+        for (const int column : columns) {
+            if (column != columns.front()) text.append(u'\t');
+            appendCell(text, cellOf(column));
+        }
+        text.append(u'\n');
+    };
+    appendLine([&](int column) { return model()->headerData(column, Qt::Horizontal).toString(); });
+    for (const int row : rows) {
+        appendLine([&](int column) {
+            const bool selected = std::any_of(selection.begin(), selection.end(), [&](const auto& range) {
+                return range.contains(row, column, {});
+            });
+            return selected ? model()->index(row, column).data().toString() : QString();
+        });
+        if (text.size() > copyLimit()) return {};
+    }
+    return text;
+}
+
+}  // namespace desktop

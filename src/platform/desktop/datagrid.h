@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/desktop/celltable.h"
+
+namespace controls {
+class GridRows;
+}
+
+namespace desktop {
+
+/// A read-only grid over controls::GridRows: rows are numbered, cells, rows and columns can be selected,
+/// Ctrl+C copies the selection under its columns' names, and what is no value is set off from texts. A
+/// million rows show at once.
+class DataGrid : public CellTable {
+    Q_OBJECT
+
+  public:
+    explicit DataGrid(QWidget* parent = nullptr);
+
+    /// Shows the rows, which must outlive the view or be set to null before. Columns are fitted at every
+    /// reset.
+    void setRows(controls::GridRows* rows);
+    /// The names of the columns and the cells of every row with something selected, with nothing in the
+    /// place of cells that are not.
+    QString selectedText() const override;
+
+  private:
+    void addCommands();
+};
+
+}  // namespace desktop
