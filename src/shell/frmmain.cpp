@@ -33,7 +33,6 @@ namespace {
 
 /// Windows that do not exist yet; their commands stay disabled.
 constexpr bool HasCompareWindow = false;
-constexpr bool HasQueryWindow = false;
 
 /// What the user chose to connect to. Filling the tree has replaced a data source's name by its server's, so
 /// the name is taken from the connection string, "DSN=name;".
@@ -164,7 +163,7 @@ void frmMain::SetMenuAndToolBarControls() {
     enable(m_menus.mnuViewVertical, QStringLiteral("Vertical"), connected);
     enable(m_menus.mnuViewCenter, QStringLiteral("CenterChild"), connected);
     enable(m_menus.mnuToolCompare, QStringLiteral("Compare"), connected && HasCompareWindow);
-    enable(m_menus.mnuToolQuery, QStringLiteral("Query"), connected && HasQueryWindow);
+    enable(m_menus.mnuToolQuery, QStringLiteral("Query"), connected);
     enable(m_menus.mnuWindowCascade, {}, connected);
     enable(m_menus.mnuWindowTileHorizontal, {}, connected);
     enable(m_menus.mnuWindowTileVertical, {}, connected);

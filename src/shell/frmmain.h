@@ -88,6 +88,7 @@ class frmMain : public QMainWindow, public Frame {
     void setLayout(qint16 layout);
     void checkLayout();
     frmDocument& openDocument();
+    void openQuery(const std::shared_ptr<DBConnection>& connection);
     frmDocument* activeDocument() const;
     ChildWindow& requireActiveWindow() const;
     /// Throws RuntimeError 91 without an active child and 438 when that is no document.
@@ -103,6 +104,7 @@ class frmMain : public QMainWindow, public Frame {
     MainToolBar* tbToolBar;
     QStatusBar* sbStatusBar;
     bool m_loaded = false;
+    qint32 m_queryNumber = 0;  ///< running number of the newest query window
 };
 
 }  // namespace tw

@@ -10,6 +10,7 @@
 #include "platform/desktop/treeview.h"
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
+#include "query/frmquery.h"
 #include "shell/appstate.h"
 #include "shell/frmabout.h"
 #include "shell/frmmain.h"
@@ -22,6 +23,7 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 #include <QStatusBar>
 
 namespace tw {
@@ -30,6 +32,11 @@ namespace {
 
 constexpr qint16 HorizontalLayout = 1;
 constexpr qint16 VerticalLayout = 2;
+
+/// The position, in pixels, that centres a child.
+int centred(int outside, int inside) {
+    return desktop::toPixels(desktop::centredPosition(desktop::toTwips(outside), desktop::toTwips(inside)));
+}
 
 void showExclamation(const QString& text) {
     desktop::MsgBox(text, desktop::MsgBoxIcon::Exclamation);
@@ -195,10 +202,6 @@ void frmMain::mnuViewCenter_Click() {
     if (child->isMaximized()) return;  // it fills the client area
 
     const QSize client = m_area->viewport()->size();
-    const auto centred = [](int outside, int inside) {
-        return desktop::toPixels(
-            desktop::centredPosition(desktop::toTwips(outside), desktop::toTwips(inside)));
-    };
     child->move(centred(client.width(), child->width()), centred(client.height(), child->height()));
 }
 
@@ -224,7 +227,22 @@ void frmMain::mnuToolQuery_Click() {
                            "Please select another form that have a server connection "
                            "or click on 'Connect' to connect to a server."));
     }
-    // The query window opens here, on this connection.
+    openQuery(connection);
+}
+
+void frmMain::openQuery(const std::shared_ptr<DBConnection>& connection) {
+    ++m_queryNumber;
+    auto* query = new frmQuery(m_state, connection);  // owned by its sub-window
+    const QPointer<QMdiSubWindow> child = m_area->addSubWindow(query);
+    child->setWindowIcon(icon(QStringLiteral("Query")));
+    query->Form_Load();
+    if (child == nullptr) return;  // the program was ended while a failure was told
+
+    query->setWindowTitle(QStringLiteral("Query Window %1 - ").arg(m_queryNumber) + connection->getServer());
+    const QSize client = m_area->viewport()->size();
+    child->resize(child->sizeHint().boundedTo(client).expandedTo(child->minimumSizeHint()));
+    child->move(centred(client.width(), child->width()), 0);
+    child->show();
 }
 
 void frmMain::mnuToolOptions_Click() {

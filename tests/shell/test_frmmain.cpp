@@ -353,7 +353,6 @@ void FrmMainTest::messagesWithoutConnection() {
     fixture.frame.mnuToolQuery_Click();
     QCOMPARE(answers.takeBox().text, NotConnectedText);
     fixture.open(QStringLiteral("alpha"));
-    fixture.frame.mnuToolQuery_Click();
     addOtherChild(fixture);
     fixture.frame.mnuToolQuery_Click();
     QCOMPARE(answers.takeBox().text, NotConnectedText);

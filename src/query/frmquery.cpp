@@ -1,0 +1,260 @@
+#include "query/frmquery.h"
+
+#include "dbaccess/dbconnection.h"
+#include "platform/conversions.h"
+#include "platform/desktop/datacontrol.h"
+#include "platform/desktop/datagrid.h"
+#include "platform/desktop/failures.h"
+#include "platform/desktop/hourglass.h"
+#include "platform/desktop/msgbox.h"
+#include "platform/desktop/twips.h"
+#include "query/pickbox.h"
+#include "query/querytext.h"
+#include "shell/appstate.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTabWidget>
+
+namespace tw {
+
+namespace {
+
+enum Page { QueryPage = 0, ResultPage = 1 };
+
+const QString AllColumns = QStringLiteral("(All Columns)");
+const QString NumericWanted = QStringLiteral("Please enter numeric data");
+
+/// Replaces the whole text in one step that the user can take back.
+void replaceText(QPlainTextEdit& box, const QString& text) {
+    if (box.toPlainText() == text) return;
+    QTextCursor cursor(box.document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+    box.setTextCursor(cursor);
+    box.ensureCursorVisible();
+}
+
+void clearChoice(PickBox& box) {
+    box.setCurrentIndex(-1);
+}
+
+}  // namespace
+
+frmQuery::frmQuery(AppState& state, std::shared_ptr<DBConnection> connection, QWidget* parent)
+    : QWidget(parent), m_state(state), DBConn(std::move(connection)) {
+    setObjectName(QStringLiteral("frmQuery"));
+    setupControls(*this);
+    cbDatabase->setModel(&m_databases);
+    cbTable->setModel(&m_tables);
+    cbConditionTable->setModel(&m_tables);
+    cbColumn->setModel(&m_columns);
+    cbConditionColumn->setModel(&m_conditionColumns);
+    m_maxRows = load(txtMaxRows, QStringLiteral("QueryMaxRows"), QStringLiteral("50"));
+    m_timeout = load(txtTimeout, QStringLiteral("QueryTimeOut"), QStringLiteral("15"));
+    connectHandlers();
+    cmdReset_Click();
+    cbDatabase->setFocus();
+}
+
+frmQuery::~frmQuery() = default;
+
+QSize frmQuery::sizeHint() const {
+    return {desktop::toPixels(10800), desktop::toPixels(8250)};
+}
+
+void frmQuery::connectHandlers() {
+    const auto onChoice = [this](PickBox* box, void (frmQuery::*handler)()) {
+        desktop::connectGuarded(box, &QComboBox::activated, this,
+                                [this, handler](int) { (this->*handler)(); });
+    };
+    onChoice(cbDatabase, &frmQuery::cbDatabase_Click);
+    onChoice(cbTable, &frmQuery::cbTable_Click);
+    onChoice(cbColumn, &frmQuery::cbColumn_Click);
+    onChoice(cbConditionTable, &frmQuery::cbConditionTable_Click);
+    onChoice(cbConditionColumn, &frmQuery::cbConditionColumn_Click);
+    onChoice(cbConditionOperator, &frmQuery::cbConditionOperator_Click);
+    for (NumberBox* number : {&m_maxRows, &m_timeout}) {
+        desktop::connectGuarded(number->box, &QLineEdit::textEdited, this,
+                                [this, number](const QString&) { change(*number); });
+    }
+    const auto onClick = [this](QPushButton* button, void (frmQuery::*handler)()) {
+        desktop::connectGuarded(button, &QPushButton::clicked, this,
+                                [this, handler](bool) { (this->*handler)(); });
+    };
+    onClick(cmdExecute, &frmQuery::cmdExecute_Click);
+    onClick(cmdBack, &frmQuery::cmdBack_Click);
+    onClick(cmdReset, &frmQuery::cmdReset_Click);
+    onClick(cmdClose, &frmQuery::cmdClose_Click);
+    // The text boxes keep the Enter key for their lines.
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* shortcut = new QShortcut(Qt::CTRL | key, this);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, cmdExecute, [this] { cmdExecute->click(); });
+    }
+    connect(tsQuery, &QTabWidget::currentChanged, cmdBack,
+            [this](int page) { cmdBack->setEnabled(page == ResultPage); });
+    cmdBack->setEnabled(false);
+}
+
+void frmQuery::Form_Load() {
+    const desktop::Hourglass pointer(*this);
+    const std::shared_ptr<DBConnection> held = DBConn;
+    held->FillCbDB(m_databases);
+}
+
+void frmQuery::Form_Resize() {
+    layout()->activate();
+}
+
+/// Enter on a control that has no use for it executes, as long as there is something to fill in.
+void frmQuery::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && tsQuery->currentIndex() == QueryPage) {
+        cmdExecute->click();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+frmQuery::NumberBox frmQuery::load(QLineEdit* box, const QString& key, const QString& defaultText) {
+    const QString stored = m_state.setting(key, defaultText);
+    const QString text = platform::wholeNumber(stored) ? stored : defaultText;
+    box->setText(text);
+    return {box, key, text};
+}
+
+void frmQuery::change(NumberBox& number) {
+    const QString text = number.box->text();
+    if (const auto value = platform::wholeNumber(text)) {
+        number.accepted = text;
+        m_state.saveSetting(number.key, QString::number(*value));
+    } else if (!text.isEmpty()) {  // an emptied box is about to be filled; Execute asks for what is missing
+        number.box->setText(number.accepted);
+        desktop::MsgBox(NumericWanted, desktop::MsgBoxIcon::Exclamation);
+    }
+}
+
+void frmQuery::cbDatabase_Click() {
+    for (PickBox* box : {cbTable, cbColumn, cbConditionTable, cbConditionColumn}) {
+        clearChoice(*box);
+    }
+    m_columns.clear();
+    m_conditionColumns.clear();
+    const desktop::Hourglass pointer(*this);
+    const std::shared_ptr<DBConnection> held = DBConn;
+    held->FillCbTable(m_tables, cbDatabase->currentText());
+}
+
+/// False when the window has gone while a failure was told.
+bool frmQuery::fillColumns(controls::ComboItems& columns, const PickBox& table) {
+    const desktop::Hourglass pointer(*this);
+    const QPointer<frmQuery> self(this);
+    const std::shared_ptr<DBConnection> held = DBConn;
+    held->FillCbColumn(columns, cbDatabase->currentText(), table.currentText());
+    return self != nullptr;
+}
+
+void frmQuery::cbTable_Click() {
+    replaceText(*txtTables, querytext::withTable(txtTables->toPlainText(), cbTable->currentText()));
+    clearChoice(*cbColumn);
+    if (fillColumns(m_columns, *cbTable)) m_columns.prependItem(AllColumns);
+}
+
+void frmQuery::cbColumn_Click() {
+    const QString column = cbColumn->currentText();
+    replaceText(*txtColumns, column == AllColumns ? querytext::allColumns()
+                                                  : querytext::withColumn(txtColumns->toPlainText(),
+                                                                          cbTable->currentText(), column));
+}
+
+void frmQuery::cbConditionTable_Click() {
+    replaceText(*txtTables, querytext::withTable(txtTables->toPlainText(), cbConditionTable->currentText()));
+    clearChoice(*cbConditionColumn);
+    fillColumns(m_conditionColumns, *cbConditionTable);
+}
+
+void frmQuery::cbConditionColumn_Click() {
+    replaceText(*txtWhereClause,
+                querytext::withConditionColumn(txtWhereClause->toPlainText(), cbConditionTable->currentText(),
+                                               cbConditionColumn->currentText()));
+}
+
+void frmQuery::cbConditionOperator_Click() {
+    replaceText(*txtWhereClause,
+                querytext::withOperator(txtWhereClause->toPlainText(), cbConditionOperator->currentText()));
+}
+
+bool frmQuery::refuse(const QString& text, QWidget* focus) {
+    const QPointer<frmQuery> self(this);
+    desktop::MsgBox(text, desktop::MsgBoxIcon::Exclamation);
+    if (self != nullptr && focus != nullptr) {
+        tsQuery->setCurrentIndex(QueryPage);
+        focus->setFocus();
+    }
+    return false;
+}
+
+bool frmQuery::isReady() {
+    if (cbDatabase->currentIndex() < 0) {
+        return refuse(QStringLiteral("Please select a database for the query."), cbDatabase);
+    }
+    if (txtTables->toPlainText().isEmpty()) {
+        return refuse(QStringLiteral("Please select a table for the query."), cbTable);
+    }
+    if (txtColumns->toPlainText().isEmpty()) {
+        return refuse(QStringLiteral("Please select a column for the query."), nullptr);
+    }
+    if (!querytext::isSelect(txtColumns->toPlainText())) {
+        return refuse(QStringLiteral("Sorry, only select statements are allowed."), nullptr);
+    }
+    for (QLineEdit* box : {txtMaxRows, txtTimeout}) {
+        if (!platform::wholeNumber(box->text())) return refuse(NumericWanted, box);
+    }
+    return true;
+}
+
+void frmQuery::cmdExecute_Click() {
+    if (!isReady()) return;
+    try {
+        const desktop::Hourglass pointer(*this);
+        Adodc1->setConnectionString(DBConn->getConnectionString() + QStringLiteral(";database=") +
+                                    cbDatabase->currentText());
+        Adodc1->setMaxRecords(platform::wholeNumber(txtMaxRows->text()).value());
+        Adodc1->setCommandTimeout(platform::wholeNumber(txtTimeout->text()).value());
+        Adodc1->setRecordSource(querytext::statement(txtColumns->toPlainText(), txtTables->toPlainText(),
+                                                     txtWhereClause->toPlainText()));
+        Adodc1->Refresh();
+        lblRecCount->setText(QStringLiteral("Number of rows returned: %1").arg(Adodc1->recordCount()));
+        tsQuery->setCurrentIndex(ResultPage);
+    } catch (...) {
+        // The data control has told it; everything stays as it was, if it is there still.
+    }
+}
+
+void frmQuery::cmdBack_Click() {
+    tsQuery->setCurrentIndex(QueryPage);
+}
+
+void frmQuery::cmdReset_Click() {
+    tsQuery->setCurrentIndex(QueryPage);
+    replaceText(*txtTables, {});
+    replaceText(*txtColumns, querytext::allColumns());
+    replaceText(*txtWhereClause, {});
+    for (PickBox* box : {cbTable, cbColumn, cbConditionTable, cbConditionColumn, cbConditionOperator}) {
+        clearChoice(*box);
+    }
+}
+
+void frmQuery::cmdClose_Click() {
+    // In a frame the window that is to go is the one around.
+    (parentWidget() != nullptr ? parentWidget() : this)->close();
+}
+
+}  // namespace tw

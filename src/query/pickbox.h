@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace tw {
+
+/// A list to pick from. What is picked acts at once, so it is picked in the open list only: the wheel does
+/// nothing, and keys that would move on in the closed list open it.
+class PickBox : public QComboBox {
+    Q_OBJECT
+
+  public:
+    using QComboBox::QComboBox;
+
+  protected:
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+}  // namespace tw

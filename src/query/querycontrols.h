@@ -1,0 +1,56 @@
+#pragma once
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTabWidget;
+class QWidget;
+
+namespace desktop {
+class DataControl;
+class DataGrid;
+}  // namespace desktop
+
+namespace tw {
+
+class PickBox;
+
+/// The controls of the query window. Each has its name here as object name.
+struct QueryControls {
+    QTabWidget* tsQuery = nullptr;
+    PickBox* cbDatabase = nullptr;
+    PickBox* cbTable = nullptr;
+    PickBox* cbColumn = nullptr;
+    PickBox* cbConditionTable = nullptr;
+    PickBox* cbConditionColumn = nullptr;
+    PickBox* cbConditionOperator = nullptr;
+    QPlainTextEdit* txtColumns = nullptr;
+    QPlainTextEdit* txtTables = nullptr;
+    QPlainTextEdit* txtWhereClause = nullptr;
+    QLineEdit* txtMaxRows = nullptr;
+    QLineEdit* txtTimeout = nullptr;
+    desktop::DataGrid* dgrResult = nullptr;
+    desktop::DataControl* Adodc1 = nullptr;
+    QLabel* lblRecCount = nullptr;
+    QPushButton* cmdExecute = nullptr;
+    QPushButton* cmdBack = nullptr;
+    QPushButton* cmdReset = nullptr;
+    QPushButton* cmdClose = nullptr;
+
+  protected:
+    /// Makes the controls as children of the window and lays them out.
+    void setupControls(QWidget& window);
+
+  private:
+    QWidget* makeQueryPage();
+    QWidget* makeResultPage();
+    QGroupBox* makeSelectionSource(QWidget* page);
+    QGroupBox* makeConditionSource(QWidget* page);
+    QGroupBox* makeQueryString(QWidget* page);
+    QWidget* makeLimits(QWidget* page);
+    QWidget* makeButtons(QWidget& window);
+};
+
+}  // namespace tw
