@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -64,8 +65,13 @@ PairedRuns measurePairs(int runs, const std::function<void()>& ours, const std::
     yardstick();
     PairedRuns pairs;
     for (int run = 0; run < runs; ++run) {
+        const std::clock_t start = std::clock();
         pairs.ours.push_back(secondsOf(ours));
+        const std::clock_t middle = std::clock();
         pairs.yardstick.push_back(secondsOf(yardstick));
+        const std::clock_t end = std::clock();
+        pairs.processorRatios.push_back(static_cast<double>(middle - start) /
+                                        static_cast<double>(end - middle));
     }
     return pairs;
 }
@@ -82,7 +88,8 @@ void printRatio(const QString& name, const PairedRuns& pairs) {
                         << QString::number(ratio.maximum, 'f', 3) << "), ours "
                         << QString::number(ours.median * 1000, 'f', 1) << " ms, bare loop "
                         << QString::number(bare.median * 1000, 'f', 1) << " ms, " << ratios.size()
-                        << " pairs\n";
+                        << " pairs; ratio of processor times "
+                        << QString::number(spreadOf(pairs.processorRatios).median, 'f', 3) << '\n';
 }
 
 }  // namespace bench

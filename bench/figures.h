@@ -39,6 +39,9 @@ class PeakOfMemory {
 struct PairedRuns {
     std::vector<double> ours;
     std::vector<double> yardstick;
+    /// Ratios of the processor time that this program spent, driver included: a busy machine, or a server
+    /// that keeps both waiting, does not show in them.
+    std::vector<double> processorRatios;
 };
 
 /// Runs both `runs` times in turn after one uncounted round.

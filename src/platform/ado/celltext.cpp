@@ -102,6 +102,19 @@ QStringView dateText(const SQL_TIMESTAMP_STRUCT& value, bool withTime, TextRoom&
     return writer.text();
 }
 
+/// Some drivers leave out the zero before the point.
+QStringView exactText(QStringView digits, TextRoom& room) {
+    const bool negative = digits.startsWith(u'-');
+    const QStringView size = digits.sliced(negative ? 1 : 0);
+    if (!size.startsWith(u'.')) return digits;
+    Writer writer(room);
+    if (negative) writer.put(u'-');
+    writer.put(u'0');
+    for (const QChar c : size)
+        writer.put(c.unicode());
+    return writer.text();
+}
+
 QStringView guidText(QStringView digits, TextRoom& room) {
     Writer writer(room);
     writer.put(u'{');
@@ -136,8 +149,9 @@ QStringView cellText(const Column& column, const Cell& cell, TextRoom& room) {
     if (cell.size == Cell::Null) throwMismatch();
     switch (column.type) {
         case FieldType::Text:
-        case FieldType::Exact:
             return unitsOf(cell);
+        case FieldType::Exact:
+            return exactText(unitsOf(cell), room);
         case FieldType::Integer:
             return integerText(valueOf<qint64>(cell), room);
         case FieldType::Boolean:

@@ -15,6 +15,7 @@ class CellTextTest : public QObject {
     void floats();
     void integers_data();
     void integers();
+    void exactNumbersHaveAZeroBeforeThePoint();
 };
 
 template <typename T>
@@ -89,6 +90,16 @@ void CellTextTest::integers() {
         QTEST(cellInteger(column, cell), "number");
     else
         QCOMPARE(numberOf([&] { cellInteger(column, cell); }), 13);
+}
+
+void CellTextTest::exactNumbersHaveAZeroBeforeThePoint() {
+    TextRoom room;
+    for (const auto& [given, text] : {std::pair{".5000", "0.5000"}, std::pair{"-.5", "-0.5"},
+                                      std::pair{"-10.5", "-10.5"}, std::pair{"0", "0"}}) {
+        const QString digits = QString::fromLatin1(given);
+        const Cell cell{reinterpret_cast<const std::byte*>(digits.utf16()), digits.size() * 2};
+        QCOMPARE(cellText({{}, FieldType::Exact, 48}, cell, room).toString(), QString::fromLatin1(text));
+    }
 }
 
 QTEST_GUILESS_MAIN(CellTextTest)
