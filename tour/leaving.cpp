@@ -25,8 +25,10 @@ void walkLeaving(Place& place) {
     stage.waitFor([&] { return !place.frame.isVisible(); }, QStringLiteral("the program ends"));
     stage.expectText(place.state.setting(QStringLiteral("Layout"), QString()), QStringLiteral("1"),
                      QStringLiteral("the stored layout"));
-    stage.expectText(place.state.setting(QStringLiteral("NumberRecShow"), QString()), QStringLiteral("50"),
+    stage.expectText(place.state.setting(QStringLiteral("NumberRecShow"), QString()), QStringLiteral("3"),
                      QStringLiteral("the stored rows to show"));
+    stage.expectText(place.state.setting(QStringLiteral("MouseHotTracking"), QString()), QStringLiteral("1"),
+                     QStringLiteral("the stored hot tracking"));
     stage.expectText(place.state.setting(QStringLiteral("Server1"), QString()), place.server,
                      QStringLiteral("the stored server"));
 }

@@ -29,6 +29,8 @@ void walk(tour::Stage& stage) {
     stage.waitFor([&] { return frame.isActiveWindow(); }, QStringLiteral("the frame is on the screen"));
     tour::walkConnecting(place);
     tour::walkBrowsing(place);
+    tour::walkExporting(place);
+    tour::walkOptions(place);
     tour::walkWindows(place);
     tour::walkLeaving(place);
     stage.expect(server.stop() == 0, QStringLiteral("the sample server ends in order"));

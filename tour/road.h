@@ -23,6 +23,10 @@ struct Place {
 void walkConnecting(Place& place);
 /// A table's columns and rows and a database's details, in both layouts and in the smallest window.
 void walkBrowsing(Place& place);
+/// A table's columns, written to files under names typed into the save dialog.
+void walkExporting(Place& place);
+/// The options dialog, and what its values change.
+void walkOptions(Place& place);
 /// Several windows, their arrangement, the layout of their panes, toolbar and help.
 void walkWindows(Place& place);
 /// Closing documents and the program; what the settings then hold.

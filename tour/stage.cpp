@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -78,12 +79,22 @@ void Stage::click(QWidget& control) {
 void Stage::type(QWidget& control, const QString& text) {
     click(control);
     QTest::keyClick(&control, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(&control, Qt::Key_Delete);
+    if (text.isEmpty()) QTest::keyClick(&control, Qt::Key_Delete);
     QTest::keyClicks(&control, text);
 }
 
 void Stage::press(QWidget& control, Qt::Key key) {
     QTest::keyClick(&control, key);
+}
+
+void Stage::clickButton(QWidget& window, const QString& text) {
+    for (QPushButton* button : window.findChildren<QPushButton*>()) {
+        if (QString(button->text()).remove(u'&') == text) {
+            click(*button);
+            return;
+        }
+    }
+    throw Failure(QStringLiteral("there is no button ") + text);
 }
 
 QMenu& Stage::openMenu(QMainWindow& frame, const QString& menu) {
@@ -118,6 +129,14 @@ void Stage::showMenu(QMainWindow& frame, const QString& menu, const std::functio
     waitFor([&] { return !opened.isVisible(); }, menu + QStringLiteral(" closes"));
 }
 
+QMenu& Stage::popUp(QMainWindow& frame, const QString& menu, QWidget& control, const QPoint& place) {
+    QMenu& opened = find<QMenu>(frame, menu);
+    QTest::mouseClick(&control, Qt::RightButton, {}, place);
+    waitFor([&] { return opened.isVisible(); }, menu + QStringLiteral(" opens"));
+    settle();
+    return opened;
+}
+
 void Stage::clickTool(QMainWindow& frame, const QString& key) {
     auto& bar = find<QToolBar>(frame, QStringLiteral("tbToolBar"));
     for (QAction* action : bar.actions()) {
@@ -142,15 +161,21 @@ void Stage::clickNode(QTreeView& tree, const QStringList& path, bool twice) {
     if (twice) QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, place);
 }
 
-void Stage::inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& within) {
+void Stage::inDialog(const std::function<void()>& open, const Within& within) {
+    inDialogs(open, {within});
+}
+
+void Stage::inDialogs(const std::function<void()>& open, const std::vector<Within>& withins) {
     std::exception_ptr failure;
-    bool entered = false;
+    size_t entered = 0;
+    QPointer<QWidget> before;
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
         QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr || !dialog->isVisible()) return;
+        if (dialog == nullptr || !dialog->isVisible() || dialog == before) return;
         watch.stop();
-        entered = true;
+        before = dialog;
+        const Within& within = withins[entered++];
         // The event loop around this must not be unwound: what fails is kept and thrown outside it.
         try {
             settle();
@@ -158,7 +183,11 @@ void Stage::inDialog(const std::function<void()>& open, const std::function<void
         } catch (...) {
             failure = std::current_exception();
         }
-        if (failure) closeDialogs();
+        if (failure) {
+            closeDialogs();
+        } else if (entered < withins.size()) {
+            watch.start(10);
+        }
     });
     watch.start(10);
     // A dialog that stays open, or one that nobody expected, must not hold up the tour for ever.
@@ -173,7 +202,7 @@ void Stage::inDialog(const std::function<void()>& open, const std::function<void
     open();
     watch.stop();
     if (failure) std::rethrow_exception(failure);
-    expect(entered, QStringLiteral("a dialog opens"));
+    expect(entered == withins.size(), QStringLiteral("a dialog opens"));
     settle();
 }
 

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <stdexcept>
+#include <vector>
 
 class QMainWindow;
 class QMenu;
@@ -25,6 +26,8 @@ class Stage {
   public:
     /// Pictures go into `pictures`, which is emptied of earlier ones.
     explicit Stage(const QString& pictures);
+    /// What is to be done in a window.
+    using Within = std::function<void(QWidget& dialog)>;
 
     /// Says on the standard output what comes next.
     void say(const QString& what);
@@ -45,18 +48,24 @@ class Stage {
     /// Replaces a control's text by typing.
     void type(QWidget& control, const QString& text);
     void press(QWidget& control, Qt::Key key);
+    /// Clicks the button of a window that bears a text, access keys left out.
+    void clickButton(QWidget& window, const QString& text);
     /// Opens a menu of the menu bar with the mouse and clicks one of its items.
     void choose(QMainWindow& frame, const QString& menu, const QString& item);
     /// Opens a menu of the menu bar with the mouse, for a picture, and closes it again.
     void showMenu(QMainWindow& frame, const QString& menu, const std::function<void()>& whileOpen);
     /// Clicks the toolbar button under a key.
     void clickTool(QMainWindow& frame, const QString& key);
+    /// Clicks into a control with the right mouse button and waits for a pop-up menu of the frame.
+    QMenu& popUp(QMainWindow& frame, const QString& menu, QWidget& control, const QPoint& place);
     /// Clicks the tree's node at the end of a path of texts, opening branches on the way.
     void clickNode(QTreeView& tree, const QStringList& path, bool twice = false);
 
     /// Does something that opens a modal window and, once it shows, what is to be done in it. Returns when
     /// the window has gone.
-    void inDialog(const std::function<void()>& open, const std::function<void(QWidget& dialog)>& within);
+    void inDialog(const std::function<void()>& open, const Within& within);
+    /// As inDialog, for windows that come one after the other: the next when the one before has gone.
+    void inDialogs(const std::function<void()>& open, const std::vector<Within>& withins);
     /// As inDialog, for a message box: checks its text and presses a button by its text.
     void expectMessage(const std::function<void()>& open, const QString& text, const QString& picture = {});
 
