@@ -31,9 +31,6 @@ namespace tw {
 
 namespace {
 
-/// Windows that do not exist yet; their commands stay disabled.
-constexpr bool HasCompareWindow = false;
-
 /// What the user chose to connect to. Filling the tree has replaced a data source's name by its server's, so
 /// the name is taken from the connection string, "DSN=name;".
 QString connectionName(const DBConnection& connection) {
@@ -162,7 +159,7 @@ void frmMain::SetMenuAndToolBarControls() {
     enable(m_menus.mnuViewHorizontal, QStringLiteral("Horizontal"), connected);
     enable(m_menus.mnuViewVertical, QStringLiteral("Vertical"), connected);
     enable(m_menus.mnuViewCenter, QStringLiteral("CenterChild"), connected);
-    enable(m_menus.mnuToolCompare, QStringLiteral("Compare"), connected && HasCompareWindow);
+    enable(m_menus.mnuToolCompare, QStringLiteral("Compare"), connected);
     enable(m_menus.mnuToolQuery, QStringLiteral("Query"), connected);
     enable(m_menus.mnuWindowCascade, {}, connected);
     enable(m_menus.mnuWindowTileHorizontal, {}, connected);

@@ -15,6 +15,7 @@ class QStatusBar;
 namespace tw {
 
 struct AppState;
+class frmCompareResult;
 class frmDocument;
 class MainToolBar;
 
@@ -89,6 +90,7 @@ class frmMain : public QMainWindow, public Frame {
     void checkLayout();
     frmDocument& openDocument();
     void openQuery(const std::shared_ptr<DBConnection>& connection);
+    void showComparison(std::unique_ptr<frmCompareResult> window);
     frmDocument* activeDocument() const;
     ChildWindow& requireActiveWindow() const;
     /// Throws RuntimeError 91 without an active child and 438 when that is no document.

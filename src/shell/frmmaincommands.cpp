@@ -1,6 +1,8 @@
 // What the commands of the frame do.
 
 #include "browse/frmdocument.h"
+#include "compare/frmcompareresult.h"
+#include "compare/frmcompareselect.h"
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
 #include "platform/desktop/failures.h"
@@ -215,7 +217,27 @@ void frmMain::mnuToolConnect_Click() {
 
 void frmMain::mnuToolCompare_Click() {
     if (!hasOpenDocument()) return;
-    // The comparison selection opens here.
+    std::unique_ptr<frmCompareResult> result;
+    {
+        frmCompareSelect selection(m_state, this);
+        // The program may be ended while it is open.
+        if (selection.exec() != QDialog::Accepted || !m_loaded) return;
+        result = selection.takeResult();
+    }
+    showComparison(std::move(result));
+}
+
+/// Returns when the comparison has ended, or was cancelled; the window may be closed by then.
+void frmMain::showComparison(std::unique_ptr<frmCompareResult> window) {
+    const QMdiSubWindow* active = activeChild();
+    const QRect place = frmCompareResult::placeIn(frameGeometry(), isMaximized(),
+                                                  active == nullptr ? QRect() : active->geometry());
+    frmCompareResult* result = window.release();  // owned by its sub-window
+    QMdiSubWindow* child = m_area->addSubWindow(result);
+    child->setWindowIcon(icon(QStringLiteral("Compare")));
+    child->setGeometry(place);
+    child->show();
+    result->Form_Load();
 }
 
 void frmMain::mnuToolQuery_Click() {

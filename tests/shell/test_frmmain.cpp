@@ -158,9 +158,10 @@ void FrmMainTest::enabling_data() {
                                "mnuPop2ExportColNames", "mnuPop2ExportColDef", "mnuToolOptions", "Options"}) {
         QTest::newRow(always) << QString::fromLatin1(always) << true << true;
     }
-    for (const char* connected : {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuWindowCascade",
-                                  "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons",
-                                  "Horizontal", "Vertical", "CenterChild"}) {
+    for (const char* connected :
+         {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuToolCompare", "Compare",
+          "mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons",
+          "Horizontal", "Vertical", "CenterChild"}) {
         QTest::newRow(connected) << QString::fromLatin1(connected) << false << true;
     }
 }
@@ -350,6 +351,7 @@ void FrmMainTest::messagesWithoutConnection() {
     }
     fixture.open();
     fixture.frame.mnuToolCompare_Click();
+    QCOMPARE(answers.takeBox().text, NoServerText);
     fixture.frame.mnuToolQuery_Click();
     QCOMPARE(answers.takeBox().text, NotConnectedText);
     fixture.open(QStringLiteral("alpha"));

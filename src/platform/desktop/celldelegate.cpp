@@ -26,6 +26,11 @@ QString CellDelegate::displayText(const QVariant& value, const QLocale&) const {
 void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     option->state &= ~QStyle::State_HasFocus;
+    if (!m_boldPictures.isEmpty()) {
+        const int picture = index.siblingAtColumn(0).data(controls::ListItems::IconRole).toInt();
+        option->font.setBold(m_boldPictures.contains(picture));
+        option->fontMetrics = QFontMetrics(option->font);
+    }
     if (index.column() != 0 || m_pictures.isEmpty()) return;
     option->icon = m_pictures.at(index.data(controls::ListItems::IconRole).toInt());
     // Items without a picture line up with those that have one.

@@ -15,6 +15,7 @@ class CellDelegate : public QStyledItemDelegate {
     using QStyledItemDelegate::QStyledItemDelegate;
 
     void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
+    void setBoldPictures(QList<int> numbers) { m_boldPictures = std::move(numbers); }
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
     /// A tooltip with the whole text where the cell cuts it.
@@ -26,6 +27,7 @@ class CellDelegate : public QStyledItemDelegate {
 
   private:
     Pictures m_pictures;
+    QList<int> m_boldPictures;
 };
 
 /// A text on one line, cut where nobody could read on.

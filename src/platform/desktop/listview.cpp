@@ -65,6 +65,11 @@ void ListView::setPictures(QList<QIcon> icons) {
     viewport()->update();
 }
 
+void ListView::setBoldPictures(QList<int> numbers) {
+    static_cast<CellDelegate*>(itemDelegate())->setBoldPictures(std::move(numbers));
+    viewport()->update();
+}
+
 void ListView::rowsArrived() {
     if (!m_columnsNew) return;
     m_columnsNew = false;

@@ -24,6 +24,8 @@ class ListView : public CellTable {
     void setItems(controls::ListItems* items);
     /// The pictures that items' icon numbers mean.
     void setPictures(QList<QIcon> icons);
+    /// Items with one of these icon numbers are headings: their texts are bold.
+    void setBoldPictures(QList<int> numbers);
 
     /// The selected rows, their cells as the columns stand.
     QString selectedText() const override;

@@ -1,0 +1,71 @@
+#include "compare/comparisonrun.h"
+
+#include "compare/frmcompareprogress.h"
+#include "dbaccess/dbconnection.h"
+#include "shell/appstate.h"
+
+#include <QScopeGuard>
+#include <QWidget>
+
+namespace tw {
+
+ComparisonRun::ComparisonRun(AppState& state, std::function<void()> yield)
+    : connection1(std::make_shared<DBConnection>()),
+      connection2(std::make_shared<DBConnection>()),
+      m_state(state),
+      m_yield(std::move(yield)) {}
+
+ComparisonRun::~ComparisonRun() = default;
+
+void ComparisonRun::run(QWidget& resultWindow, const QString& caption1, const QString& caption2) {
+    m_resultWindow = &resultWindow;
+    const auto end = qScopeGuard([this] {
+        if (m_progress) m_progress->end();
+    });
+    Comparison comparison({*connection1, results1, caption1}, {*connection2, results2, caption2}, kinds,
+                          *this, m_yield, [this] { return isCancelled(); });
+    comparison.run();
+}
+
+void ComparisonRun::abandon() {
+    m_cancelled = true;
+    if (!m_progress) return;
+    m_progress->end();
+    m_progress->close();
+}
+
+void ComparisonRun::keepProgressInView() {
+    if (m_progress) m_progress->keepInView();
+}
+
+/// Kept once it is so: the next comparison to start clears the shared flag.
+bool ComparisonRun::isCancelled() {
+    m_cancelled = m_cancelled || m_state.cancelled || (m_progress && m_progress->isCancelled());
+    return m_cancelled;
+}
+
+void ComparisonRun::begin() {
+    // Message boxes may have been open before, and the window closed under them.
+    if (m_cancelled || !m_resultWindow) return;
+    m_progress = new frmCompareProgress(m_state, m_resultWindow);
+    m_progress->begin();
+}
+
+void ComparisonRun::SetNumberNeed(qint32 expectedItems) {
+    if (m_progress) m_progress->SetNumberNeed(expectedItems);
+}
+
+void ComparisonRun::InitFormLables(const QString& system1, const QString& system2) {
+    if (m_progress) m_progress->InitFormLables(system1, system2);
+}
+
+void ComparisonRun::UpdateForm(ComparedState state, const QString& item) {
+    if (m_progress) m_progress->UpdateForm(state, item);
+}
+
+void ComparisonRun::cancel() {
+    m_cancelled = true;
+    if (m_progress) m_progress->cancel();
+}
+
+}  // namespace tw

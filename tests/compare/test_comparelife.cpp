@@ -1,0 +1,215 @@
+// What can happen to a comparison while it runs.
+
+#include "comparing.h"
+#include "platform/desktop/failures.h"
+#include "platform/desktop/programend.h"
+#include "support/answers.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+
+class TestCompareLife : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+    void endsWhateverHappens_data();
+    void endsWhateverHappens();
+    void cancelledStaysCancelled();
+    void comparesInsideAnother_data();
+    void comparesInsideAnother();
+    void serverThatDies();
+    void closingTheResultClosesItsProgress();
+    void wholeRoad();
+
+  private:
+    testsupport::SampleServerProcess m_server;
+};
+
+void TestCompareLife::initTestCase() {
+    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
+}
+
+/// A program that ended leaves later event loops told to quit.
+void TestCompareLife::cleanup() {
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    QCoreApplication::exec();
+}
+
+void TestCompareLife::endsWhateverHappens_data() {
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<int>("atYield");
+    for (const char* event : {"cancel", "cancel twice", "close progress", "close result", "destroy result",
+                              "close all children", "close frame", "quit", "fail", "cancel a connection"}) {
+        for (const int moment : {1, 2, 60, 250}) {
+            QTest::addRow("%s at yield %d", event, moment) << QString::fromLatin1(event) << moment;
+        }
+    }
+}
+
+void TestCompareLife::endsWhateverHappens() {
+    QFETCH(QString, event);
+    QFETCH(int, atYield);
+    testsupport::Answers answers;
+    const desktop::ProgramEnd end;
+    Comparing comparing(m_server);
+    const QPointer<tw::frmCompareResult> result = &comparing.show();
+    const auto happens = [&](const char* name) { return event == QString::fromLatin1(name); };
+    int rowsThen = 0;
+    comparing.atYield(atYield, [&] {
+        rowsThen = itemsOf(*result, 1).count() + itemsOf(*result, 2).count();
+        if (happens("cancel")) clickClose(*result);
+        if (happens("cancel twice")) {
+            clickClose(*result);
+            clickClose(*result);
+        }
+        if (happens("close progress")) progressOf(*result).close();
+        if (happens("close result")) result->parentWidget()->close();
+        if (happens("destroy result")) delete result->parentWidget();
+        if (happens("close all children")) comparing.frame.area().closeAllSubWindows();
+        if (happens("close frame")) comparing.frame.close();
+        if (happens("quit")) QApplication::closeAllWindows();
+        if (happens("fail")) desktop::guard([] { throw platform::RuntimeError(13, QStringLiteral("x")); });
+        if (happens("cancel a connection")) comparing.state.cancelled = true;
+    });
+    result->Form_Load();
+    if (happens("fail")) answers.takeBox();
+    // The kinds that were still to come go up to their first test each.
+    QVERIFY2(comparing.yields >= atYield && comparing.yields <= atYield + 3,
+             qPrintable(QString::number(comparing.yields)));
+    const bool stays = event.startsWith(QStringLiteral("c")) && !happens("close result") &&
+                       !happens("close all children") && !happens("close frame");
+    QCOMPARE(!result.isNull(), stays);
+    if (!stays) return;
+    QCOMPARE(textOf(progressOf(*result), "lblProgress"), QStringLiteral("Comparing databases cancelled."));
+    QCOMPARE(progressOf(*result).findChild<QPushButton*>(QStringLiteral("cmdClose"))->text(),
+             QStringLiteral("&Close"));
+    QCOMPARE(progressOf(*result).isVisible(), !happens("cancel twice") && !happens("close progress"));
+    // The rows so far stay; what follows is headings only.
+    QVERIFY(itemsOf(*result, 1).count() + itemsOf(*result, 2).count() >= rowsThen);
+    QVERIFY(itemsOf(*result, 1).count() + itemsOf(*result, 2).count() <= rowsThen + 6);
+}
+
+void TestCompareLife::cancelledStaysCancelled() {
+    const testsupport::Answers noBoxes;
+    Comparing comparing(m_server);
+    tw::frmCompareResult& first = comparing.show();
+    bool compared = false;
+    int rowsThen = 0;
+    comparing.atYield(30, [&] {
+        clickClose(first);
+        rowsThen = itemsOf(first, 1).count();
+        comparing.yield = [] {};
+        tw::frmCompareResult& second = comparing.show();
+        second.Form_Load();
+        compared = textOf(progressOf(second), "lblProgress").endsWith(QStringLiteral("finished."));
+    });
+    first.Form_Load();
+    QVERIFY(compared);
+    QVERIFY(!comparing.state.cancelled);
+    QCOMPARE(textOf(progressOf(first), "lblProgress"), QStringLiteral("Comparing databases cancelled."));
+    QVERIFY(itemsOf(first, 1).count() <= rowsThen + 3);
+}
+
+void TestCompareLife::comparesInsideAnother_data() {
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<QString>("firstEnds");
+    QTest::newRow("nothing") << ""
+                             << "finished.";
+    QTest::newRow("the inner result is closed") << "close inner"
+                                                << "finished.";
+    QTest::newRow("the inner one is cancelled") << "cancel inner"
+                                                << "cancelled.";
+    QTest::newRow("the outer result is closed") << "close outer"
+                                                << "";
+    QTest::newRow("the frame is closed") << "close frame"
+                                         << "";
+}
+
+/// The flag is one for the whole program: whoever cancels one comparison cancels all that run.
+void TestCompareLife::comparesInsideAnother() {
+    QFETCH(QString, event);
+    QFETCH(QString, firstEnds);
+    const testsupport::Answers noBoxes;
+    Comparing comparing(m_server);
+    const QPointer<tw::frmCompareResult> first = &comparing.show();
+    comparing.atYield(40, [&] {
+        const QPointer<tw::frmCompareResult> second = &comparing.show();
+        comparing.yields = 0;
+        comparing.atYield(25, [&] {
+            if (event == QStringLiteral("close inner")) second->parentWidget()->close();
+            if (event == QStringLiteral("cancel inner")) clickClose(*second);
+            if (event == QStringLiteral("close outer")) first->parentWidget()->close();
+            if (event == QStringLiteral("close frame")) comparing.frame.close();
+        });
+        second->Form_Load();
+    });
+    first->Form_Load();
+    QCOMPARE(first.isNull(), firstEnds.isEmpty());
+    if (!firstEnds.isEmpty()) QVERIFY(textOf(progressOf(*first), "lblProgress").endsWith(firstEnds));
+}
+
+void TestCompareLife::serverThatDies() {
+    testsupport::SampleServerProcess server;
+    QVERIFY2(server.start(), qUtf8Printable(server.errorText()));
+    testsupport::Answers answers;
+    Comparing comparing(server);
+    tw::frmCompareResult& result = comparing.show();
+    comparing.atYield(100, [&] { server.kill(); });
+    result.Form_Load();
+    QVERIFY(answers.boxes() > 0);
+    answers.allowLeftovers();
+}
+
+void TestCompareLife::closingTheResultClosesItsProgress() {
+    Comparing comparing(m_server);
+    tw::frmCompareResult& result = comparing.show(QStringLiteral("Part"), QStringLiteral("Part"));
+    result.Form_Load();
+    const QPointer<QDialog> progress = &progressOf(result);
+    result.parentWidget()->close();
+    QVERIFY(progress.isNull() || !progress->isVisible());
+    // Closing a comparison that has finished cancels nothing.
+    QVERIFY(!comparing.state.cancelled);
+    QTRY_VERIFY(progress.isNull());
+}
+
+/// From the command through the dialog to a comparison that serves real events, and out of it by the frame.
+void TestCompareLife::wholeRoad() {
+    const testsupport::Answers noBoxes;
+    Comparing comparing(m_server);
+    comparing.activeDocument().connection()->setConnectionString(
+        QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_server.serverText()));
+    QTimer user;
+    bool sawRows = false;
+    connect(&user, &QTimer::timeout, this, [&] {
+        if (QWidget* dialog = QApplication::activeModalWidget()) {
+            const auto choose = [&](const char* list, const QString& text) {
+                dialog->findChild<QComboBox*>(QString::fromLatin1(list))->setCurrentText(text);
+            };
+            for (const char* list : {"cbServer1", "cbServer2"})
+                choose(list, m_server.serverText());
+            for (const char* list : {"cbDatabase1", "cbDatabase2"})
+                choose(list, QStringLiteral("Workshop"));
+            dialog->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+            return;
+        }
+        const auto* result = comparing.frame.findChild<tw::frmCompareResult*>();
+        if (result == nullptr || itemsOf(*result, 1).count() == 0) return;
+        sawRows = true;
+        user.stop();
+        comparing.frame.close();
+    });
+    user.start(0);
+    comparing.frame.tbToolBar_ButtonClick(QStringLiteral("Compare"));
+    QVERIFY(sawRows);
+    QVERIFY(!comparing.frame.isVisible());
+    QTRY_VERIFY(comparing.frame.findChild<tw::frmCompareResult*>() == nullptr);
+}
+
+QTEST_MAIN(TestCompareLife)
+#include "test_comparelife.moc"

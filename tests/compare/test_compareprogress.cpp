@@ -1,0 +1,209 @@
+#include "compare/frmcompareprogress.h"
+#include "platform/desktop/settingsstore.h"
+#include "shell/appstate.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <limits>
+
+namespace {
+
+const QString Running = QStringLiteral("Please wait.  Comparing databases is in progress...");
+const QString Finished = QStringLiteral("Comparing databases finished.");
+const QString Cancelled = QStringLiteral("Comparing databases cancelled.");
+
+/// A progress window in front of a window of its own.
+struct Following {
+    Following() { progress.begin(); }
+
+    QString text(const char* label) const {
+        return progress.findChild<QLabel*>(QString::fromLatin1(label))->text();
+    }
+    QPushButton& cmdClose() const { return *progress.findChild<QPushButton*>(QStringLiteral("cmdClose")); }
+    int bar() const { return progress.findChild<QProgressBar*>(QStringLiteral("ProgressBar1"))->value(); }
+    /// "matched unmatched percent percent bar"
+    QString counters() const {
+        return QStringList{text("lblNumMatch"), text("lblNumUnmatch"), text("lblPercentMatch"),
+                           text("lblPercentUnmatch"), QString::number(bar())}
+            .join(u' ');
+    }
+    /// One update per character: 0, 1, 2 and 9 are the states.
+    void update(const QString& states) {
+        for (const QChar digit : states) {
+            progress.UpdateForm(static_cast<tw::ComparedState>(digit.digitValue()), QString());
+        }
+    }
+    void click() { QTest::mouseClick(&cmdClose(), Qt::LeftButton); }
+
+    QTemporaryDir folder;
+    desktop::SettingsStore settings{folder.filePath(QStringLiteral("settings"))};
+    tw::AppState state{settings};
+    QWidget result;
+    tw::frmCompareProgress progress{state, &result};
+};
+
+}  // namespace
+
+class TestCompareProgress : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void opens();
+    void counts_data();
+    void counts();
+    void barNeverRunsBackwards();
+    void keepsTheLastItem();
+    void nothingMovesWhileNumbersGrow();
+    void ends_data();
+    void ends();
+    void staysCancelledWhenTheFlagIsCleared();
+};
+
+void TestCompareProgress::opens() {
+    Following following;
+    following.state.cancelled = true;
+    const tw::frmCompareProgress next(following.state, &following.result);
+    QVERIFY(!following.state.cancelled);
+
+    QCOMPARE(following.progress.windowTitle(), QStringLiteral("Comparing Databases "));
+    QVERIFY(following.progress.isVisible());
+    QVERIFY(!following.progress.isModal());
+    QCOMPARE(following.text("lblProgress"), Running);
+    QCOMPARE(following.cmdClose().text(), QStringLiteral("&Cancel"));
+    QCOMPARE(following.counters(), QStringLiteral("0 0 0 0 0"));
+    following.progress.InitFormLables(QStringLiteral("a - b - c"), QStringLiteral("d & e"));
+    QCOMPARE(following.text("lblSystem1"), QStringLiteral("a - b - c"));
+    QCOMPARE(following.text("lblSystem2"), QStringLiteral("d & e"));
+}
+
+void TestCompareProgress::counts_data() {
+    QTest::addColumn<qint32>("expected");
+    QTest::addColumn<QString>("states");
+    QTest::addColumn<QString>("counters");
+    QTest::newRow("percentages rounded down") << 100 << "110"
+                                              << "2 1 66 33 3";
+    QTest::newRow("29 of 100 stay 29") << 1000 << QString(29, u'1') + QString(71, u'0') << "29 71 29 71 10";
+    QTest::newRow("counted already: only the bar") << 10 << "1222"
+                                                   << "1 0 100 0 40";
+    QTest::newRow("nothing compared yet") << 10 << "2"
+                                          << "0 0 0 0 10";
+    QTest::newRow("none expected") << 0 << "101"
+                                   << "2 1 66 33 0";
+    QTest::newRow("none expected, at the end") << 0 << "1019"
+                                               << "2 1 66 33 100";
+    QTest::newRow("a negative estimate") << -5 << "10"
+                                         << "1 1 50 50 0";
+    QTest::newRow("as many as expected") << 4 << "1111"
+                                         << "4 0 100 0 99";
+    QTest::newRow("more than expected") << 2 << "111011"
+                                        << "5 1 83 16 99";
+    QTest::newRow("fewer than expected, at the end") << 1000 << "19"
+                                                     << "1 0 100 0 100";
+    QTest::newRow("a large estimate") << std::numeric_limits<qint32>::max() << "1111"
+                                      << "4 0 100 0 0";
+}
+
+void TestCompareProgress::counts() {
+    QFETCH(qint32, expected);
+    QFETCH(QString, states);
+    QFETCH(QString, counters);
+    Following following;
+    following.progress.SetNumberNeed(expected);
+    following.update(states);
+    QCOMPARE(following.counters(), counters);
+}
+
+void TestCompareProgress::barNeverRunsBackwards() {
+    Following following;
+    following.progress.SetNumberNeed(10);
+    following.update(QStringLiteral("11111"));
+    following.progress.SetNumberNeed(1000);
+    following.update(QStringLiteral("1"));
+    QCOMPARE(following.bar(), 50);
+}
+
+void TestCompareProgress::keepsTheLastItem() {
+    Following following;
+    QCOMPARE(following.text("lblCompareItem"), QStringLiteral("Compare Item"));
+    following.progress.UpdateForm(tw::ComparedState::Matched, QStringLiteral("Tablew: Part"));
+    following.progress.UpdateForm(tw::ComparedState::MatchedCounted, QString());
+    QCOMPARE(following.text("lblCompareItem"), QStringLiteral("Tablew: Part"));
+}
+
+void TestCompareProgress::nothingMovesWhileNumbersGrow() {
+    Following following;
+    const auto places = [&] {
+        QList<QRect> rectangles{following.progress.geometry()};
+        for (const QWidget* part : following.progress.findChildren<QWidget*>())
+            rectangles += part->geometry();
+        return rectangles;
+    };
+    const QList<QRect> before = places();
+    following.progress.InitFormLables(QString(300, u'W'), QString());
+    following.progress.UpdateForm(tw::ComparedState::Matched, QString(300, u'W'));
+    following.update(QString(20000, u'0'));
+    QCoreApplication::processEvents();
+    QCOMPARE(places(), before);
+}
+
+void TestCompareProgress::ends_data() {
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("open");
+    QTest::addColumn<bool>("cancelled");
+    QTest::newRow("running") << QStringList{} << Running << true << false;
+    QTest::newRow("finished") << QStringList{"finish"} << Finished << true << false;
+    QTest::newRow("finished, then clicked") << QStringList{"finish", "click"} << Finished << false << false;
+    QTest::newRow("finished, then Enter") << QStringList{"finish", "enter"} << Finished << false << false;
+    QTest::newRow("clicked") << QStringList{"click"} << Cancelled << true << true;
+    QTest::newRow("clicked twice") << QStringList{"click", "click"} << Cancelled << false << true;
+    QTest::newRow("Enter while running") << QStringList{"enter"} << Running << true << false;
+    QTest::newRow("Escape") << QStringList{"escape"} << Cancelled << true << true;
+    QTest::newRow("closed by its title bar") << QStringList{"close"} << Cancelled << false << true;
+    QTest::newRow("finished, then closed") << QStringList{"finish", "close"} << Finished << false << false;
+    QTest::newRow("clicked after another cancelled")
+        << QStringList{"flag", "click"} << Cancelled << false << true;
+    QTest::newRow("connection lost") << QStringList{"lost"} << Cancelled << true << true;
+    QTest::newRow("ended without its button") << QStringList{"flag", "end"} << Cancelled << true << false;
+    QTest::newRow("ended after it finished") << QStringList{"finish", "end"} << Finished << true << false;
+}
+
+void TestCompareProgress::ends() {
+    QFETCH(QStringList, steps);
+    QFETCH(QString, text);
+    QFETCH(bool, open);
+    QFETCH(bool, cancelled);
+    Following following;
+    for (const QString& step : steps) {
+        if (step == QStringLiteral("finish")) following.update(QStringLiteral("9"));
+        if (step == QStringLiteral("click")) following.click();
+        if (step == QStringLiteral("enter")) QTest::keyClick(&following.cmdClose(), Qt::Key_Return);
+        if (step == QStringLiteral("escape")) QTest::keyClick(&following.progress, Qt::Key_Escape);
+        if (step == QStringLiteral("close")) following.progress.close();
+        if (step == QStringLiteral("flag")) following.state.cancelled = true;
+        if (step == QStringLiteral("lost")) following.progress.cancel();
+        if (step == QStringLiteral("end")) following.progress.end();
+    }
+    QCOMPARE(following.text("lblProgress"), text);
+    QCOMPARE(following.cmdClose().text(),
+             text == Running ? QStringLiteral("&Cancel") : QStringLiteral("&Close"));
+    QCOMPARE(following.progress.isVisible(), open);
+    QCOMPARE(following.progress.isCancelled(), cancelled);
+    if (cancelled) QVERIFY(following.state.cancelled);
+}
+
+void TestCompareProgress::staysCancelledWhenTheFlagIsCleared() {
+    Following following;
+    following.click();
+    const tw::frmCompareProgress next(following.state, &following.result);
+    QVERIFY(!following.state.cancelled);
+    QVERIFY(following.progress.isCancelled());
+    QVERIFY(!next.isCancelled());
+}
+
+QTEST_MAIN(TestCompareProgress)
+#include "test_compareprogress.moc"

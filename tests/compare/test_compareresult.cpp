@@ -1,0 +1,212 @@
+#include "compare/comparepanes.h"
+#include "compare/comparison.h"
+#include "comparing.h"
+#include "platform/desktop/twips.h"
+
+#include <QTest>
+
+using desktop::toPixels;
+
+namespace {
+
+QRect placeOf(const tw::frmCompareResult& result, const char* name) {
+    return result.findChild<QWidget*>(QString::fromLatin1(name))->geometry();
+}
+
+/// Texts of the rows with an icon, each with its sub-items behind it.
+QStringList rowsWith(const controls::ListItems& items, int icon) {
+    QStringList rows;
+    for (int i = 0; i < items.count(); ++i) {
+        if (items.icon(i) != icon) continue;
+        QStringList texts{items.text(i)};
+        for (int column = 1; column < items.headerCount(); ++column)
+            texts += items.subItem(i, column);
+        rows += texts.join(u'|');
+    }
+    return rows;
+}
+
+int rightOf(const QRect& rectangle) {
+    return rectangle.x() + rectangle.width();
+}
+int below(const QRect& rectangle) {
+    return rectangle.y() + rectangle.height();
+}
+
+}  // namespace
+
+class TestCompareResult : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void goesToItsPlace_data();
+    void goesToItsPlace();
+    void standsSideBySide();
+    void standsOneAboveTheOther();
+    void followsTheLayout();
+    void comparesDatabases();
+    void comparesOneTable();
+    void leavesOutKinds();
+
+  private:
+    testsupport::SampleServerProcess m_server;
+};
+
+void TestCompareResult::initTestCase() {
+    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
+}
+
+void TestCompareResult::goesToItsPlace_data() {
+    QTest::addColumn<QRect>("frame");
+    QTest::addColumn<bool>("maximised");
+    QTest::addColumn<QRect>("place");
+    // The active child stands at 30, 45: 450 and 675 twips.
+    QTest::newRow("normal") << QRect(100, 120, 800, 600) << false << QRect(33, 48, 600, 300);
+    QTest::newRow("maximised") << QRect(0, 0, 1001, 701) << true << QRect(1, 1, 751, 351);
+    QTest::newRow("left of the screen") << QRect(-8, 10, 800, 600) << false << QRect(1, 48, 600, 300);
+    QTest::newRow("above the screen") << QRect(10, -1, 800, 600) << false << QRect(33, 1, 600, 300);
+}
+
+void TestCompareResult::goesToItsPlace() {
+    QFETCH(QRect, frame);
+    QFETCH(bool, maximised);
+    QFETCH(QRect, place);
+    QCOMPARE(tw::frmCompareResult::placeIn(frame, maximised, QRect(30, 45, 300, 300)), place);
+}
+
+void TestCompareResult::standsSideBySide() {
+    Comparing comparing(m_server, 2);
+    tw::frmCompareResult& result = comparing.show();
+    result.parentWidget()->resize(700, 450);
+    const int width = result.width();
+    QCOMPARE(placeOf(result, "imgSplitter").x(), width / 2);
+    QVERIFY(result.findChild<QWidget*>(QStringLiteral("imgSplitter"))->isVisible());
+    QVERIFY(!result.findChild<QWidget*>(QStringLiteral("imgSplitter2"))->isVisible());
+
+    for (const auto& [asked, position] :
+         {std::pair{3000, 3000}, {100, 1500}, {100000, desktop::toTwips(width) - 1500}}) {
+        int x = asked;
+        result.panes().SizeControls(x);
+        QCOMPARE(x, position);
+        const QRect first = placeOf(result, "lvSystem1");
+        const QRect second = placeOf(result, "lvSystem2");
+        QCOMPARE(first.width(), toPixels(position));
+        QCOMPARE(placeOf(result, "imgSplitter").x(), toPixels(position));
+        QCOMPARE(second.x(), toPixels(position + 40));
+        QCOMPARE(rightOf(second), toPixels(desktop::toTwips(width) - 100));
+        QCOMPARE(first.y(), below(placeOf(result, "picTitles")));
+        QCOMPARE(below(first), result.height());
+        QCOMPARE(below(second), result.height());
+        QCOMPARE(placeOf(result, "lblTitle0").width(), toPixels(position - 30));
+        QCOMPARE(placeOf(result, "lblTitle1").x(), toPixels(position + 60));
+        QCOMPARE(rightOf(placeOf(result, "lblTitle1")), toPixels(desktop::toTwips(width) + 20));
+    }
+    QWidget* handle = result.findChild<QWidget*>(QStringLiteral("imgSplitter"));
+    QTest::mousePress(handle, Qt::LeftButton, {}, {0, 0});
+    QVERIFY(result.findChild<QWidget*>(QStringLiteral("picSplitter"))->isVisible());
+    QTest::mouseMove(handle, {-handle->x() + 220, 0});
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, {0, 0});
+    QCOMPARE(placeOf(result, "lvSystem1").width(), 220);
+}
+
+void TestCompareResult::standsOneAboveTheOther() {
+    Comparing comparing(m_server);
+    tw::frmCompareResult& result = comparing.show();
+    result.parentWidget()->resize(700, 450);
+    QVERIFY(!result.findChild<QWidget*>(QStringLiteral("imgSplitter"))->isVisible());
+    QCOMPARE(placeOf(result, "imgSplitter2").y(), result.height() / 2);
+    for (const auto& [asked, position] :
+         {std::pair{3000, 3000}, {0, 1500}, {100000, desktop::toTwips(result.height()) - 1500}}) {
+        int y = asked;
+        result.panes().SizeControls2(y);
+        QCOMPARE(y, position);
+        QCOMPARE(placeOf(result, "lvSystem1").y(), below(placeOf(result, "picTitles")));
+        QCOMPARE(below(placeOf(result, "lvSystem1")), toPixels(position));
+        QCOMPARE(placeOf(result, "imgSplitter2").y(), toPixels(position));
+        QCOMPARE(placeOf(result, "lvSystem2").y(), below(placeOf(result, "lblTitle2")));
+        QCOMPARE(below(placeOf(result, "lvSystem2")), result.height());
+    }
+    result.parentWidget()->resize(10, 10);
+    QCOMPARE(result.size(), QSize(toPixels(3000), toPixels(3000)));
+}
+
+void TestCompareResult::followsTheLayout() {
+    Comparing comparing(m_server);
+    const tw::frmCompareResult& result = comparing.show();
+    comparing.frame.SetMenuAndToolBarControls();
+    comparing.action("mnuViewVertical")->trigger();
+    QCOMPARE(placeOf(result, "lvSystem1").y(), placeOf(result, "lvSystem2").y());
+    QVERIFY(result.findChild<QLabel*>(QStringLiteral("lblTitle1"))->isVisible());
+    QVERIFY(!result.findChild<QLabel*>(QStringLiteral("lblTitle2"))->isVisible());
+    comparing.action("mnuViewHorizontal")->trigger();
+    QCOMPARE(placeOf(result, "lvSystem1").x(), placeOf(result, "lvSystem2").x());
+    QVERIFY(!result.findChild<QLabel*>(QStringLiteral("lblTitle1"))->isVisible());
+    QVERIFY(result.findChild<QLabel*>(QStringLiteral("lblTitle2"))->isVisible());
+}
+
+void TestCompareResult::comparesDatabases() {
+    Comparing comparing(m_server);
+    tw::frmCompareResult& result = comparing.show();
+    result.Form_Load();
+    QCOMPARE(result.windowTitle(), QStringLiteral("Databases Comparison Result"));
+    QCOMPARE(result.getModuleName(), QStringLiteral("frmCompareResult"));
+    QCOMPARE(result.queryConnection().get(), &result.DBConn1());
+    const QString title1 = m_server.serverText() + QStringLiteral(" - Workshop - (All Tables)");
+    const QString title2 = m_server.serverText() + QStringLiteral(" - Workshop2 - (All Tables)");
+    QCOMPARE(textOf(result, "lblTitle0"), title1);
+    QCOMPARE(textOf(result, "lblTitle1"), title2);
+    QCOMPARE(textOf(result, "lblTitle2"), title2);
+
+    const QDialog& progress = progressOf(result);
+    QVERIFY(progress.isVisible());
+    QCOMPARE(textOf(progress, "lblSystem1"), title1);
+    QCOMPARE(textOf(progress, "lblSystem2"), title2);
+    QCOMPARE(textOf(progress, "lblProgress"), QStringLiteral("Comparing databases finished."));
+    QCOMPARE(textOf(progress, "lblCompareItem"), QStringLiteral("Finished"));
+
+    const controls::ListItems& items1 = itemsOf(result, 1);
+    const controls::ListItems& items2 = itemsOf(result, 2);
+    QCOMPARE(rowsWith(items1, tw::Comparison::Index),
+             QStringList{QStringLiteral("Indexes|Index Table|Index Column||")});
+    QCOMPARE(rowsWith(items2, tw::Comparison::ForeignKey).size(), 1);
+    QVERIFY(rowsWith(items1, tw::Comparison::Table)
+                .contains(QStringLiteral("Table: OpeningHours|Data type|Nullable|Foreign key|")));
+    QVERIFY(!rowsWith(items2, tw::Comparison::Table)
+                 .contains(QStringLiteral("Table: OpeningHours|Data type|Nullable|Foreign key|")));
+    // What the window counted is what the lists hold.
+    QCOMPARE(textOf(progress, "lblNumMatch").toInt(), rowsWith(items1, tw::Comparison::Matched).size());
+    QCOMPARE(textOf(progress, "lblNumUnmatch").toInt(),
+             rowsWith(items1, tw::Comparison::Unmatched).size() +
+                 rowsWith(items2, tw::Comparison::Unmatched).size());
+    QCOMPARE(listOf(result, 1).model()->rowCount(), items1.count());
+}
+
+void TestCompareResult::comparesOneTable() {
+    Comparing comparing(m_server);
+    tw::frmCompareResult& result =
+        comparing.show(QStringLiteral("OpeningHours"), QStringLiteral("Openinghours"));
+    for (const auto set :
+         {&tw::frmCompareResult::setCompareIndex, &tw::frmCompareResult::setCompareConstraint,
+          &tw::frmCompareResult::setCompareForeignKey})
+        (result.*set)(0);
+    result.Form_Load();
+    QCOMPARE(itemsOf(result, 1).text(0), QStringLiteral("Table: OpeningHours"));
+    QCOMPARE(itemsOf(result, 2).text(0), QStringLiteral("Table: Openinghours"));
+    QCOMPARE(itemsOf(result, 1).headerCount(), 5);
+    QVERIFY(itemsOf(result, 1).count() > 1);
+}
+
+void TestCompareResult::leavesOutKinds() {
+    Comparing comparing(m_server);
+    tw::frmCompareResult& result = comparing.show(QStringLiteral("Part"), QStringLiteral("Part"));
+    result.setCompareIndex(0);
+    result.setCompareForeignKey(0);
+    result.Form_Load();
+    QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Constraint).size(), 1);
+    QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Index).size(), 0);
+    QCOMPARE(rowsWith(itemsOf(result, 2), tw::Comparison::ForeignKey).size(), 0);
+}
+
+QTEST_MAIN(TestCompareResult)
+#include "test_compareresult.moc"
