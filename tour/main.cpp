@@ -32,6 +32,7 @@ void walk(tour::Stage& stage) {
     tour::walkExporting(place);
     tour::walkOptions(place);
     tour::walkWindows(place);
+    tour::walkComparing(place);
     tour::walkLeaving(place);
     stage.expect(server.stop() == 0, QStringLiteral("the sample server ends in order"));
 }

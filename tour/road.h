@@ -29,6 +29,8 @@ void walkExporting(Place& place);
 void walkOptions(Place& place);
 /// Several windows, their arrangement, the layout of their panes, toolbar and help.
 void walkWindows(Place& place);
+/// Two versions of a database compared, one table with one table, and a comparison that is cancelled.
+void walkComparing(Place& place);
 /// Closing documents and the program; what the settings then hold.
 void walkLeaving(Place& place);
 

@@ -88,6 +88,7 @@ QGroupBox* CompareSelectControls::makeOptions(QDialog& dialog) {
     const auto add = [&](const QString& name, const QString& text) {
         auto* check = named(name, new QCheckBox(text, box));
         row->addWidget(check);
+        row->addStretch();
         return check;
     };
     chkConstraint = add(QStringLiteral("chkConstraint"), QStringLiteral("Compare Contraints"));

@@ -51,7 +51,8 @@ QLabel* makeNumber(const QString& name, QWidget* parent) {
 /// A cell that takes the room there is and cuts what does not fit.
 TitleLabel* makeText(const QString& name, const QString& text, QWidget* parent) {
     auto* label = named(name, new TitleLabel(text, parent));
-    label->setFixedHeight(label->sizeHint().height());
+    label->setMargin(0);  // in one line with the plain labels
+    label->setFixedHeight(label->fontMetrics().height());
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return label;
 }

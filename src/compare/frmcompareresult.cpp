@@ -10,7 +10,6 @@
 #include "shell/appstate.h"
 
 #include <QCloseEvent>
-#include <QPointer>
 
 namespace tw {
 
@@ -54,6 +53,11 @@ desktop::ListView* frmCompareResult::makeList(const QString& name, controls::Lis
     list->setBoldPictures(
         {Comparison::Constraint, Comparison::Index, Comparison::ForeignKey, Comparison::Table});
     list->setItems(&items);
+    // The rows that the widths are taken from come in one by one.
+    connect(&items, &QAbstractItemModel::rowsInserted, list, [list](const QModelIndex&, int first) {
+        constexpr int FirstRows = 100;
+        if (first < FirstRows) list->fitColumns();
+    });
     return list;
 }
 
@@ -104,14 +108,8 @@ void frmCompareResult::Form_Load() {
     const QString caption2 = titleOf(DBConn2());
     m_panes->setTitles(caption1, caption2);
 
-    const QPointer<frmCompareResult> open(this);
     const std::shared_ptr<ComparisonRun> run = m_run;
     run->run(*this, caption1, caption2);
-    if (open.isNull()) return;
-    for (const auto& [list, items] : {std::pair{lvSystem1, &run->results1}, {lvSystem2, &run->results2}}) {
-        items->notifyViews();
-        list->fitColumns();
-    }
 }
 
 void frmCompareResult::Form_Resize() {

@@ -23,7 +23,10 @@ class TestCompareLife : public QObject {
     void comparesInsideAnother_data();
     void comparesInsideAnother();
     void serverThatDies();
+    void documentThatIsClosed();
+    void closedUnderAMessageBox();
     void closingTheResultClosesItsProgress();
+    void endsWhileChoosing();
     void wholeRoad();
 
   private:
@@ -162,8 +165,37 @@ void TestCompareLife::serverThatDies() {
     tw::frmCompareResult& result = comparing.show();
     comparing.atYield(100, [&] { server.kill(); });
     result.Form_Load();
+    answers.takeBox();
+    QCOMPARE(answers.boxes(), 0);
+    QCOMPARE(textOf(progressOf(result), "lblProgress"), QStringLiteral("Comparing databases cancelled."));
+}
+
+/// A comparison has connection objects of its own.
+void TestCompareLife::documentThatIsClosed() {
+    Comparing comparing(m_server);
+    QMdiSubWindow* document = comparing.frame.activeChild();
+    tw::frmCompareResult& result = comparing.show();
+    comparing.atYield(20, [&] { document->close(); });
+    result.Form_Load();
+    QCOMPARE(comparing.state.openDocuments, 0);
+    QCOMPARE(textOf(progressOf(result), "lblProgress"), QStringLiteral("Comparing databases finished."));
+}
+
+/// The box of a database that may not be read shows before there is any progress.
+void TestCompareLife::closedUnderAMessageBox() {
+    testsupport::Answers answers;
+    Comparing comparing(m_server);
+    const QPointer<tw::frmCompareResult> result = &comparing.show();
+    result->DBConn1().setConnectionString(
+        QStringLiteral("driver={SQL Server};server=%1;uid=clerk;pwd=clerk").arg(m_server.serverText()));
+    result->DBConn1().setDatabase(QStringLiteral("Payroll"));
+    answers.whileOpen([&](const auto&) { delete result; });
+    result->Form_Load();
+    QVERIFY(result.isNull());
     QVERIFY(answers.boxes() > 0);
     answers.allowLeftovers();
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        QVERIFY(window->objectName() != QStringLiteral("frmCompareProgress"));
 }
 
 void TestCompareLife::closingTheResultClosesItsProgress() {
@@ -176,6 +208,14 @@ void TestCompareLife::closingTheResultClosesItsProgress() {
     // Closing a comparison that has finished cancels nothing.
     QVERIFY(!comparing.state.cancelled);
     QTRY_VERIFY(progress.isNull());
+}
+
+void TestCompareLife::endsWhileChoosing() {
+    Comparing comparing(m_server);
+    QTimer::singleShot(0, &comparing.frame, [] { QApplication::closeAllWindows(); });
+    comparing.frame.mnuToolCompare_Click();
+    QVERIFY(!comparing.frame.isVisible());
+    QVERIFY(comparing.frame.findChild<tw::frmCompareResult*>() == nullptr);
 }
 
 /// From the command through the dialog to a comparison that serves real events, and out of it by the frame.

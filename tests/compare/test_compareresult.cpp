@@ -179,7 +179,7 @@ void TestCompareResult::comparesDatabases() {
     QCOMPARE(textOf(progress, "lblNumUnmatch").toInt(),
              rowsWith(items1, tw::Comparison::Unmatched).size() +
                  rowsWith(items2, tw::Comparison::Unmatched).size());
-    QCOMPARE(listOf(result, 1).model()->rowCount(), items1.count());
+    QTRY_COMPARE(listOf(result, 1).model()->rowCount(), items1.count());
 }
 
 void TestCompareResult::comparesOneTable() {

@@ -20,7 +20,7 @@ QSize TitleLabel::minimumSizeHint() const {
 }
 
 QString TitleLabel::shownText() const {
-    return fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * Indent);
+    return fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * margin());
 }
 
 bool TitleLabel::event(QEvent* event) {
@@ -33,7 +33,7 @@ bool TitleLabel::event(QEvent* event) {
 void TitleLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(rect().adjusted(Indent, 0, -Indent, 0),
+    painter.drawText(rect().adjusted(margin(), 0, -margin(), 0),
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
 }
 
