@@ -1,6 +1,6 @@
 // What can happen to a comparison while it runs.
 
-#include "comparing.h"
+#include "comparingframe.h"
 #include "platform/desktop/failures.h"
 #include "platform/desktop/programend.h"
 #include "support/answers.h"
@@ -60,7 +60,7 @@ void TestCompareLife::endsWhateverHappens() {
     QFETCH(int, atYield);
     testsupport::Answers answers;
     const desktop::ProgramEnd end;
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     const QPointer<tw::frmCompareResult> result = &comparing.show();
     const auto happens = [&](const char* name) { return event == QString::fromLatin1(name); };
     int rowsThen = 0;
@@ -100,7 +100,7 @@ void TestCompareLife::endsWhateverHappens() {
 
 void TestCompareLife::cancelledStaysCancelled() {
     const testsupport::Answers noBoxes;
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& first = comparing.show();
     bool compared = false;
     int rowsThen = 0;
@@ -139,7 +139,7 @@ void TestCompareLife::comparesInsideAnother() {
     QFETCH(QString, event);
     QFETCH(QString, firstEnds);
     const testsupport::Answers noBoxes;
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     const QPointer<tw::frmCompareResult> first = &comparing.show();
     comparing.atYield(40, [&] {
         const QPointer<tw::frmCompareResult> second = &comparing.show();
@@ -161,7 +161,7 @@ void TestCompareLife::serverThatDies() {
     testsupport::SampleServerProcess server;
     QVERIFY2(server.start(), qUtf8Printable(server.errorText()));
     testsupport::Answers answers;
-    Comparing comparing(server);
+    ComparingFrame comparing(server);
     tw::frmCompareResult& result = comparing.show();
     comparing.atYield(100, [&] { server.kill(); });
     result.Form_Load();
@@ -172,7 +172,7 @@ void TestCompareLife::serverThatDies() {
 
 /// A comparison has connection objects of its own.
 void TestCompareLife::documentThatIsClosed() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     QMdiSubWindow* document = comparing.frame.activeChild();
     tw::frmCompareResult& result = comparing.show();
     comparing.atYield(20, [&] { document->close(); });
@@ -184,7 +184,7 @@ void TestCompareLife::documentThatIsClosed() {
 /// The box of a database that may not be read shows before there is any progress.
 void TestCompareLife::closedUnderAMessageBox() {
     testsupport::Answers answers;
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     const QPointer<tw::frmCompareResult> result = &comparing.show();
     result->DBConn1().setConnectionString(
         QStringLiteral("driver={SQL Server};server=%1;uid=clerk;pwd=clerk").arg(m_server.serverText()));
@@ -199,7 +199,7 @@ void TestCompareLife::closedUnderAMessageBox() {
 }
 
 void TestCompareLife::closingTheResultClosesItsProgress() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& result = comparing.show(QStringLiteral("Part"), QStringLiteral("Part"));
     result.Form_Load();
     const QPointer<QDialog> progress = &progressOf(result);
@@ -211,7 +211,7 @@ void TestCompareLife::closingTheResultClosesItsProgress() {
 }
 
 void TestCompareLife::endsWhileChoosing() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     QTimer::singleShot(0, &comparing.frame, [] { QApplication::closeAllWindows(); });
     comparing.frame.mnuToolCompare_Click();
     QVERIFY(!comparing.frame.isVisible());
@@ -221,7 +221,7 @@ void TestCompareLife::endsWhileChoosing() {
 /// From the command through the dialog to a comparison that serves real events, and out of it by the frame.
 void TestCompareLife::wholeRoad() {
     const testsupport::Answers noBoxes;
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     comparing.activeDocument().connection()->setConnectionString(
         QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_server.serverText()));
     QTimer user;

@@ -1,6 +1,6 @@
 #include "compare/comparepanes.h"
 #include "compare/comparison.h"
-#include "comparing.h"
+#include "comparingframe.h"
 #include "platform/desktop/twips.h"
 
 #include <QTest>
@@ -76,7 +76,7 @@ void TestCompareResult::goesToItsPlace() {
 }
 
 void TestCompareResult::standsSideBySide() {
-    Comparing comparing(m_server, 2);
+    ComparingFrame comparing(m_server, 2);
     tw::frmCompareResult& result = comparing.show();
     result.parentWidget()->resize(700, 450);
     const int width = result.width();
@@ -111,7 +111,7 @@ void TestCompareResult::standsSideBySide() {
 }
 
 void TestCompareResult::standsOneAboveTheOther() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& result = comparing.show();
     result.parentWidget()->resize(700, 450);
     QVERIFY(!result.findChild<QWidget*>(QStringLiteral("imgSplitter"))->isVisible());
@@ -132,7 +132,7 @@ void TestCompareResult::standsOneAboveTheOther() {
 }
 
 void TestCompareResult::followsTheLayout() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     const tw::frmCompareResult& result = comparing.show();
     comparing.frame.SetMenuAndToolBarControls();
     comparing.action("mnuViewVertical")->trigger();
@@ -146,7 +146,7 @@ void TestCompareResult::followsTheLayout() {
 }
 
 void TestCompareResult::comparesDatabases() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& result = comparing.show();
     result.Form_Load();
     QCOMPARE(result.windowTitle(), QStringLiteral("Databases Comparison Result"));
@@ -183,7 +183,7 @@ void TestCompareResult::comparesDatabases() {
 }
 
 void TestCompareResult::comparesOneTable() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& result =
         comparing.show(QStringLiteral("OpeningHours"), QStringLiteral("Openinghours"));
     for (const auto set :
@@ -198,7 +198,7 @@ void TestCompareResult::comparesOneTable() {
 }
 
 void TestCompareResult::leavesOutKinds() {
-    Comparing comparing(m_server);
+    ComparingFrame comparing(m_server);
     tw::frmCompareResult& result = comparing.show(QStringLiteral("Part"), QStringLiteral("Part"));
     result.setCompareIndex(0);
     result.setCompareForeignKey(0);

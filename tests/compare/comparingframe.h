@@ -17,8 +17,9 @@
 #include <functional>
 
 /// A frame with one document, and result windows in it whose comparisons a test steps through.
-struct Comparing : FrameFixture {
-    explicit Comparing(const testsupport::SampleServerProcess& server, qint16 layout = 1) : m_server(server) {
+struct ComparingFrame : FrameFixture {
+    explicit ComparingFrame(const testsupport::SampleServerProcess& server, qint16 layout = 1)
+        : m_server(server) {
         start();
         state.options.Layout = layout;
         open(server.serverText());
