@@ -29,21 +29,27 @@ quint64 readNumber(const uchar*& at) {
 }
 
 bool isLatin1(QStringView text) {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
+    // Without a way out of the loop it is done many characters at a time.
+    char16_t bits = 0;
+    for (const QChar c : text)
+        bits |= c.unicode();
+    return bits < 0x100;
 }
 
 // The lowest bit of a text's length says that its characters take two bytes.
 void writeText(Bytes& bytes, QStringView text) {
     const auto length = static_cast<quint64>(text.size());
-    if (isLatin1(text)) {
-        appendNumber(bytes, length << 1);
-        std::transform(text.begin(), text.end(), std::back_inserter(bytes),
-                       [](QChar c) { return static_cast<uchar>(c.unicode()); });
+    const auto* characters = reinterpret_cast<const uchar*>(text.utf16());
+    if (!isLatin1(text)) {
+        appendNumber(bytes, length << 1 | 1);
+        bytes.insert(bytes.end(), characters, characters + text.size() * 2);
         return;
     }
-    appendNumber(bytes, length << 1 | 1);
-    const auto* characters = reinterpret_cast<const uchar*>(text.utf16());
-    bytes.insert(bytes.end(), characters, characters + text.size() * 2);
+    appendNumber(bytes, length << 1);
+    const size_t start = bytes.size();
+    bytes.resize(start + length);
+    std::transform(text.begin(), text.end(), bytes.data() + start,
+                   [](QChar c) { return static_cast<uchar>(c.unicode()); });
 }
 
 QString readText(const uchar*& at) {
@@ -91,17 +97,27 @@ void RowStore::addRow(int icon) {
     ++page.rows;
     ++m_count;
     appendNumber(page.bytes, foldSign(icon));
+    m_lastTexts = 0;
 }
 
 void RowStore::appendText(QStringView text) {
     writeText(m_pages.back().bytes, text);
+    ++m_lastTexts;
 }
 
 void RowStore::appendNull() {
     m_pages.back().bytes.push_back(NullHead);
+    ++m_lastTexts;
 }
 
 void RowStore::setText(int row, int column, QStringView text) {
+    const bool isLast = row == m_count - 1;
+    if (isLast && column >= m_lastTexts) {
+        Bytes& bytes = m_pages.back().bytes;
+        bytes.insert(bytes.end(), static_cast<size_t>(column - m_lastTexts), 0);
+        m_lastTexts = column;
+        return appendText(text);
+    }
     const Place at = place(row);
     const uchar* from = rowBegin(at);
     const uchar* const end = rowEnd(at);
@@ -109,13 +125,6 @@ void RowStore::setText(int row, int column, QStringView text) {
     int passed = 0;
     for (; passed < column && from != end; ++passed) {
         skipText(from);
-    }
-    const bool isLast = row == m_count - 1;
-    if (from == end && isLast) {
-        Bytes& bytes = m_pages.back().bytes;
-        bytes.insert(bytes.end(), static_cast<size_t>(column - passed), 0);
-        writeText(bytes, text);
-        return;
     }
     const uchar* to = from;
     if (to != end) skipText(to);

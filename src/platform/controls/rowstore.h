@@ -54,6 +54,7 @@ class RowStore {
 
     std::vector<Page> m_pages;
     int m_count = 0;
+    int m_lastTexts = 0;  ///< of the last row
 };
 
 }  // namespace controls
