@@ -31,6 +31,7 @@ void walk(tour::Stage& stage) {
     tour::walkBrowsing(place);
     tour::walkExporting(place);
     tour::walkOptions(place);
+    tour::walkQuerying(place);
     tour::walkWindows(place);
     tour::walkComparing(place);
     tour::walkLeaving(place);

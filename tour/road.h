@@ -27,6 +27,8 @@ void walkBrowsing(Place& place);
 void walkExporting(Place& place);
 /// The options dialog, and what its values change.
 void walkOptions(Place& place);
+/// A query window: a query is picked, edited, run, refused, limited and reset.
+void walkQuerying(Place& place);
 /// Several windows, their arrangement, the layout of their panes, toolbar and help.
 void walkWindows(Place& place);
 /// Two versions of a database compared, one table with one table, and a comparison that is cancelled.

@@ -21,15 +21,21 @@ namespace {
 
 using desktop::named;
 
-/// A label and its entry, side by side in the next row of a grid.
+/// Where the first line of a box begins.
+int textTop(const QPlainTextEdit& box) {
+    return box.frameWidth() + static_cast<int>(box.document()->documentMargin());
+}
+
+/// A label and its entry, side by side in the next row of a grid. Beside an entry of several lines the label
+/// stands at the top.
 void addRow(QGridLayout& grid, const char* labelName, const QString& text, QWidget* entry) {
     const int row = grid.count() == 0 ? 0 : grid.rowCount();
     auto* label = named(QString::fromLatin1(labelName), new QLabel(text, entry->parentWidget()));
     label->setBuddy(entry);
-    grid.addWidget(label, row, 0, Qt::AlignTop);
+    const auto* lines = qobject_cast<QPlainTextEdit*>(entry);
+    if (lines) label->setContentsMargins(0, textTop(*lines), 0, 0);
+    grid.addWidget(label, row, 0, lines ? Qt::AlignTop : Qt::Alignment());
     grid.addWidget(entry, row, 1);
-    // The text stands beside the entry's first line.
-    label->setMinimumHeight(QLineEdit().sizeHint().height());
 }
 
 QGridLayout* makeGrid(QWidget* box) {
@@ -51,8 +57,7 @@ PickBox* makePickBox(const char* name, const QString& invitation, QWidget* paren
 QPlainTextEdit* makeTextBox(const char* name, int leastLines, QWidget* parent) {
     auto* box = named(QString::fromLatin1(name), new QPlainTextEdit(parent));
     box->setTabChangesFocus(true);
-    const int frame = 2 * (box->frameWidth() + static_cast<int>(box->document()->documentMargin()));
-    box->setMinimumHeight(leastLines * box->fontMetrics().lineSpacing() + frame);
+    box->setMinimumHeight(leastLines * box->fontMetrics().lineSpacing() + 2 * textTop(*box));
     return box;
 }
 
@@ -187,7 +192,8 @@ QWidget* QueryControls::makeButtons(QWidget& window) {
     row->setContentsMargins({});
     row->addStretch();
     for (QPushButton* button : {cmdExecute, cmdBack, cmdReset, cmdClose}) {
-        button->setAutoDefault(true);  // the Enter key presses the one that has the focus
+        // The Enter key presses the one that has the focus.
+        button->setAutoDefault(button != cmdExecute);
         row->addWidget(button);
     }
     cmdExecute->setDefault(true);

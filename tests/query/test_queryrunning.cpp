@@ -1,0 +1,308 @@
+#include "querydesk.h"
+#include "support/answers.h"
+#include "support/sampleserverprocess.h"
+
+/// Running queries over the real driver and wire.
+class TestQueryRunning : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void refusals_data();
+    void refusals();
+    void runs_data();
+    void runs();
+    void longStatementsAndTexts();
+    void failures_data();
+    void failures();
+    void timeOut();
+    void sessionsAreNotShared();
+    void enterExecutes_data();
+    void enterExecutes();
+    void goesWhileAMessageIsOpen_data();
+    void goesWhileAMessageIsOpen();
+
+  private:
+    /// Chooses a database and writes a query.
+    void compose(const QueryDesk& desk, const QString& columns, const QString& tables,
+                 const QString& conditions = {}) const;
+
+    testsupport::SampleServerProcess m_server;
+};
+
+namespace {
+
+const QString Querying = QStringLiteral("Querying");
+const QString AllOf = QStringLiteral("SELECT *");
+const QString Numbers = QStringLiteral("FROM [Number]");
+const QString Waiting = QStringLiteral("FROM Number waitfor delay '0:0:5'");
+
+/// The result's rows, cells between bars.
+QStringList rowsOf(const QueryDesk& desk) {
+    QStringList rows;
+    for (int row = 0; row < desk.result().rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < desk.result().columnCount(); ++column)
+            cells += desk.cell(row, column);
+        rows += cells.join(u'|');
+    }
+    return rows;
+}
+
+}  // namespace
+
+void TestQueryRunning::initTestCase() {
+    QVERIFY2(m_server.start({QStringLiteral("--script"), QFINDTESTDATA("querying.sql")}),
+             qUtf8Printable(m_server.errorText()));
+}
+
+void TestQueryRunning::compose(const QueryDesk& desk, const QString& columns, const QString& tables,
+                               const QString& conditions) const {
+    QVERIFY(desk.pick("cbDatabase", Querying));
+    desk.write("txtColumns", columns);
+    desk.write("txtTables", tables);
+    desk.write("txtWhereClause", conditions);
+}
+
+void TestQueryRunning::refusals_data() {
+    QTest::addColumn<bool>("database");
+    QTest::addColumn<QString>("columns");
+    QTest::addColumn<QString>("tables");
+    QTest::addColumn<QString>("emptied");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("focus");  // none: stays on the button
+    const QString button = QStringLiteral("cmdExecute");
+    const QString select = QStringLiteral("Sorry, only select statements are allowed.");
+    // Everything that is wrong later on is wrong, too: the first reason counts.
+    QTest::newRow("no database") << false << QString() << QString() << QStringLiteral("txtMaxRows")
+                                 << QStringLiteral("Please select a database for the query.")
+                                 << QStringLiteral("cbDatabase");
+    QTest::newRow("no table") << true << QString() << QString() << QStringLiteral("txtMaxRows")
+                              << QStringLiteral("Please select a table for the query.")
+                              << QStringLiteral("cbTable");
+    QTest::newRow("no column") << true << QString() << Numbers << QStringLiteral("txtMaxRows")
+                               << QStringLiteral("Please select a column for the query.") << button;
+    QTest::newRow("no select") << true << QStringLiteral("delete") << Numbers << QStringLiteral("txtMaxRows")
+                               << select << button;
+    QTest::newRow("almost select") << true << QStringLiteral("SELEC") << Numbers << QString() << select
+                                   << button;
+    QTest::newRow("blank before select")
+        << true << QStringLiteral(" SELECT *") << Numbers << QString() << select << button;
+    QTest::newRow("no limit of rows")
+        << true << AllOf << Numbers << QStringLiteral("txtMaxRows")
+        << QStringLiteral("Please enter numeric data") << QStringLiteral("txtMaxRows");
+    QTest::newRow("no time-out") << true << AllOf << Numbers << QStringLiteral("txtTimeout")
+                                 << QStringLiteral("Please enter numeric data")
+                                 << QStringLiteral("txtTimeout");
+}
+
+void TestQueryRunning::refusals() {
+    QFETCH(bool, database);
+    QFETCH(QString, columns);
+    QFETCH(QString, tables);
+    QFETCH(QString, emptied);
+    testsupport::Answers answers;
+    const QueryDesk desk(m_server.serverText());
+    QVERIFY(QTest::qWaitForWindowActive(desk.window.get()));
+    compose(desk, columns, tables);
+    if (!database) desk.list("cbDatabase").setCurrentIndex(-1);
+    if (!emptied.isEmpty()) desk.window->findChild<QLineEdit*>(emptied)->clear();
+    desk.press("cmdExecute");
+    const auto box = answers.takeBox();
+    QTEST(box.text, "text");
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Exclamation);
+    QCOMPARE(box.buttons, desktop::MsgBoxButtons::Ok);
+    QTEST(desk.window->focusWidget()->objectName(), "focus");
+    QCOMPARE(desk.page(), 0);
+    QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: 0"));
+}
+
+void TestQueryRunning::runs_data() {
+    QTest::addColumn<QString>("columns");
+    QTest::addColumn<QString>("tables");
+    QTest::addColumn<QString>("conditions");
+    QTest::addColumn<QString>("most");
+    QTest::addColumn<QString>("rows");
+    const auto row = [](const char* name, const char* columns, const char* tables, const char* conditions,
+                        const char* most, const char* rows) {
+        QTest::newRow(name) << QString::fromLatin1(columns) << QString::fromLatin1(tables)
+                            << QString::fromLatin1(conditions) << QString::fromLatin1(most)
+                            << QString::fromLatin1(rows);
+    };
+    row("lower case", "select N", "from Number", "where N = 1", "50", "1");
+    row("blanks behind", "SELECT N  ", "FROM [Number]", "", "50", "1 2 3 4 5");
+    row("keyword as it stands", "SELECT N", "FROM Number", "WheRe N < 3", "50", "1 2");
+    row("keyword put in front", "SELECT N", "FROM Number", "N < 3", "50", "1 2");
+    row("keyword for what begins like it", "SELECT N", "FROM Number as wher", "wher.N = 4", "50", "4");
+    row("lines", "SELECT\n N,\n Name", "FROM\n Number", "WHERE\n N = 3", "50", "3|NULL");
+    row("two tables", "SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
+        "[Number].[N] = [Other].[N]", "50", "1|a 2|b");
+    row("limit 0", "SELECT N", "FROM Number", "", "0", "1 2 3 4 5");
+    row("smaller limit", "SELECT N", "FROM Number", "", "4", "1 2 3 4");
+    row("equal limit", "SELECT N", "FROM Number", "", "5", "1 2 3 4 5");
+    row("larger limit", "SELECT N", "FROM Number", "", "6", "1 2 3 4 5");
+    row("limit and order", "SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4");
+    row("several results", "SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1");
+    row("empty result", "SELECT N", "FROM Number", "N = 6", "50", "");
+    row("names with brackets", "SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2");
+}
+
+void TestQueryRunning::runs() {
+    QFETCH(QString, columns);
+    QFETCH(QString, tables);
+    QFETCH(QString, conditions);
+    QFETCH(QString, most);
+    const testsupport::Answers noBoxes;
+    const QueryDesk desk(m_server.serverText());
+    compose(desk, columns, tables, conditions);
+    desk.number("txtMaxRows").setText(most);
+    desk.press("cmdExecute");
+    QTEST(rowsOf(desk).join(u' '), "rows");
+    QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: %1").arg(rowsOf(desk).size()));
+    QCOMPARE(desk.page(), 1);
+    QCOMPARE(desk.window->cursor().shape(), Qt::ArrowCursor);
+    desk.press("cmdBack");
+    QCOMPARE(desk.page(), 0);
+    QCOMPARE(desk.text("txtColumns"), columns);
+}
+
+void TestQueryRunning::longStatementsAndTexts() {
+    const testsupport::Answers noBoxes;
+    const QueryDesk desk(m_server.serverText());
+    QStringList columns;
+    for (int i = 0; i < 300; ++i)
+        columns += QStringLiteral("N + %1 as [column number %1]").arg(i);
+    compose(desk, QStringLiteral("SELECT ") + columns.join(u','), Numbers);
+    desk.press("cmdExecute");
+    QCOMPARE(desk.result().columnCount(), 300);
+    QCOMPARE(desk.cell(4, 299), QStringLiteral("304"));
+    desk.window->grab();
+
+    compose(desk, AllOf, QStringLiteral("FROM Long"));
+    desk.press("cmdExecute");
+    QCOMPARE(desk.cell(0, 0), QStringLiteral("0123456789abcdef").repeated(65536));
+    desk.window->grab();
+}
+
+void TestQueryRunning::failures_data() {
+    QTest::addColumn<QString>("columns");
+    QTest::addColumn<QString>("tables");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("SELECTX") << QStringLiteral("SELECTX") << Numbers << QStringLiteral("syntax");
+    QTest::newRow("column") << QStringLiteral("SELECT Wage") << Numbers << QStringLiteral("'Wage'");
+    QTest::newRow("name with a bracket, as picked")
+        << AllOf << QStringLiteral("FROM [Odd Names]..[a]b]") << QStringLiteral("syntax");
+    QTest::newRow("second statement")
+        << AllOf << QStringLiteral("FROM Number select * from Nowhere") << QStringLiteral("Nowhere");
+    QTest::newRow("write") << AllOf << QStringLiteral("FROM Number delete Number")
+                           << QStringLiteral("read-only");
+}
+
+void TestQueryRunning::failures() {
+    QFETCH(QString, columns);
+    QFETCH(QString, tables);
+    QFETCH(QString, words);
+    testsupport::Answers answers;
+    const QueryDesk desk(m_server.serverText());
+    compose(desk, AllOf, QStringLiteral("FROM Other"));
+    desk.press("cmdExecute");
+    desk.press("cmdBack");
+    compose(desk, columns, tables);
+    answers.whileOpen([&](const auto&) { QCOMPARE(desk.window->cursor().shape(), Qt::WaitCursor); });
+    desk.press("cmdExecute");
+    const QString text = answers.takeBox().text;
+    QVERIFY2(text.contains(words), qUtf8Printable(text));
+    QCOMPARE(rowsOf(desk).join(u' '), QStringLiteral("1|a 2|b"));
+    QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: 2"));
+    QCOMPARE(desk.page(), 0);
+    QCOMPARE(desk.window->cursor().shape(), Qt::ArrowCursor);
+}
+
+void TestQueryRunning::timeOut() {
+    testsupport::Answers answers;
+    const QueryDesk desk(m_server.serverText());
+    compose(desk, AllOf, Waiting);
+    desk.number("txtTimeout").setText(QStringLiteral("1"));
+    desk.press("cmdExecute");
+    QVERIFY(answers.takeBox().text.contains(QStringLiteral("imeout")));
+    QCOMPARE(desk.page(), 0);
+    compose(desk, QStringLiteral("SELECT N"), Numbers);
+    desk.press("cmdExecute");
+    QCOMPARE(desk.page(), 1);
+    // Without a limit the statement is waited for.
+    compose(desk, QStringLiteral("SELECT Letter"), QStringLiteral("FROM Other waitfor delay '0:0:1.5'"));
+    desk.number("txtTimeout").setText(QStringLiteral("0"));
+    desk.press("cmdExecute");
+    QCOMPARE(rowsOf(desk).join(u' '), QStringLiteral("a b"));
+}
+
+void TestQueryRunning::sessionsAreNotShared() {
+    const testsupport::Answers noBoxes;
+    const QueryDesk desk(m_server.serverText());
+    compose(desk, AllOf, QStringLiteral("FROM Number set rowcount 1 use master"));
+    desk.press("cmdExecute");
+    QCOMPARE(rowsOf(desk).size(), 5);
+    compose(desk, QStringLiteral("SELECT db_name()"), Numbers);
+    desk.press("cmdExecute");
+    QCOMPARE(rowsOf(desk), QStringList(5, Querying));
+}
+
+void TestQueryRunning::enterExecutes_data() {
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<bool>("withControl");
+    QTest::addColumn<int>("page");
+    const auto row = [](const char* control, bool withControl, int page) {
+        QTest::addRow("%s%s", withControl ? "Ctrl+Enter in " : "", control)
+            << QString::fromLatin1(control) << withControl << page;
+    };
+    row("cbTable", false, 1);
+    row("txtMaxRows", false, 1);
+    row("cmdExecute", false, 1);
+    row("txtWhereClause", false, 0);
+    row("txtWhereClause", true, 1);
+    row("cmdReset", false, 0);
+}
+
+void TestQueryRunning::enterExecutes() {
+    QFETCH(QString, control);
+    QFETCH(bool, withControl);
+    const testsupport::Answers noBoxes;
+    const QueryDesk desk(m_server.serverText());
+    QVERIFY(QTest::qWaitForWindowActive(desk.window.get()));
+    compose(desk, AllOf, Numbers);
+    auto* widget = desk.window->findChild<QWidget*>(control);
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_Return, withControl ? Qt::ControlModifier : Qt::NoModifier);
+    QTEST(desk.page(), "page");
+    QCOMPARE(desk.text("txtWhereClause").contains(u'\n'),
+             control == QStringLiteral("txtWhereClause") && !withControl);
+}
+
+void TestQueryRunning::goesWhileAMessageIsOpen_data() {
+    QTest::addColumn<QString>("columns");
+    QTest::addColumn<QString>("tables");
+    QTest::newRow("refusal with focus") << AllOf << QString();
+    QTest::newRow("refusal") << QStringLiteral("delete") << Numbers;
+    QTest::newRow("failed statement") << QStringLiteral("SELECTX") << Numbers;
+}
+
+void TestQueryRunning::goesWhileAMessageIsOpen() {
+    QFETCH(QString, columns);
+    QFETCH(QString, tables);
+    testsupport::Answers answers;
+    QueryDesk desk(m_server.serverText());
+    compose(desk, columns, tables);
+    answers.whileOpen([&](const auto&) {
+        desk.window->close();
+        desk.window.release()->deleteLater();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    });
+    QPushButton& button = desk.find<QPushButton>("cmdExecute");
+    QMetaObject::invokeMethod(&button, &QPushButton::click, Qt::QueuedConnection);
+    QTRY_COMPARE(answers.boxes(), 1);
+    answers.takeBox();
+    QCoreApplication::processEvents();
+}
+
+QTEST_MAIN(TestQueryRunning)
+#include "test_queryrunning.moc"
