@@ -154,8 +154,9 @@ void Stage::clickNode(QTreeView& tree, const QStringList& path, bool twice) {
         if (index.isValid()) tree.expand(index);
         index = childOf(*tree.model(), index, text);
     }
-    tree.scrollTo(index);
     settle();
+    // Last of all: the tree scrolls back to the node clicked before, half a second after that click.
+    tree.scrollTo(index);
     const QPoint place = tree.visualRect(index).center();
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, place);
     if (twice) QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, place);
