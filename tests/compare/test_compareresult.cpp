@@ -48,6 +48,7 @@ class TestCompareResult : public QObject {
     void comparesDatabases();
     void comparesOneTable();
     void leavesOutKinds();
+    void queriesSystem1();
 
   private:
     testsupport::SampleServerProcess m_server;
@@ -206,6 +207,15 @@ void TestCompareResult::leavesOutKinds() {
     QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Constraint).size(), 1);
     QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Index).size(), 0);
     QCOMPARE(rowsWith(itemsOf(result, 2), tw::Comparison::ForeignKey).size(), 0);
+}
+
+void TestCompareResult::queriesSystem1() {
+    ComparingFrame comparing(m_server);
+    tw::frmCompareResult& result = comparing.show();
+    result.DBConn1().setServer(QStringLiteral("the first"));
+    comparing.frame.mnuToolQuery_Click();
+    QCOMPARE(comparing.frame.activeChild()->widget()->windowTitle(),
+             QStringLiteral("Query Window 1 - the first"));
 }
 
 QTEST_MAIN(TestCompareResult)
