@@ -1,4 +1,5 @@
 #include "comparecase.h"
+#include "querycase.h"
 #include "rowscase.h"
 #include "treecase.h"
 
@@ -14,7 +15,7 @@ int main(int argc, char* argv[]) {
         QStringLiteral("Measures the tool beside a bare ODBC loop. No figure is a test."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("case"),
-                                 QStringLiteral("tree, rows or compare; all when left out."));
+                                 QStringLiteral("tree, rows, query or compare; all when left out."));
     const QCommandLineOption runs(QStringLiteral("runs"), QStringLiteral("Pairs of runs."),
                                   QStringLiteral("n"), QStringLiteral("5"));
     const QCommandLineOption rows(QStringLiteral("rows"), QStringLiteral("Rows of the table to list."),
@@ -27,6 +28,9 @@ int main(int argc, char* argv[]) {
     if (only.isEmpty() || only == QStringLiteral("tree")) good = bench::runTreeCase(500, 40, pairs);
     if (only.isEmpty() || only == QStringLiteral("rows")) {
         good = bench::runRowsCase(qMax(1, parser.value(rows).toInt()), 8, pairs) && good;
+    }
+    if (only.isEmpty() || only == QStringLiteral("query")) {
+        good = bench::runQueryCase(qMax(1, parser.value(rows).toInt()), 8, pairs) && good;
     }
     if (only.isEmpty() || only == QStringLiteral("compare")) {
         bench::runEngineCase(100000);
