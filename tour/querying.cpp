@@ -53,7 +53,7 @@ struct Window {
 tw::frmQuery& openWindow(Place& place) {
     Stage& stage = place.stage;
     stage.clickTool(place.frame, QStringLiteral("Query"));
-    QMdiSubWindow* child = place.frame.area().activeSubWindow();
+    QMdiSubWindow* child = place.frame.activeChild();
     auto* query = child == nullptr ? nullptr : qobject_cast<tw::frmQuery*>(child->widget());
     stage.expect(query != nullptr, QStringLiteral("a query window opens"));
     stage.expectText(query->windowTitle(), QStringLiteral("Query Window 1 - ") + place.server,
