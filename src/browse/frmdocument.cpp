@@ -89,8 +89,6 @@ void frmDocument::Form_Load() {
         addHeaders(m_definitions, {QStringLiteral("Name"), QStringLiteral("Data Type"),
                                    QStringLiteral("Nullable"), QStringLiteral("Foreign")});
         addHeaders(m_data, {QStringLiteral("Column1"), QStringLiteral("Column2"), QStringLiteral("Column3")});
-        m_lvTblDef->fitColumns();
-        m_lvTblData->fitColumns();
         m_tvDB->setHotTracking(m_state.options.MouseHotTracking == 1);
     });
 }

@@ -53,11 +53,6 @@ desktop::ListView* frmCompareResult::makeList(const QString& name, controls::Lis
     list->setBoldPictures(
         {Comparison::Constraint, Comparison::Index, Comparison::ForeignKey, Comparison::Table});
     list->setItems(&items);
-    // The rows that the widths are taken from come in one by one.
-    connect(&items, &QAbstractItemModel::rowsInserted, list, [list](const QModelIndex&, int first) {
-        constexpr int FirstRows = 100;
-        if (first < FirstRows) list->fitColumns();
-    });
     return list;
 }
 

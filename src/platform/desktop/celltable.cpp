@@ -44,7 +44,6 @@ void CellTable::fitColumns() {
 }
 
 int CellTable::wantedWidth(int column) const {
-    static constexpr int RowsLookedAt = 100;
     static constexpr int Least = 72;
     static constexpr int Most = 360;
     const int header = horizontalHeader()->sectionSizeHint(column);

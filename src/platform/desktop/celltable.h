@@ -10,8 +10,6 @@ class CellTable : public QTableView {
     Q_OBJECT
 
   public:
-    /// Makes each column as wide as its header and its first rows want, within limits.
-    void fitColumns();
     /// The selection as it is copied: tabs between columns, each line ended; tabs and line ends inside a text
     /// become blanks. Empty as well when it holds more than the limit.
     virtual QString selectedText() const = 0;
@@ -22,10 +20,15 @@ class CellTable : public QTableView {
     void copySelection();
 
   protected:
+    /// How many rows the columns' widths are taken from.
+    static constexpr int RowsLookedAt = 100;
+
     explicit CellTable(QWidget* parent);
 
+    /// Makes each column as wide as its header and its first rows want, within limits.
+    void fitColumns();
+
     qsizetype copyLimit() const { return m_copyLimit; }
-    int wantedWidth(int column) const;
     /// Adds a cell's text to a line of such texts.
     static void appendCell(QString& line, const QString& cell);
 
@@ -33,6 +36,7 @@ class CellTable : public QTableView {
     void changeEvent(QEvent* event) override;
 
   private:
+    int wantedWidth(int column) const;
     void fitRowHeight();
 
     qsizetype m_copyLimit = 256'000'000;

@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyleOptionFocusRect>
 
@@ -27,32 +28,28 @@ ListView::ListView(QWidget* parent) : CellTable(parent) {
     setCornerButtonEnabled(false);
     verticalHeader()->hide();
     horizontalHeader()->setSectionsClickable(false);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+        if (!m_fitting) m_widthsOfUser = true;
+    });
 }
 
 void ListView::setItems(controls::ListItems* items) {
     for (const QMetaObject::Connection& connection : std::exchange(m_connections, {}))
         disconnect(connection);
     setModel(items);
-    m_columnsNew = true;
     if (!items) return;
     items->notifyViews();
     follow(*items);
-    fitColumns();
-    m_columnsNew = items->rowCount() == 0;
+    fitAnew();
 }
 
 /// What is listed anew begins at its own widths and its first cell.
 void ListView::follow(controls::ListItems& items) {
-    const auto columnsArrived = [this](const QModelIndex&, int first, int last) {
-        m_columnsNew = true;
-        for (int column = first; column <= last; ++column)
-            setColumnWidth(column, wantedWidth(column));
-    };
     const auto rowsGone = [this] {
         if (model()->rowCount() == 0) verticalScrollBar()->setValue(0);
     };
     m_connections = {
-        connect(&items, &QAbstractItemModel::columnsInserted, this, columnsArrived),
+        connect(&items, &QAbstractItemModel::columnsInserted, this, &ListView::fitAnew),
         connect(&items, &QAbstractItemModel::columnsRemoved, this,
                 [this] { horizontalScrollBar()->setValue(0); }),
         connect(&items, &QAbstractItemModel::rowsInserted, this, &ListView::rowsArrived),
@@ -70,9 +67,18 @@ void ListView::setBoldPictures(QList<int> numbers) {
     viewport()->update();
 }
 
-void ListView::rowsArrived() {
-    if (!m_columnsNew) return;
-    m_columnsNew = false;
+void ListView::fitAnew() {
+    fit();
+    m_widthsOfUser = false;
+}
+
+/// The rows that widths are taken from may come in one by one, and others under the same headers.
+void ListView::rowsArrived(const QModelIndex&, int first) {
+    if (first < RowsLookedAt && !m_widthsOfUser) fit();
+}
+
+void ListView::fit() {
+    const QScopedValueRollback fitting(m_fitting, true);
     fitColumns();
 }
 

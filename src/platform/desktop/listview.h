@@ -12,7 +12,7 @@ class ListItems;
 namespace desktop {
 
 /// A list view in report style over controls::ListItems: whole rows are selected, columns can be resized, and
-/// Ctrl+C copies the selected rows. Columns are fitted when the first rows under new headers arrive. A
+/// Ctrl+C copies the selected rows. Columns are fitted to the first rows, until the user resizes one. A
 /// million rows show at once. Items without any header above them show their own texts.
 class ListView : public CellTable {
     Q_OBJECT
@@ -43,12 +43,15 @@ class ListView : public CellTable {
 
   private:
     void follow(controls::ListItems& items);
-    void rowsArrived();
+    void fitAnew();
+    void rowsArrived(const QModelIndex& parent, int first);
+    void fit();
     std::vector<int> selectedRows() const;
     void paintItemsWithoutHeaders(QPainter& painter) const;
     void paintFocus(QPainter& painter) const;
 
-    bool m_columnsNew = true;
+    bool m_fitting = false;
+    bool m_widthsOfUser = false;
     std::vector<QMetaObject::Connection> m_connections;
 };
 

@@ -234,6 +234,15 @@ void ViewsTest::listColumnWidths() {
     QVERIFY(name > 20 * view.fontMetrics().horizontalAdvance(u'W') / 2);
     QVERIFY(view.columnWidth(1) < 500);
 
+    // Other rows under the same headers get room too, and so do rows that come one by one.
+    items.clearItems();
+    for (const int length : {5, 15}) {
+        items.addItem(QString(length, u'W'));
+        items.notifyViews();
+    }
+    const int other = view.columnWidth(0);
+    QVERIFY(other < name && other > 15 * view.fontMetrics().horizontalAdvance(u'W'));
+
     // What the user made of it stays until there are new headers.
     view.setColumnWidth(0, 50);
     items.clearItems();
