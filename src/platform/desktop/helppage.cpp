@@ -1,5 +1,7 @@
 #include "platform/desktop/helppage.h"
 
+#include "platform/desktop/helptopics.h"
+
 #include <QDir>
 #include <QEvent>
 #include <QFontDatabase>
@@ -68,7 +70,7 @@ void HelpPage::showTopic(const QString& markdown, const QStringList& words) {
     QFont body = font();
     body.setPointSizeF(body.pointSizeF() * Body);
     document()->setDefaultFont(body);
-    setMarkdown(markdown);
+    document()->setMarkdown(markdown, HelpMarkdown);
     format();
     findHits(words);
     m_shownHit = -1;

@@ -2,7 +2,6 @@
 
 #include <QRegularExpression>
 #include <QStringList>
-#include <QTextDocument>
 
 #include <algorithm>
 
@@ -20,7 +19,7 @@ QString anchorOf(const QString& title) {
 
 QString withoutMarkup(const QString& markdown) {
     QTextDocument document;
-    document.setMarkdown(markdown);
+    document.setMarkdown(markdown, HelpMarkdown);
     return document.toPlainText();
 }
 

@@ -1,10 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <QTextDocument>
 
 #include <vector>
 
 namespace desktop {
+
+/// How help texts are read: angle brackets are text, not markup, since the program's own marker texts have
+/// them.
+constexpr auto HelpMarkdown =
+    QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectGitHub) | QTextDocument::MarkdownNoHTML;
 
 /// One topic of a help file: what stands from one heading to the next.
 struct HelpTopic {

@@ -26,7 +26,7 @@ const char* const Guide =
     "### Deeper\n"
     "```\n# no heading\n```\n"
     "# Comparing\n"
-    "Column by column.\n";
+    "Column by column, or <No Permission> instead.\n";
 
 }  // namespace
 
@@ -93,7 +93,8 @@ void HelpViewerTest::showsContents() {
     QCOMPARE(topicsOf(help).size(), 3);
     QVERIFY(help->findChild<HelpPage*>()->toPlainText().startsWith(QStringLiteral("Connecting to a server")));
     help->findChild<QListWidget*>()->setCurrentRow(2);
-    QVERIFY(help->findChild<HelpPage*>()->toPlainText().contains(QStringLiteral("Column by column.")));
+    QVERIFY(help->findChild<HelpPage*>()->toPlainText().contains(
+        QStringLiteral("Column by column, or <No Permission> instead.")));
 }
 
 void HelpViewerTest::findsWords() {
