@@ -6,9 +6,11 @@
 
 namespace tw {
 
-CatalogReading::CatalogReading(ConnectionPool* pool, QString connectionString, QString statement)
+CatalogReading::CatalogReading(ConnectionPool* pool, QString connectionString, QString statement,
+                               const QStringList& fields)
     : m_pool(pool), m_connectionString(std::move(connectionString)), m_statement(std::move(statement)) {
     m_connection.setConnectionString(m_connectionString);
+    m_rows.setFields(fields);
 }
 
 void CatalogReading::open() {

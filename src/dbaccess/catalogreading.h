@@ -24,8 +24,9 @@ class OpeningError : public ado::Error {
 /// costs nothing on the wire.
 class CatalogReading {
   public:
-    /// `pool` may be null.
-    CatalogReading(ConnectionPool* pool, QString connectionString, QString statement);
+    /// `pool` may be null. `fields` names those that are read; all when it is empty.
+    CatalogReading(ConnectionPool* pool, QString connectionString, QString statement,
+                   const QStringList& fields = {});
 
     /// Opens the connection; throws OpeningError.
     void open();

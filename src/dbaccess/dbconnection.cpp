@@ -103,8 +103,9 @@ CatalogReading DBConnection::reading(const QString& statement) const {
     return {m_pool.get(), m_connectionString, statement};
 }
 
-CatalogReading DBConnection::reading(const QString& database, const QString& statement) const {
-    return {m_pool.get(), catalog::inDatabase(m_connectionString, database), statement};
+CatalogReading DBConnection::reading(const QString& database, const QString& statement,
+                                     const QStringList& fields) const {
+    return {m_pool.get(), catalog::inDatabase(m_connectionString, database), statement, fields};
 }
 
 }  // namespace tw

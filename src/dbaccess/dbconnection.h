@@ -101,7 +101,8 @@ class DBConnection : public SchemaReader {
     void runRoutine(const QString& name, const std::function<void()>& body);
     /// For one statement on the server, or in one of its databases.
     CatalogReading reading(const QString& statement) const;
-    CatalogReading reading(const QString& database, const QString& statement) const;
+    CatalogReading reading(const QString& database, const QString& statement,
+                           const QStringList& fields = {}) const;
 
     bool openUnlessRefused(CatalogReading& reading);
 

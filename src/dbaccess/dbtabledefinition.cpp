@@ -11,6 +11,10 @@ namespace {
 
 /// Picture number of a primary-key column in the list's image list.
 constexpr int KeyPicture = 5;
+const QString ColumnName = QStringLiteral("COLUMN_NAME");
+const QString TypeName = QStringLiteral("TYPE_NAME");
+const QString Length = QStringLiteral("LENGTH");
+const QString NullableFlag = QStringLiteral("NULLABLE");
 enum SubItem { DataType = 1, Nullable, Foreign };
 
 /// A type as the list shows it; `length` in bytes, as the server tells it.
@@ -35,7 +39,8 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
     runRoutine(QStringLiteral("FillLvTblDef"), [&] {
         list.clearItems();
         if (catalog::isMarker(database, table)) return;
-        CatalogReading columns = reading(database, catalog::columnList(table));
+        CatalogReading columns =
+            reading(database, catalog::columnList(table), {ColumnName, TypeName, Length, NullableFlag});
         columns.open();
         ado::Recordset& rows = columns.rows();
         if (rows.Eof()) {
@@ -52,10 +57,10 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
             !toldEnough && FindTableForeignKey(columns.connection(), table, foreignKeys);
         if (stillThere.isNull()) return;
 
-        const ado::Field& name = rows.Fields(QStringLiteral("COLUMN_NAME"));
-        const ado::Field& type = rows.Fields(QStringLiteral("TYPE_NAME"));
-        const ado::Field& length = rows.Fields(QStringLiteral("LENGTH"));
-        const ado::Field& nullable = rows.Fields(QStringLiteral("NULLABLE"));
+        const ado::Field& name = rows.Fields(ColumnName);
+        const ado::Field& type = rows.Fields(TypeName);
+        const ado::Field& length = rows.Fields(Length);
+        const ado::Field& nullable = rows.Fields(NullableFlag);
         const QString yes = QStringLiteral("Yes");
         for (; !rows.Eof(); rows.MoveNext()) {
             const QString column = name.text().toString();

@@ -57,8 +57,9 @@ void BlockRows::bind(const std::vector<Column>& columns, qint64 most) {
         std::byte* length = m_block.get() + m_slots[i].offset;
         // Of binary values only the length is asked for.
         std::byte* value = m_slots[i].capacity ? length + sizeof(SQLLEN) : nullptr;
-        odbc::check(SQLBindCol(m_statement.get(), static_cast<SQLUSMALLINT>(i + 1), wireType(columns[i].type),
-                               value, m_slots[i].capacity, reinterpret_cast<SQLLEN*>(length)),
+        odbc::check(SQLBindCol(m_statement.get(), static_cast<SQLUSMALLINT>(columns[i].ordinal),
+                               wireType(columns[i].type), value, m_slots[i].capacity,
+                               reinterpret_cast<SQLLEN*>(length)),
                     m_statement);
     }
 }

@@ -9,6 +9,7 @@ struct Column {
     QString name;
     FieldType type = FieldType::Text;
     qsizetype length = 0;  ///< of a Text, Exact or Guid value: most UTF-16 units; 0 without bound
+    int ordinal = 0;       ///< in the statement's result, from 1
     bool unbounded() const { return length == 0 && (type == FieldType::Text); }
 };
 

@@ -14,6 +14,8 @@ PieceRows::PieceRows(odbc::StatementHandle statement, const std::vector<Column>&
     : m_statement(std::move(statement)), m_slots(columns.size()) {
     for (size_t i = 0; i < columns.size(); ++i)
         m_slots[i].type = wireType(columns[i].type);
+    for (const Column& column : columns)
+        m_ordinals.push_back(static_cast<SQLUSMALLINT>(column.ordinal));
 }
 
 bool PieceRows::next(std::vector<Cell>& row) {
@@ -26,7 +28,7 @@ bool PieceRows::next(std::vector<Cell>& row) {
             return false;
         }
         for (size_t i = 0; i < m_slots.size(); ++i)
-            row[i] = read(static_cast<SQLUSMALLINT>(i + 1), m_slots[i]);
+            row[i] = read(m_ordinals[i], m_slots[i]);
     } catch (...) {
         m_statement.reset();
         throw;

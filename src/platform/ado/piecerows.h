@@ -22,6 +22,7 @@ class PieceRows final : public RowSource {
 
     odbc::StatementHandle m_statement;
     std::vector<Slot> m_slots;
+    std::vector<SQLUSMALLINT> m_ordinals;  ///< of the slots' columns
 };
 
 }  // namespace ado

@@ -7,6 +7,7 @@
 #include "platform/ado/wirerows.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace ado {
 
@@ -21,6 +22,14 @@ namespace {
         platform::errors::NoCurrentRecord,
         "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
         "current record.");
+}
+
+std::vector<Column> wantedColumns(std::vector<Column> columns, const QStringList& names) {
+    std::vector<Column> wanted;
+    std::ranges::copy_if(columns, std::back_inserter(wanted), [&](const Column& column) {
+        return names.contains(column.name, Qt::CaseInsensitive);
+    });
+    return wanted.empty() ? columns : wanted;
 }
 
 class CellField final : public Field {
@@ -65,6 +74,7 @@ class RecordsetImpl final : public detail::Reader {
     void connectionClosed() override { release(); }
 
     qint64 maxRecords = 0;
+    QStringList wanted;  ///< names of fields; empty for all
     bool isOpen() const { return m_session != nullptr; }
     bool eof = true;
     bool moved = false;
@@ -85,7 +95,8 @@ void RecordsetImpl::open(std::shared_ptr<detail::Session> session, const QString
     moved = false;
     if (!result.columns) return;
     try {
-        const std::vector<Column> columns = describeColumns(result.statement, result.columns);
+        const std::vector<Column> columns =
+            wantedColumns(describeColumns(result.statement, result.columns), wanted);
         m_row.resize(columns.size());
         fields.reserve(columns.size());
         for (size_t i = 0; i < columns.size(); ++i)
@@ -149,6 +160,11 @@ void Recordset::setMaxRecords(qint64 rows) {
     if (isOpen()) detail::throwOpen();
     if (rows < 0) throwOwn(numbers::InvalidArgument, "Arguments are of the wrong type or out of range.");
     m_impl->maxRecords = rows;
+}
+
+void Recordset::setFields(const QStringList& names) {
+    if (isOpen()) detail::throwOpen();
+    m_impl->wanted = names;
 }
 
 void Recordset::Open(const QString& source, const Connection& connection, CursorType, LockType,

@@ -3,6 +3,7 @@
 #include "platform/ado/field.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -27,6 +28,11 @@ class Recordset {
     /// Rows the server may send; 0 for all. Applied by the server; must be set before Open().
     qint64 MaxRecords() const;
     void setMaxRecords(qint64 rows);
+
+    /// Names of the fields that there will be, in any case of letters; the statement's other columns are
+    /// passed over, which saves the driver their conversion. All when it is empty, or when the statement has
+    /// none of them. Must be set before Open().
+    void setFields(const QStringList& names);
 
     /// Runs a statement (or reads a table, named as in a FROM clause) and stands on its first row. A
     /// statement that returns no columns leaves a record set without fields, at its end; of several results

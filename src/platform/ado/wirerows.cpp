@@ -84,7 +84,7 @@ Column describeColumn(const odbc::StatementHandle& statement, SQLUSMALLINT index
                 statement);
     const qsizetype units = std::clamp<qsizetype>(nameLength, 0, static_cast<qsizetype>(name.size()) - 1);
     return {QString(reinterpret_cast<const QChar*>(name.data()), units), fieldType(type),
-            textLength(type, size)};
+            textLength(type, size), index};
 }
 
 }  // namespace
