@@ -1,3 +1,4 @@
+#include "dbaccess/connectionpool.h"
 #include "icons/icons.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/failures.h"
@@ -21,6 +22,7 @@ void walk(tour::Stage& stage) {
     const QTemporaryDir folder;
     desktop::SettingsStore settings(folder.filePath(QStringLiteral("settings.json")));
     tw::AppState state(settings);
+    state.connectionPool = std::make_shared<tw::ConnectionPool>();
     tw::frmMain frame(state);
     frame.Form_Load();
     frame.show();

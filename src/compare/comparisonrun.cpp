@@ -10,8 +10,8 @@
 namespace tw {
 
 ComparisonRun::ComparisonRun(AppState& state, std::function<void()> yield)
-    : connection1(std::make_shared<DBConnection>()),
-      connection2(std::make_shared<DBConnection>()),
+    : connection1(std::make_shared<DBConnection>(state.connectionPool)),
+      connection2(std::make_shared<DBConnection>(state.connectionPool)),
       m_state(state),
       m_yield(std::move(yield)) {}
 
