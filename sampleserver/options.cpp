@@ -31,7 +31,8 @@ class OptionsReader {
         m_parser.setApplicationDescription(
             QStringLiteral("A server on 127.0.0.1 that answers as SQL Server does, read-only, for trying "
                            "and testing."));
-        m_parser.addOptions({m_port, m_nextFree, m_script, m_noData, m_large, m_many, m_stay, m_help});
+        m_parser.addOptions(
+            {m_port, m_nextFree, m_script, m_noData, m_large, m_many, m_details, m_stay, m_help});
     }
 
     std::variant<Options, OptionsRefusal> read(const QStringList& arguments) {
@@ -71,6 +72,12 @@ class OptionsReader {
             if (!numbers) return refusal("--many wants DATABASES,TABLES, not '%1'.", m_parser.value(m_many));
             options.many = {int(numbers->at(0)), int(numbers->at(1))};
         }
+        if (m_parser.isSet(m_details)) {
+            const auto numbers = parseMeasures(m_parser.value(m_details), 3, 3);
+            if (!numbers)
+                return refusal("--details wants CHECKS,INDEXROWS,KEYS, not '%1'.", m_parser.value(m_details));
+            options.details = {int(numbers->at(0)), int(numbers->at(1)), int(numbers->at(2))};
+        }
         return std::nullopt;
     }
 
@@ -90,6 +97,9 @@ class OptionsReader {
     QCommandLineOption m_large =
         option("large", "Adds a database Large; given twice, a second one Large2.", "TABLES,COLUMNS[,ROWS]");
     QCommandLineOption m_many = option("many", "Adds many small databases.", "DATABASES,TABLES");
+    QCommandLineOption m_details = option(
+        "details", "Adds a database Details of many check constraints, index columns and foreign keys.",
+        "CHECKS,INDEXROWS,KEYS");
     QCommandLineOption m_stay = option("stay-with-stdin", "Ends when the standard input closes.");
     QCommandLineOption m_help = option("help", "Shows this.");
 };

@@ -22,6 +22,13 @@ struct ManyDatabases {
     int tables = 0;  ///< of each database
 };
 
+/// The measures of a generated database with many objects besides tables.
+struct DetailsDatabase {
+    int checks = 0;
+    int indexRows = 0;  ///< columns of all indexes
+    int foreignKeys = 0;
+};
+
 /// What the command line asks for.
 struct Options {
     quint16 port = 1433;        ///< 0: any free one
@@ -31,6 +38,7 @@ struct Options {
     QStringList scripts;               ///< files, in order
     std::vector<LargeDatabase> large;  ///< two at most, named Large and Large2
     std::optional<ManyDatabases> many;
+    std::optional<DetailsDatabase> details;  ///< named Details
 };
 
 /// Why a command line cannot be followed, or the help it asked for.

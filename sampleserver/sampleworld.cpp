@@ -63,6 +63,10 @@ void addGenerated(engine::World& world, const Options& options) {
                                  large.columns, large.rows);
     }
     if (options.many) engine::addManyDatabases(world, options.many->databases, options.many->tables);
+    if (options.details) {
+        engine::addDetailsDatabase(world, QStringLiteral("Details"), options.details->checks,
+                                   options.details->indexRows, options.details->foreignKeys);
+    }
 }
 
 }  // namespace

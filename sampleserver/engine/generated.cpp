@@ -126,6 +126,36 @@ QString tableScript(int table, int columns) {
     return script;
 }
 
+/// A table with its share of what is left to be given out.
+QString detailsTableScript(int table, int& checks, int& indexRows, int& foreignKeys) {
+    constexpr int columns = 10;
+    constexpr int indexWidth = 4;
+    const QString name = tableName(table);
+    QStringList lines;
+    for (int column = 1; column <= columns; ++column) {
+        QString line = QStringLiteral("Part%1 int NOT NULL").arg(column);
+        if (foreignKeys > 0) {
+            line += QStringLiteral(" CONSTRAINT FK_%1_%2 REFERENCES %3 (Id)")
+                        .arg(name, QString::number(column), tableName(0));
+            --foreignKeys;
+        }
+        if (checks > 0) {
+            line += QStringLiteral(" CONSTRAINT CK_%1_%2 CHECK (Part%2 >= 0)").arg(name).arg(column);
+            --checks;
+        }
+        lines.append(line);
+    }
+    QString script = QStringLiteral("CREATE TABLE %1 (%2)\n").arg(name, lines.join(QLatin1String(", ")));
+    for (int index = 1; index <= columns && indexRows > 0; ++index) {
+        QStringList indexed;
+        for (int i = 0; i < indexWidth && indexRows > 0; ++i, --indexRows)
+            indexed.append(QStringLiteral("Part%1").arg((index + i) % columns + 1));
+        script += QStringLiteral("CREATE INDEX IX_%1_%2 ON %1 (%3)\n")
+                      .arg(name, QString::number(index), indexed.join(QLatin1String(", ")));
+    }
+    return script;
+}
+
 void appendDistinctRows(const Database& database, const Table& table, qint64 rows, quint64 seed) {
     RowAppender appender(database.keeper, table);
     std::vector<Value> row(table.columns.size());
@@ -175,6 +205,18 @@ void addLargeDatabase(World& world, const QString& name, int tables, int columns
         repeatRows(database, table, made, rows);
     }
     transaction.commit();
+}
+
+void addDetailsDatabase(World& world, const QString& name, int checks, int indexRows, int foreignKeys) {
+    world.addDatabase(name);
+    const QString parent = tableName(0);
+    QString script =
+        QStringLiteral("USE [%1]\nCREATE TABLE %2 (Id int NOT NULL CONSTRAINT PK_%2 PRIMARY KEY)\n")
+            .arg(name, parent);
+    --indexRows;
+    for (int table = 1; checks > 0 || indexRows > 0 || foreignKeys > 0; ++table)
+        script += detailsTableScript(table, checks, indexRows, foreignKeys);
+    world.runScript(script);
 }
 
 void addManyDatabases(World& world, int databases, int tables) {

@@ -79,6 +79,7 @@ void TestProgram::refusesOptions_data() {
     row("--large 1,1 --large 1,1 --large 1,1", "2 times");
     row("--many 3,4,5", "3,4,5");
     row("--many -1,1", "-1,1");
+    row("--details 3,4", "--details");
 }
 
 void TestProgram::refusesOptions() {
@@ -127,15 +128,24 @@ void TestProgram::makesDatabases() {
     const int own = firstNumber(plain, databases).toInt();
 
     SampleServerProcess server;
-    QVERIFY2(server.start({QStringLiteral("--no-sample-data"), QStringLiteral("--large"),
-                           QStringLiteral("2,3,4"), QStringLiteral("--large"), QStringLiteral("5,3"),
-                           QStringLiteral("--many"), QStringLiteral("3,2")}),
-             qPrintable(server.errorText()));
-    QCOMPARE(firstNumber(server, databases).toInt(), own + 2 + 3);
+    QVERIFY2(
+        server.start({QStringLiteral("--no-sample-data"), QStringLiteral("--large"), QStringLiteral("2,3,4"),
+                      QStringLiteral("--large"), QStringLiteral("5,3"), QStringLiteral("--many"),
+                      QStringLiteral("3,2"), QStringLiteral("--details"), QStringLiteral("25,90,12")}),
+        qPrintable(server.errorText()));
+    QCOMPARE(firstNumber(server, databases).toInt(), own + 2 + 3 + 1);
     const char* tables = "SELECT COUNT(*) FROM Large..sysobjects WHERE xtype = 'U'";
     QCOMPARE(firstNumber(server, tables), QStringLiteral("2"));
     const char* otherTables = "SELECT COUNT(*) FROM Large2..sysobjects WHERE xtype = 'U'";
     QCOMPARE(firstNumber(server, otherTables), QStringLiteral("5"));
+    const char* checks = "SELECT COUNT(*) FROM Details..sysobjects WHERE xtype = 'C'";
+    QCOMPARE(firstNumber(server, checks), QStringLiteral("25"));
+    const char* indexRows =
+        "SELECT COUNT(*) FROM Details..sysindexkeys AS k, Details..sysobjects AS t "
+        "WHERE k.id = t.id AND t.xtype = 'U'";
+    QCOMPARE(firstNumber(server, indexRows), QStringLiteral("90"));
+    const char* foreignKeys = "SELECT COUNT(*) FROM Details..sysforeignkeys";
+    QCOMPARE(firstNumber(server, foreignKeys), QStringLiteral("12"));
 }
 
 void TestProgram::countsLogins() {
