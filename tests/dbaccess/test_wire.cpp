@@ -1,11 +1,14 @@
 #include "dbaccess/dbconnection.h"
 #include "platform/controls/listitems.h"
+#include "platform/controls/nodes.h"
 #include "support/answers.h"
 #include "support/relay.h"
 #include "support/sampleserverprocess.h"
 
 #include <QRegularExpression>
 #include <QTest>
+
+#include <functional>
 
 using controls::ListItems;
 
@@ -18,6 +21,9 @@ class TestWire : public QObject {
     void init() { m_relay->reset(); }
     void serverSendsNoMoreThanShown_data();
     void serverSendsNoMoreThanShown();
+    void roundTrips_data();
+    void roundTrips();
+    void roundTripsOfTree();
     void triesOwnersInOrder_data();
     void triesOwnersInOrder();
     void lineBreaks_data();
@@ -43,6 +49,7 @@ const QByteArray RowMark = QByteArrayLiteral(
     "gr\xf6\xdf"
     "er");
 constexpr int RowCount = 10000;
+constexpr int TurnsOfLogin = 2;
 
 QByteArray wide(const char* text) {
     const QString characters = QString::fromLatin1(text);
@@ -111,6 +118,45 @@ void TestWire::serverSendsNoMoreThanShown() {
     QCOMPARE(m_relay->batches(),
              QStringList({"sp_columns 'Table0001'", "sp_helpuser", "Select count(*) as x from [Table0001]"}) +
                  limits + QStringList{"select * from [Table0001]"});
+}
+
+void TestWire::roundTrips_data() {
+    QTest::addColumn<std::function<void(tw::DBConnection&, ListItems&)>>("routine");
+    QTest::addColumn<int>("logins");
+    QTest::addColumn<int>("statements");
+    const auto row = [](const char* name, int logins, int statements,
+                        const std::function<void(tw::DBConnection&, ListItems&)>& routine) {
+        QTest::newRow(name) << routine << logins << statements;
+    };
+    row("definition", 1, 3,
+        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblDef(list, Large, Table); });
+    row("all rows", 1, 4,
+        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblData(list, Large, Table, 0); });
+    row("some rows", 1, 5,
+        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblData(list, Large, Table, 50); });
+    row("details", 3, 3,
+        [](tw::DBConnection& server, ListItems& list) { server.FillLvDBDetail(list, Large2); });
+}
+
+/// Nothing is asked twice, however far away the server is.
+void TestWire::roundTrips() {
+    QFETCH(std::function<void(tw::DBConnection&, ListItems&)>, routine);
+    QFETCH(int, logins);
+    QFETCH(int, statements);
+    const testsupport::Answers answers;
+    tw::DBConnection server = connection();
+    ListItems list;
+    routine(server, list);
+    QCOMPARE(m_relay->turns(), TurnsOfLogin * logins + statements);
+}
+
+void TestWire::roundTripsOfTree() {
+    const testsupport::Answers answers;
+    controls::Nodes tree;
+    QVERIFY(connection().FillTvDB(tree));
+    const int databases = tree.rowCount(tree.index(0, 0));
+    QVERIFY(databases > 1);
+    QCOMPARE(m_relay->turns(), (1 + databases) * (TurnsOfLogin + 1));
 }
 
 void TestWire::triesOwnersInOrder_data() {

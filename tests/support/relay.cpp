@@ -1,8 +1,10 @@
 #include "support/relay.h"
 
 #include <QHostAddress>
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 #include <QtEndian>
 
 #include <optional>
@@ -51,6 +53,8 @@ struct Relay::Line {
     Packets toServer;
     Packets toClient;
     QByteArray batch;
+    bool clientsTurn = false;
+    bool held = false;
 };
 
 Relay::Relay(quint16 serverPort) : m_serverPort(serverPort), m_server(std::make_unique<QTcpServer>()) {
@@ -78,6 +82,7 @@ void Relay::reset() {
     const QMutexLocker lock(&m_mutex);
     m_batches.clear();
     m_sent.clear();
+    m_turns = 0;
     m_cutMark.clear();
 }
 
@@ -102,6 +107,17 @@ void Relay::cut() {
         m_server.get(), [this] { abortLines(); }, Qt::BlockingQueuedConnection);
 }
 
+void Relay::setDelay(int milliseconds) {
+    QMetaObject::invokeMethod(
+        m_server.get(), [=, this] { m_delay = milliseconds; }, Qt::BlockingQueuedConnection);
+}
+
+void Relay::keepNothing() {
+    reset();
+    const QMutexLocker lock(&m_mutex);
+    m_keeps = false;
+}
+
 void Relay::leadTo(quint16 serverPort) {
     QMetaObject::invokeMethod(
         m_server.get(), [=, this] { m_serverPort = serverPort; }, Qt::BlockingQueuedConnection);
@@ -113,16 +129,35 @@ void Relay::accept() {
     auto* server = new QTcpSocket(m_server.get());
     for (QTcpSocket* socket : {client, server}) {
         socket->setReadBufferSize(ReadAtOnce);
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     }
     server->connectToHost(QHostAddress(QHostAddress::LocalHost), m_serverPort);
     const auto line = std::make_shared<Line>();
     QObject::connect(client, &QTcpSocket::readyRead, server,
-                     [=, this] { pass(*line, *client, *server, false); });
-    QObject::connect(server, &QTcpSocket::readyRead, client,
-                     [=, this] { pass(*line, *server, *client, true); });
+                     [=, this] { passFromClient(line, *client, *server); });
+    QObject::connect(server, &QTcpSocket::readyRead, client, [=, this] {
+        line->clientsTurn = false;
+        pass(*line, *server, *client, true);
+    });
     QObject::connect(client, &QTcpSocket::disconnected, server, &QTcpSocket::disconnectFromHost);
     QObject::connect(server, &QTcpSocket::disconnected, client, &QTcpSocket::disconnectFromHost);
+}
+
+void Relay::passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client, QTcpSocket& server) {
+    if (line->held) return;
+    const bool newTurn = !std::exchange(line->clientsTurn, true);
+    if (newTurn) ++m_turns;
+    if (m_delay == 0 || !newTurn) {
+        pass(*line, client, server, false);
+        return;
+    }
+    line->held = true;
+    QTimer::singleShot(m_delay, Qt::PreciseTimer, &client,
+                       [=, this, &client, server = QPointer<QTcpSocket>(&server)] {
+                           line->held = false;
+                           if (server) pass(*line, client, *server, false);
+                       });
 }
 
 void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) {
@@ -142,6 +177,7 @@ void Relay::abortLines() {
 /// False when the line is to be cut.
 bool Relay::keep(Line& line, const QByteArray& bytes, bool fromServer) {
     const QMutexLocker lock(&m_mutex);
+    if (!m_keeps) return true;
     Packets& packets = fromServer ? line.toClient : line.toServer;
     packets.add(bytes);
     while (const auto packet = packets.take()) {

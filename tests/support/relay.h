@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QThread>
 
+#include <atomic>
 #include <memory>
 
 class QTcpServer;
@@ -13,7 +14,7 @@ class QTcpSocket;
 namespace testsupport {
 
 /// Stands between a client and a server on the loopback, on a thread of its own. It passes everything on,
-/// keeps count of what went over the wire, and can cut the line.
+/// keeps count of what went over the wire, can cut the line, and can make it a long one.
 class Relay {
   public:
     explicit Relay(quint16 serverPort);
@@ -35,6 +36,14 @@ class Relay {
     void cutAt(const QByteArray& mark, int times);
     /// Cuts every line at once; new ones are taken.
     void cut();
+    /// Holds each turn of the clients back for so long, as a distant server would every round trip.
+    void setDelay(int milliseconds);
+    /// The turns that clients took: how often one sent something as the first, or after the server had. That
+    /// is the number of round trips, but for the one in which the system sets up a connection.
+    qint64 turns() const { return m_turns; }
+    /// Counts turns only, so that nothing of what goes over the wire is kept; batches() and sent() tell
+    /// nothing then.
+    void keepNothing();
     /// Leads the lines taken from now on to another server.
     void leadTo(quint16 serverPort);
 
@@ -42,6 +51,7 @@ class Relay {
     struct Line;
     void accept();
     void abortLines();
+    void passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client, QTcpSocket& server);
     void pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer);
     bool keep(Line& line, const QByteArray& bytes, bool fromServer);
 
@@ -54,6 +64,9 @@ class Relay {
     QByteArray m_sent;
     QByteArray m_cutMark;
     int m_cutTimes = 0;
+    bool m_keeps = true;
+    int m_delay = 0;
+    std::atomic<qint64> m_turns = 0;
 };
 
 }  // namespace testsupport
