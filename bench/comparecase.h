@@ -1,15 +1,14 @@
 #pragma once
 
+#include "result.h"
+
 namespace bench {
 
-/// Compares two databases of `tables` tables with `columns` columns each over the wire, all kinds, `runs`
-/// times in turn with the bare loop that fetches the same statements over one connection for each of the two,
-/// and prints the ratio, the time for a table and the peak of memory. Returns false when the results are not
-/// complete.
-bool runCompareCase(int tables, int columns, int runs);
-
-/// Compares two lists of `rows` details, and two tables of as many columns, without a server, and prints
-/// what that takes.
-void runEngineCase(int rows);
+/// Compares two databases, in turn with a bare loop over their catalogs. Measures: tables a side, columns in
+/// each.
+Result runCompareCase(const Request& request);
+/// The same in turn with what a user can do without us: the FreeTDS command-line client prints both catalogs,
+/// sort and diff do the rest.
+Result runCompareClientCase(const Request& request);
 
 }  // namespace bench

@@ -1,7 +1,8 @@
 #include "figures.h"
 
+#include "result.h"
+
 #include <QFile>
-#include <QTextStream>
 
 #include <algorithm>
 #include <chrono>
@@ -50,6 +51,10 @@ size_t heapBytes() {
 #endif
 }
 
+double peakOfProgram() {
+    return statusBytes("VmHWM");
+}
+
 PeakOfMemory::PeakOfMemory() : m_start(statusBytes("VmRSS")) {
     // Sets the peak back (proc(5)).
     QFile file(QStringLiteral("/proc/self/clear_refs"));
@@ -60,36 +65,28 @@ double PeakOfMemory::bytes() const {
     return statusBytes("VmHWM") - m_start;
 }
 
-PairedRuns measurePairs(int runs, const std::function<void()>& ours, const std::function<void()>& yardstick) {
-    ours();
-    yardstick();
-    PairedRuns pairs;
+void measurePairs(Result& result, int runs, const std::function<void()>& ours,
+                  const std::function<void()>& yardstick) {
+    constexpr double enoughSeconds = 0.1;
+    constexpr double mostRepeats = 100;
+    const double first = secondsOf(ours);
+    result.repeats = static_cast<int>(std::clamp(enoughSeconds / first, 1.0, mostRepeats));
+    const auto meanSeconds = [&](const std::function<void()>& work) {
+        return secondsOf([&] {
+                   for (int i = 0; i < result.repeats; ++i)
+                       work();
+               }) /
+               result.repeats;
+    };
     for (int run = 0; run < runs; ++run) {
         const std::clock_t start = std::clock();
-        pairs.ours.push_back(secondsOf(ours));
+        result.ours.push_back(meanSeconds(ours));
         const std::clock_t middle = std::clock();
-        pairs.yardstick.push_back(secondsOf(yardstick));
+        result.yardstickSeconds.push_back(meanSeconds(yardstick));
         const std::clock_t end = std::clock();
-        pairs.processorRatios.push_back(static_cast<double>(middle - start) /
-                                        static_cast<double>(end - middle));
+        result.processorRatios.push_back(static_cast<double>(middle - start) /
+                                         static_cast<double>(end - middle));
     }
-    return pairs;
-}
-
-void printRatio(const QString& name, const PairedRuns& pairs) {
-    std::vector<double> ratios;
-    for (size_t i = 0; i < pairs.ours.size(); ++i)
-        ratios.push_back(pairs.ours[i] / pairs.yardstick[i]);
-    const Spread ratio = spreadOf(ratios);
-    const Spread ours = spreadOf(pairs.ours);
-    const Spread bare = spreadOf(pairs.yardstick);
-    QTextStream(stdout) << name << ": ratio " << QString::number(ratio.median, 'f', 3) << " ("
-                        << QString::number(ratio.minimum, 'f', 3) << " to "
-                        << QString::number(ratio.maximum, 'f', 3) << "), ours "
-                        << QString::number(ours.median * 1000, 'f', 1) << " ms, bare loop "
-                        << QString::number(bare.median * 1000, 'f', 1) << " ms, " << ratios.size()
-                        << " pairs; ratio of processor times "
-                        << QString::number(spreadOf(pairs.processorRatios).median, 'f', 3) << '\n';
 }
 
 }  // namespace bench

@@ -7,6 +7,8 @@
 
 namespace bench {
 
+struct Result;
+
 /// Median, minimum and maximum of one figure over the runs.
 struct Spread {
     double median = 0;
@@ -23,6 +25,9 @@ double secondsOf(const std::function<void()>& work);
 /// Bytes in use on the heap, as the allocator counts them; 0 where it does not tell.
 size_t heapBytes();
 
+/// The most memory that this program has held since it began, in bytes; 0 where the system does not tell.
+double peakOfProgram();
+
 /// The peak of the memory that the program holds, counted from the making of this object. 0 where the system
 /// does not tell.
 class PeakOfMemory {
@@ -35,19 +40,9 @@ class PeakOfMemory {
     double m_start;
 };
 
-/// What was measured of one case: ours and the yardstick in turn, the ratio pair by pair.
-struct PairedRuns {
-    std::vector<double> ours;
-    std::vector<double> yardstick;
-    /// Ratios of the processor time that this program spent, driver included: a busy machine, or a server
-    /// that keeps both waiting, does not show in them.
-    std::vector<double> processorRatios;
-};
-
-/// Runs both `runs` times in turn after one uncounted round.
-PairedRuns measurePairs(int runs, const std::function<void()>& ours, const std::function<void()>& yardstick);
-
-/// Prints a case's line: the ratio, and both times.
-void printRatio(const QString& name, const PairedRuns& pairs);
+/// Fills the times of `result` with `runs` pairs of both in turn; the caller has run a pair uncounted. Work
+/// that takes but a moment is repeated within a run, of which the mean counts.
+void measurePairs(Result& result, int runs, const std::function<void()>& ours,
+                  const std::function<void()>& yardstick);
 
 }  // namespace bench

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <QtGlobal>
+#include "result.h"
 
 namespace bench {
 
-/// Runs a query for all rows of a generated table into the data control behind a grid, `runs` times in turn
-/// with the bare loop over the same rows, and prints what the rows case prints. Needs a QApplication. Returns
-/// false when the grid does not hold what the bare loop saw.
-bool runQueryCase(qint64 rows, int columns, int runs);
+/// Runs a query for all rows of a table, as a result window does, and shows them. Measures: rows, columns.
+Result runQueryCase(const Request& request);
 
 }  // namespace bench

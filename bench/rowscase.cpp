@@ -1,52 +1,63 @@
 #include "rowscase.h"
 
+#include "barerows.h"
+#include "dbaccess/catalog.h"
+#include "dbaccess/connectionpool.h"
 #include "dbaccess/dbconnection.h"
-#include "figures.h"
-#include "largetable.h"
+#include "listtexts.h"
 #include "platform/controls/listitems.h"
 #include "platform/desktop/listview.h"
-
-#include <QTextStream>
+#include "viewtimes.h"
+#include "wirecase.h"
 
 namespace bench {
 
 namespace {
 
-const QString Database = QString::fromLatin1(LargeTable::Database);
-const QString Table = QString::fromLatin1(LargeTable::Table);
+const QString Database = QStringLiteral("Large");
+const QString Table = QStringLiteral("Table0001");
 
-qint64 unitsOf(const controls::ListItems& list) {
-    qint64 units = 0;
-    for (int item = 0; item < list.count(); ++item) {
-        for (int column = 0; column < list.headerCount(); ++column)
-            units += list.subItem(item, column).size();
-    }
-    return units;
+BareRows readBare(const QString& connectionString) {
+    const BareEnvironment environment;
+    BareConnection connection(environment, tw::catalog::inDatabase(connectionString, Database));
+    const QString name = tw::catalog::bracketed({}, Table);
+    connection.readColumns(tw::catalog::columnList(Table), {4});  // COLUMN_NAME
+    connection.readColumns(QStringLiteral("sp_helpuser"), {1});   // UserName
+    connection.readColumns(QStringLiteral("Select count(*) as x from ") + name, {1});
+    return readRowsBare(connection, QStringLiteral("select * from ") + name);
 }
 
 }  // namespace
 
-bool runRowsCase(qint64 rows, int columns, int runs) {
-    LargeTable table;
-    if (!table.start(rows, columns)) return false;
-    tw::DBConnection connection;
-    connection.setConnectionString(table.connectionString());
-
-    QTextStream(stdout) << "rows of a table of " << rows << " x " << columns << '\n' << Qt::flush;
-    const BareRows bare = table.readBare();
+Result runRowsCase(const Request& request) {
+    const qint64 rows = request.measures[0];
+    const qint64 columns = request.measures[1];
     controls::ListItems list;
-    printMemory(bare, [&] { connection.FillLvTblData(list, Database, Table, 0); });
-    const bool same = bare.rows == rows && list.count() == rows && unitsOf(list) == bare.units;
-    {
+    BareRows seen;
+    Result result = runWireCase(
+        request,
+        {.serverArguments = {QStringLiteral("--large"), QStringLiteral("1,%1,%2").arg(columns).arg(rows)},
+         .ours =
+             [&](const QString& connectionString) {
+                 tw::DBConnection connection(std::make_shared<tw::ConnectionPool>());
+                 connection.setConnectionString(connectionString);
+                 connection.FillLvTblData(list, Database, Table, 0);
+             },
+         .yardstick = [&](const QString& connectionString) { seen = readBare(connectionString); },
+         .isComplete =
+             [&](Memory& memory) {
+                 const qint64 units = unitsOf(list, list.headerCount());
+                 memory.texts = static_cast<double>(units) * sizeof(char16_t);
+                 return list.count() == rows && seen.rows == rows && seen.units == units;
+             },
+         .leastRoundTrips = roundTripsOf(1, 4)});
+    result.scale = QStringLiteral("%1 rows of %2 columns").arg(rows).arg(columns);
+    if (request.delay == 0) {
         desktop::ListView view;
-        printViewTimes(QStringLiteral("list view"), view, [&] { view.setItems(&list); });
+        result.figures = viewTimes(view, [&] { view.setItems(&list); });
         view.setItems(nullptr);
     }
-    const PairedRuns pairs = measurePairs(
-        runs, [&] { connection.FillLvTblData(list, Database, Table, 0); }, [&] { table.readBare(); });
-    printRatio(QStringLiteral("  filling the list"), pairs);
-    if (!same) QTextStream(stderr) << "The list does not hold the texts of the bare loop.\n";
-    return same;
+    return result;
 }
 
 }  // namespace bench

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "result.h"
+
 namespace bench {
 
-/// Fills the tree of a server of `databases` databases with `tables` tables each, `runs` times in turn with
-/// the bare loop over the same connections and rows, and prints the ratio and the bytes per node. Returns
-/// false when the tree does not hold what the server has.
-bool runTreeCase(int databases, int tables, int runs);
+/// Fills the tree of a server. Measures: databases, tables in each.
+Result runTreeCase(const Request& request);
+/// Fills the tree of a server with one database. Measures: its tables.
+Result runTablesCase(const Request& request);
 
 }  // namespace bench
