@@ -60,6 +60,7 @@ void walkExporting(Place& place) {
     place.frame.activeChild()->setGeometry(QRect({0, 0}, place.frame.area().viewport()->size() * 3 / 4));
     const QString server = document.tvDB().model()->index(0, 0).data().toString();
     stage.clickNode(document.tvDB(), {server, QStringLiteral("Workshop"), QStringLiteral("Mechanic")}, true);
+    stage.picture(QStringLiteral("table-opened"));
     QMenu& menu =
         stage.popUp(place.frame, QStringLiteral("mnuPop2"), *document.lvTblDef().viewport(), {40, 10});
     stage.picture(QStringLiteral("export-menu"));
