@@ -25,7 +25,7 @@ class ReadySystem : public tw::SchemaReader {
         fill(list, 11);
         return {};
     }
-    void reportLossOnce() override {}
+    void setFollower(std::function<bool()>) override {}
     bool tellLostConnection() override { return false; }
 
   private:

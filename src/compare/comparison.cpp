@@ -7,6 +7,7 @@
 #include "platform/controls/listitems.h"
 
 #include <QHash>
+#include <QScopeGuard>
 
 namespace tw {
 
@@ -113,8 +114,12 @@ class Comparison::Run {
 };
 
 void Comparison::Run::run() {
+    const auto end = qScopeGuard([this] {
+        for (const Side* side : {&m_side1, &m_side2})
+            side->reader().setFollower(nullptr);
+    });
     for (const Side* side : {&m_side1, &m_side2}) {
-        side->reader().reportLossOnce();
+        side->reader().setFollower([this] { return goOn(); });
         side->system.results.addHeader(QStringLiteral("Names"));
         for (int i = 0; i < 4; ++i)
             side->system.results.addHeader(QStringLiteral("Attribute"));
@@ -140,7 +145,8 @@ void Comparison::Run::run() {
 /// Once a connection is lost nothing is read any more: every further step would fail, and tell so, again.
 template <class Step>
 void Comparison::Run::read(Side& side, Step&& step) {
-    if (m_connectionLost) return;
+    // Before that nobody can have cancelled, and a flag that an earlier comparison left may still be set.
+    if (m_connectionLost || (m_progressSetUp && !goOn())) return;
     skipFailing(step);
     if (!side.reader().tellLostConnection()) return;
     m_connectionLost = true;

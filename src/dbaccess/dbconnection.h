@@ -90,7 +90,7 @@ class DBConnection : public SchemaReader {
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
 
     bool tellLostConnection() override;
-    void reportLossOnce() override { m_reportsLossOnce = true; }
+    void setFollower(std::function<bool()> goesOn) override { m_goesOn = std::move(goesOn); }
 
     /// Runs a statement in a database, without a limit to rows or time, and hands out its rows, which keep
     /// their connection open; nothing when it failed, which has been reported with both texts.
@@ -107,7 +107,7 @@ class DBConnection : public SchemaReader {
     bool openUnlessRefused(CatalogReading& reading);
 
     std::shared_ptr<ConnectionPool> m_pool;
-    bool m_reportsLossOnce = false;
+    std::function<bool()> m_goesOn;   ///< null without a follower
     bool m_connectionLost = false;    ///< by the last routine
     std::exception_ptr m_untoldLoss;  ///< what it kept to itself of that
     std::optional<ado::Connection> m_connection;

@@ -47,12 +47,14 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
             list.addItem(u"<No Column Defined>");
             return;
         }
+        if (m_goesOn && !m_goesOn()) return;
         // Either look-up may report its failure, and the list may go while the message box is open.
         const QPointer<controls::ListItems> stillThere(&list);
         controls::KeyedTexts primaryKeys;
         FindTablePrimaryKey(columns.connection(), table, primaryKeys);
         controls::KeyedTexts foreignKeys;
-        const bool toldEnough = m_connectionLost && m_reportsLossOnce;
+        const bool toldEnough = m_connectionLost && m_goesOn;
+        if (!toldEnough && m_goesOn && !m_goesOn()) return;
         const bool foreignKeysKnown =
             !toldEnough && FindTableForeignKey(columns.connection(), table, foreignKeys);
         if (stillThere.isNull()) return;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace controls {
 class ComboItems;
 class ListItems;
@@ -26,9 +28,11 @@ class SchemaReader {
     /// Whether the routine called last could not open its connection or lost it. The user has been told then:
     /// by the routine, or by this call where the routine kept it to itself.
     virtual bool tellLostConnection() = 0;
-    /// From now on a routine that loses its connection on the way reports that once, not for every step that
-    /// fails by it.
-    virtual void reportLossOnce() = 0;
+    /// For a caller that runs many routines and may change its mind: FillLvTblDef asks `goesOn`, which may
+    /// serve events, between its statements and ends there when told no, its list empty. It then also
+    /// reports a connection that it loses on the way once, not for every step that fails by it. Null: for
+    /// such a caller no more.
+    virtual void setFollower(std::function<bool()> goesOn) = 0;
 };
 
 }  // namespace tw

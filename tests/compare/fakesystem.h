@@ -42,7 +42,7 @@ class FakeSystem : public tw::SchemaReader {
     bool FillCbTable(controls::ComboItems& combo, const QString& database) override;
     void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) override;
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
-    void reportLossOnce() override {}
+    void setFollower(std::function<bool()>) override {}
     bool tellLostConnection() override { return m_readingsLeft < 0; }
 
   private:

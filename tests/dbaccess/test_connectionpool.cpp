@@ -97,6 +97,8 @@ class TestConnectionPool : public QObject {
     void deadServerIsNoSecret();
     void lossIsReportedOnce_data();
     void lossIsReportedOnce();
+    void followerEndsReading_data();
+    void followerEndsReading();
     void noticesChanges_data();
     void noticesChanges();
     void closesIdle();
@@ -312,7 +314,7 @@ void TestConnectionPool::lossIsReportedOnce() {
     DBConnection pooled = connectionOf(QStringLiteral("sa"), relay.serverText());
     const QString keyColumn = QStringLiteral("ColName");
     relay.cutAt(QByteArray(reinterpret_cast<const char*>(keyColumn.utf16()), 2 * keyColumn.size()), 1);
-    if (once) pooled.reportLossOnce();
+    if (once) pooled.setFollower([] { return true; });
     definition(pooled);
     QVERIFY(pooled.tellLostConnection());
     for (const QString& procedure : procedures)
@@ -321,6 +323,29 @@ void TestConnectionPool::lossIsReportedOnce() {
     relay.reset();
     definition(pooled);
     QVERIFY(!pooled.tellLostConnection());
+}
+
+void TestConnectionPool::followerEndsReading_data() {
+    QTest::addColumn<int>("goesOnFor");
+    QTest::addColumn<int>("statements");
+    QTest::newRow("after the columns") << 0 << 1;
+    QTest::newRow("after the primary key") << 1 << 2;
+    QTest::newRow("not at all") << 2 << 3;
+}
+
+void TestConnectionPool::followerEndsReading() {
+    QFETCH(int, goesOnFor);
+    testsupport::Relay relay(m_server.port());
+    const testsupport::Answers noBoxes;
+    DBConnection pooled = connectionOf(QStringLiteral("sa"), relay.serverText());
+    const QStringList whole = definition(pooled);
+    relay.reset();
+    int asked = 0;
+    pooled.setFollower([&] { return ++asked <= goesOnFor; });
+    QCOMPARE(definition(pooled), goesOnFor < 2 ? QStringList() : whole);
+    QTEST(int(relay.batches().size()), "statements");
+    pooled.setFollower(nullptr);
+    QCOMPARE(definition(pooled), whole);
 }
 
 void TestConnectionPool::noticesChanges_data() {
