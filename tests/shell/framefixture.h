@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browse/frmdocument.h"
+#include "dbaccess/connectionpool.h"
 #include "dbaccess/dbconnection.h"
 #include "platform/desktop/settingsstore.h"
 #include "shell/appstate.h"
@@ -28,6 +29,8 @@ class TestFrame : public tw::frmMain {
 
 /// A frame with settings of its own.
 struct FrameFixture {
+    FrameFixture() { state.connectionPool = std::make_shared<tw::ConnectionPool>(); }
+
     QTemporaryDir folder;
     desktop::SettingsStore store{folder.filePath(QStringLiteral("settings.ini"))};
     tw::AppState state{store};
