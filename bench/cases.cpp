@@ -5,6 +5,7 @@
 #include "detailscase.h"
 #include "enginecase.h"
 #include "exportcase.h"
+#include "livenesscase.h"
 #include "querycase.h"
 #include "rowscase.h"
 #include "startcase.h"
@@ -69,6 +70,7 @@ std::vector<Case> otherCases() {
              {{{100, 15}}, {{1000, 15}}, {{4000, 15}}},
              {{{10, 5}}, {{30, 5}}}},
             {QStringLiteral("engine"), QString(), runEngineCase, {{{100'000}}}, {{{1000}}}},
+            {QStringLiteral("liveness"), QString(), runLivenessCase, {{{1000}}, {{50}, 30}}, {{{10}}}},
             {QStringLiteral("query"),
              BareLoop,
              runQueryCase,
