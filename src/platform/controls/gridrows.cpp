@@ -32,12 +32,23 @@ QVariant GridRows::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const GridColumn& its = column(index.column());
     if (role == Qt::TextAlignmentRole) return alignment(its);
-    if (role != Qt::DisplayRole && role != MarkerRole) return {};
-    const bool null = isNull(index.row(), index.column());
-    const bool binary = its.kind == GridColumnKind::Binary;
-    if (role == MarkerRole) return null || binary;
-    if (null) return QStringLiteral("NULL");
-    return binary ? QStringLiteral("<Binary>") : m_rows.text(index.row(), index.column());
+    if (role == MarkerRole) return its.kind == GridColumnKind::Binary || isNull(index.row(), index.column());
+    if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+    RowStore::Walk cell(m_rows, index.row());
+    cell.moveTo(index.column());
+    return shown(cell, index.column(),
+                 role == Qt::DisplayRole ? RowStore::ShownCharacters : RowStore::AllCharacters);
+}
+
+QString GridRows::shown(const RowStore::Walk& cell, int column, qsizetype most) const {
+    if (cell.isNull()) return QStringLiteral("NULL");
+    if (this->column(column).kind == GridColumnKind::Binary) return QStringLiteral("<Binary>");
+    return cell.text(most);
+}
+
+QString GridRows::Line::text(int column) {
+    m_walk.moveTo(column);
+    return m_rows.shown(m_walk, column, RowStore::AllCharacters);
 }
 
 QVariant GridRows::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -36,13 +36,27 @@ class GridRows : public QAbstractTableModel {
 
     bool isNull(int row, int column) const { return m_rows.isNull(row, column); }
 
+    /// The whole texts of a row, asked for from left to right. Good until the next reset.
+    class Line {
+      public:
+        Line(const GridRows& rows, int row) : m_rows(rows), m_walk(rows.m_rows, row) {}
+        QString text(int column);
+
+      private:
+        const GridRows& m_rows;
+        RowStore::Walk m_walk;
+    };
+
+    /// Qt::DisplayRole gives what can be shown of a cell's text, Qt::EditRole the whole.
+    QVariant data(const QModelIndex& index, int role) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
     const GridColumn& column(int index) const { return m_columns[static_cast<size_t>(index)]; }
+
+    QString shown(const RowStore::Walk& cell, int column, qsizetype most) const;
 
     std::vector<GridColumn> m_columns;
     RowStore m_rows;

@@ -104,7 +104,7 @@ int ListItems::columnCount(const QModelIndex& parent) const {
 
 QVariant ListItems::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-    if (role == Qt::DisplayRole) return m_rows.text(index.row(), index.column());
+    if (role == Qt::DisplayRole) return m_rows.text(index.row(), index.column(), RowStore::ShownCharacters);
     if (role == IconRole && index.column() == 0) return m_rows.icon(index.row());
     return {};
 }

@@ -52,17 +52,12 @@ void writeText(Bytes& bytes, QStringView text) {
                    [](QChar c) { return static_cast<uchar>(c.unicode()); });
 }
 
-QString readText(const uchar*& at) {
+QString readText(const uchar* at, qsizetype most) {
     const quint64 head = readNumber(at);
-    const auto length = static_cast<qsizetype>(head >> 1);
-    if (!(head & 1)) {
-        QString text = QString::fromLatin1(reinterpret_cast<const char*>(at), length);
-        at += length;
-        return text;
-    }
+    const qsizetype length = std::min(static_cast<qsizetype>(head >> 1), most);
+    if (!(head & 1)) return QString::fromLatin1(reinterpret_cast<const char*>(at), length);
     QString text(length, Qt::Uninitialized);
     std::memcpy(text.data(), at, static_cast<size_t>(length) * 2);
-    at += length * 2;
     return text;
 }
 
@@ -133,16 +128,35 @@ void RowStore::setText(int row, int column, QStringView text) {
     replace(at, from, to, bytes);
 }
 
-QString RowStore::text(int row, int column) const {
-    const Place at = place(row);
-    const uchar* from = textBegin(at, column);
-    return from == rowEnd(at) ? QString() : readText(from);
+RowStore::Walk::Walk(const RowStore& store, int row)
+    : m_at(store.rowBegin(place(row))), m_end(store.rowEnd(place(row))) {
+    readNumber(m_at);  // the icon's
+}
+
+void RowStore::Walk::moveTo(int column) {
+    for (; m_column < column && m_at != m_end; ++m_column) {
+        skipText(m_at);
+    }
+}
+
+bool RowStore::Walk::isNull() const {
+    return m_at != m_end && *m_at == NullHead;
+}
+
+QString RowStore::Walk::text(qsizetype most) const {
+    return m_at == m_end ? QString() : readText(m_at, most);
+}
+
+QString RowStore::text(int row, int column, qsizetype most) const {
+    Walk walk(*this, row);
+    walk.moveTo(column);
+    return walk.text(most);
 }
 
 bool RowStore::isNull(int row, int column) const {
-    const Place at = place(row);
-    const uchar* from = textBegin(at, column);
-    return from != rowEnd(at) && *from == NullHead;
+    Walk walk(*this, row);
+    walk.moveTo(column);
+    return walk.isNull();
 }
 
 int RowStore::icon(int row) const {
@@ -174,16 +188,6 @@ const uchar* RowStore::rowEnd(Place place) const {
     const Page& page = m_pages[static_cast<size_t>(place.page)];
     const bool isLast = place.row == page.rows - 1;
     return page.bytes.data() + (isLast ? page.bytes.size() : page.starts[static_cast<size_t>(place.row) + 1]);
-}
-
-const uchar* RowStore::textBegin(Place place, int column) const {
-    const uchar* from = rowBegin(place);
-    const uchar* const end = rowEnd(place);
-    readNumber(from);
-    for (int passed = 0; passed < column && from != end; ++passed) {
-        skipText(from);
-    }
-    return from;
 }
 
 void RowStore::replace(Place place, const uchar* from, const uchar* to, const Bytes& bytes) {

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <array>
+#include <limits>
 #include <vector>
 
 namespace controls {
@@ -15,6 +16,25 @@ namespace controls {
 /// any other change moves the rest of its page.
 class RowStore {
   public:
+    static constexpr qsizetype AllCharacters = std::numeric_limits<qsizetype>::max();
+    /// What a model gives to be shown: nobody can read on, and a text may have millions.
+    static constexpr qsizetype ShownCharacters = 2000;
+
+    /// Passes the texts of a row once, from left to right. Good until the store changes.
+    class Walk {
+      public:
+        Walk(const RowStore& store, int row);
+        /// Goes on to a column, which is not behind.
+        void moveTo(int column);
+        bool isNull() const;
+        QString text(qsizetype most = AllCharacters) const;
+
+      private:
+        const uchar* m_at;
+        const uchar* m_end;
+        int m_column = 0;
+    };
+
     int count() const { return m_count; }
     /// Adds a row of one text.
     void addRow(QStringView text, int icon);
@@ -25,8 +45,8 @@ class RowStore {
     void appendNull();
     /// Replaces a text, filling up with empty ones before it.
     void setText(int row, int column, QStringView text);
-    /// An empty text where the row has none, and for a null.
-    QString text(int row, int column) const;
+    /// An empty text where the row has none, and for a null; at most so many characters.
+    QString text(int row, int column, qsizetype most = AllCharacters) const;
     bool isNull(int row, int column) const;
     int icon(int row) const;
     void setIcon(int row, int icon);
@@ -48,8 +68,6 @@ class RowStore {
     static Place place(int row) { return {row / RowsPerPage, row % RowsPerPage}; }
     const uchar* rowBegin(Place place) const;
     const uchar* rowEnd(Place place) const;
-    /// Where the text of a column begins; the row's end when it has none there.
-    const uchar* textBegin(Place place, int column) const;
     void replace(Place place, const uchar* from, const uchar* to, const std::vector<uchar>& bytes);
 
     std::vector<Page> m_pages;

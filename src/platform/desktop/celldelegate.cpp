@@ -39,11 +39,10 @@ void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
 
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {
-    static constexpr qsizetype MostCharacters = 2000;
     if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
     QString text;
     if (index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width()) {
-        text = index.data().toString().left(MostCharacters);
+        text = index.data().toString();
     }
     // Tooltips that look like markup are shown as such unless escaped.
     const QString shown =

@@ -20,7 +20,7 @@ class DataControl : public QObject {
     void setRecordSource(const QString& text) { m_recordSource = text; }
     /// Rows that the server may send; 0 for all.
     void setMaxRecords(qint32 rows) { m_maxRecords = rows; }
-    /// Seconds until a statement is given up; 0 waits without limit.
+    /// Seconds to wait for the server's next word before a statement is given up; 0 waits without limit.
     void setCommandTimeout(qint32 seconds) { m_commandTimeout = seconds; }
 
     /// Runs the statement and takes over its result, the first one with columns; a statement that returns

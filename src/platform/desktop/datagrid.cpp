@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QHeaderView>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <vector>
@@ -20,7 +21,9 @@ class GridDelegate final : public CellDelegate {
 
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        const QStyle::State focus = option->state & QStyle::State_HasFocus;
         CellDelegate::initStyleOption(option, index);
+        option->state |= focus;  // a grid has single cells to stand on
         if (!index.data(controls::GridRows::MarkerRole).toBool()) return;
         option->font.setItalic(true);
         option->fontMetrics = QFontMetrics(option->font);
@@ -67,12 +70,20 @@ void DataGrid::setRows(controls::GridRows* rows) {
     if (model()) disconnect(model(), nullptr, this, nullptr);
     setModel(rows);
     if (!rows) return;
-    connect(rows, &QAbstractItemModel::modelReset, this, &DataGrid::fitColumns);
+    connect(rows, &QAbstractItemModel::modelReset, this, &DataGrid::beginAnew);
+    beginAnew();
+}
+
+/// Another result has nothing to do with the place in the one before.
+void DataGrid::beginAnew() {
     fitColumns();
+    scrollToTop();
+    horizontalScrollBar()->setValue(0);
 }
 
 QString DataGrid::selectedText() const {
-    if (!model()) return {};
+    const auto* source = static_cast<const controls::GridRows*>(model());
+    if (!source) return {};
     const QItemSelection selection = selectionModel()->selection();
     if (selection.isEmpty()) return {};
     std::vector<int> rows;
@@ -89,18 +100,22 @@ QString DataGrid::selectedText() const {
         for (const int column : columns) {
             if (column != columns.front()) text.append(u'\t');
             appendCell(text, cellOf(column));
+            if (text.size() > copyLimit()) return false;
         }
         text.append(u'\n');
+        return true;
     };
-    appendLine([&](int column) { return model()->headerData(column, Qt::Horizontal).toString(); });
+    appendLine(
+        [&](int column) { return source->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(); });
     for (const int row : rows) {
-        appendLine([&](int column) {
+        controls::GridRows::Line line(*source, row);
+        const bool fits = appendLine([&](int column) {
             const bool selected = std::any_of(selection.begin(), selection.end(), [&](const auto& range) {
                 return range.contains(row, column, {});
             });
-            return selected ? model()->index(row, column).data().toString() : QString();
+            return selected ? line.text(column) : QString();
         });
-        if (text.size() > copyLimit()) return {};
+        if (!fits) return {};
     }
     return text;
 }

@@ -17,8 +17,7 @@ class DataGrid : public CellTable {
   public:
     explicit DataGrid(QWidget* parent = nullptr);
 
-    /// Shows the rows, which must outlive the view or be set to null before. Columns are fitted at every
-    /// reset.
+    /// Shows the rows, and nothing once they are gone. Every reset shows the first cell and fits the columns.
     void setRows(controls::GridRows* rows);
     /// The names of the columns and the cells of every row with something selected, with nothing in the
     /// place of cells that are not.
@@ -26,6 +25,7 @@ class DataGrid : public CellTable {
 
   private:
     void addCommands();
+    void beginAnew();
 };
 
 }  // namespace desktop

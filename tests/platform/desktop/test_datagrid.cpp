@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QTest>
 
 using controls::GridColumnKind;
@@ -22,6 +23,8 @@ class DataGridTest : public QObject {
     void copiesWithHeaders();
     void marksNulls();
     void fitsColumns();
+    void beginsAnew();
+    void longTexts();
     void nothingIsEdited();
 };
 
@@ -138,6 +141,33 @@ void DataGridTest::fitsColumns() {
     const int wide = fitted(QString(25, u'W'));
     const int limit = fitted(QString(100000, u'W'));
     QVERIFY(narrow < wide && wide <= limit && limit < grid.view.width());
+}
+
+/// Another result begins at its first cell, whatever was looked at before.
+void DataGridTest::beginsAnew() {
+    Grid grid;
+    const auto fill = [&] {
+        QList<QStringList> lines;
+        for (int row = 0; row < 200; ++row)
+            lines += QStringList(20, QString::number(row));
+        grid.rows.reset(std::vector<controls::GridColumn>(20, {QStringLiteral("a")}), rowsOf(lines));
+    };
+    fill();
+    grid.view.scrollToBottom();
+    grid.view.horizontalScrollBar()->setValue(grid.view.horizontalScrollBar()->maximum());
+    fill();
+    QVERIFY(grid.view.viewport()->rect().contains(grid.rectOf(0, 0)));
+}
+
+/// A cell shows the beginning of a long text, and copies the whole.
+void DataGridTest::longTexts() {
+    Grid grid;
+    const QString text = QStringLiteral("\u20ac").repeated(1'000'000);
+    grid.rows.reset({{QStringLiteral("a")}}, rowsOf({{text}}));
+    const QString shown = grid.rows.index(0, 0).data().toString();
+    QVERIFY(shown.size() >= 1000 && shown.size() < 10'000 && text.startsWith(shown));
+    grid.view.selectAll();
+    QCOMPARE(grid.view.selectedText(), QStringLiteral("a\n") + text + u'\n');
 }
 
 void DataGridTest::nothingIsEdited() {
