@@ -28,7 +28,7 @@ struct Options {
 /// What the whole program shares. Made in main and handed on by reference; used on the one thread of the
 /// user interface.
 struct AppState {
-    explicit AppState(desktop::SettingsStore& store) : settings(store) {}
+    explicit AppState(desktop::SettingsStore& store);
 
     desktop::SettingsStore& settings;
     Options options;
@@ -37,6 +37,7 @@ struct AppState {
     qint32 openDocuments = 0;       ///< how many document windows are open
     qint32 connectedDocuments = 0;  ///< how many of them are connected
     std::shared_ptr<ConnectionPool> connectionPool;  ///< for every DBConnection that is made; may be null
+    QString helpFile;                                ///< the one beside the program; empty when there is none
     bool cancelled = false;  ///< set by the Cancel of the connection dialog and of a comparison
 
     /// A setting of this application, in its one section.

@@ -10,6 +10,10 @@ namespace tw {
 
 class DBConnection;
 
+/// What a command says that needs a document with a server behind it, when there is none.
+inline const QString NoServerConnection = QStringLiteral(
+    "Failure to find a server connection.  Please make sure that there is at least one active connection.");
+
 /// What other windows may ask of an open document window.
 class Document {
   public:

@@ -20,9 +20,6 @@
 #include "shell/maintoolbar.h"
 
 #include <QAction>
-#include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -42,12 +39,6 @@ int centred(int outside, int inside) {
 
 void showExclamation(const QString& text) {
     desktop::MsgBox(text, desktop::MsgBoxIcon::Exclamation);
-}
-
-/// The help beside the program; empty when it is not there.
-QString applicationHelpFile() {
-    const QFileInfo file(QDir(QCoreApplication::applicationDirPath()), QStringLiteral("Tablewright.hlp"));
-    return file.exists() ? QDir::toNativeSeparators(file.filePath()) : QString();
 }
 
 [[noreturn]] void failWithoutActiveChild() {
@@ -237,6 +228,7 @@ void frmMain::showComparison(std::unique_ptr<frmCompareResult> window) {
     child->setWindowIcon(icon(QStringLiteral("Compare")));
     child->setGeometry(place);
     child->show();
+    child->repaint();  // the catalogs are read before events are served again
     result->Form_Load();
 }
 
@@ -275,9 +267,7 @@ void frmMain::mnuToolOptions_Click() {
 /// Whether there is any document window; says so when there is none.
 bool frmMain::hasOpenDocument() const {
     if (m_state.openDocuments >= 1) return true;
-    showExclamation(
-        QStringLiteral("Failure to find a server connection.  Please make sure that "
-                       "there is at least one active connection."));
+    showExclamation(NoServerConnection);
     return false;
 }
 
@@ -306,14 +296,13 @@ void frmMain::mnuHelpSearchForHelpOn_Click() {
 }
 
 void frmMain::showHelp(desktop::HelpCommand command) {
-    const QString helpFile = applicationHelpFile();
-    if (helpFile.isEmpty()) {
+    if (m_state.helpFile.isEmpty()) {
         desktop::MsgBox(
             QStringLiteral("Unable to display Help Contents. There is no Help associated with this project."),
             desktop::MsgBoxIcon::Information);
         return;
     }
-    desktop::WinHelp(this, helpFile, command);
+    desktop::WinHelp(this, m_state.helpFile, command);
 }
 
 void frmMain::mnuHelpAbout_Click() {

@@ -1,9 +1,11 @@
+#include "platform/desktop/helpwindow.h"
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
 #include "shell/frmmain.h"
 #include "shell/maintoolbar.h"
 #include "support/answers.h"
 
+#include <QFile>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
@@ -47,6 +49,8 @@ class FrmMainTest : public QObject {
     void menus_data();
     void menus();
     void menuKey();
+    void helpCommands_data();
+    void helpCommands();
     void toolbar();
     void enabling_data();
     void enabling();
@@ -130,6 +134,36 @@ void FrmMainTest::menuKey() {
     QTRY_VERIFY(file->isVisible());
     QTest::keyClick(file, Qt::Key_Escape);
     QVERIFY(!file->isVisible());
+}
+
+void FrmMainTest::helpCommands_data() {
+    QTest::addColumn<QString>("focus");
+    QTest::newRow("mnuHelpContents") << "QListWidget";
+    QTest::newRow("mnuHelpSearchForHelpOn") << "QLineEdit";
+}
+
+void FrmMainTest::helpCommands() {
+    QFETCH(QString, focus);
+    testsupport::Answers answers;
+    FrameFixture fixture;
+    fixture.start();
+    QAction& command = *fixture.action(QTest::currentDataTag());
+    fixture.state.helpFile.clear();
+    command.trigger();
+    const auto box = answers.takeBox();
+    QCOMPARE(box.text,
+             QStringLiteral("Unable to display Help Contents. There is no Help associated with this "
+                            "project."));
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Information);
+
+    QFile file(fixture.folder.filePath(QStringLiteral("guide.hlp")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("# One\n") > 0);
+    file.close();
+    fixture.state.helpFile = file.fileName();
+    command.trigger();
+    const auto* help = fixture.frame.findChild<desktop::HelpWindow*>();
+    QVERIFY(help != nullptr && help->isVisible());
+    QCOMPARE(help->focusWidget()->metaObject()->className(), qPrintable(focus));
 }
 
 void FrmMainTest::toolbar() {

@@ -49,7 +49,9 @@ void formatBlock(const QTextBlock& block, double points, const QColor& codeGroun
         layout.setTopMargin(isCode(block.previous()) ? 0 : 4);
         layout.setBottomMargin(isCode(block.next()) ? 0 : 14);
     } else {
-        layout.setLineHeight(135, QTextBlockFormat::ProportionalHeight);
+        // A line with a picture is as high as the picture.
+        if (!block.text().contains(QChar::ObjectReplacementCharacter))
+            layout.setLineHeight(135, QTextBlockFormat::ProportionalHeight);
         layout.setTopMargin(0);
         layout.setBottomMargin(block.textList() ? 3 : 10);
     }
@@ -68,7 +70,7 @@ void HelpPage::showTopic(const QString& markdown, const QStringList& words) {
     m_words = words;
     m_pictures.clear();
     QFont body = font();
-    body.setPointSizeF(body.pointSizeF() * Body);
+    body.setPointSizeF(QFontInfo(body).pointSizeF() * Body);
     document()->setDefaultFont(body);
     document()->setMarkdown(markdown, HelpMarkdown);
     format();

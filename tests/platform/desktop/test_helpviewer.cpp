@@ -4,12 +4,14 @@
 #include "platform/desktop/helpwindow.h"
 #include "support/answers.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QFile>
 #include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 
 using desktop::HelpCommand;
 using desktop::HelpPage;
@@ -157,6 +159,9 @@ void HelpViewerTest::fitsPictures() {
         QVERIFY(width("3000.png") > page->viewport()->width() / 2);
         QVERIFY(page->document()->size().width() <= page->viewport()->width());
         QCOMPARE(width("50.png"), 50);
+        // No room is lost under a picture.
+        const QTextBlock small = page->document()->begin().next();
+        QVERIFY(page->document()->documentLayout()->blockBoundingRect(small).height() < 40 + 15);
     }
 }
 
