@@ -40,10 +40,7 @@ tw::frmCompareResult& resultWindow(Place& place) {
 void chooseSystem(Place& place, QWidget& dialog, int number, const QString& database, const QString& table) {
     const auto choose = [&](const QString& list, const QString& text) {
         auto& box = place.stage.find<QComboBox>(dialog, list.arg(number));
-        box.setFocus();
-        const int index = box.findText(text);
-        place.stage.expect(index >= 0, list.arg(number) + QStringLiteral(" offers ") + text);
-        box.setCurrentIndex(index);
+        place.stage.pick(box, text);
     };
     choose(QStringLiteral("cbServer%1"), place.server);
     choose(QStringLiteral("cbDatabase%1"), database);

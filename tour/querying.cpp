@@ -4,7 +4,6 @@
 #include "shell/appstate.h"
 #include "shell/frmmain.h"
 
-#include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
@@ -31,15 +30,7 @@ struct Window {
     }
     void pick(const char* list, const QString& entry, const QString& picture = {}) const {
         auto& box = find<QComboBox>(list);
-        stage.click(box);
-        QAbstractItemView& view = *box.view();
-        stage.waitFor([&] { return view.isVisible(); }, box.objectName() + QStringLiteral(" opens"));
-        const int row = box.findText(entry);
-        stage.expect(row >= 0, box.objectName() + QStringLiteral(" offers ") + entry);
-        view.setCurrentIndex(box.model()->index(row, 0));
-        if (!picture.isEmpty()) stage.picture(picture);
-        stage.press(view, Qt::Key_Return);
-        stage.waitFor([&] { return !view.isVisible(); }, box.objectName() + QStringLiteral(" closes"));
+        stage.pick(box, entry, picture);
     }
     void expectText(const char* box, const char* text) const {
         stage.expectText(find<QPlainTextEdit>(box).toPlainText(), QString::fromUtf8(text),

@@ -1,7 +1,9 @@
 #include "stage.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -85,6 +87,18 @@ void Stage::type(QWidget& control, const QString& text) {
 
 void Stage::press(QWidget& control, Qt::Key key) {
     QTest::keyClick(&control, key);
+}
+
+void Stage::pick(QComboBox& box, const QString& entry, const QString& picture) {
+    click(box);
+    QAbstractItemView& view = *box.view();
+    waitFor([&] { return view.isVisible(); }, box.objectName() + QStringLiteral(" opens"));
+    const int row = box.findText(entry);
+    expect(row >= 0, box.objectName() + QStringLiteral(" offers ") + entry);
+    view.setCurrentIndex(box.model()->index(row, 0));
+    if (!picture.isEmpty()) this->picture(picture);
+    press(view, Qt::Key_Return);
+    waitFor([&] { return !view.isVisible(); }, box.objectName() + QStringLiteral(" closes"));
 }
 
 void Stage::clickButton(QWidget& window, const QString& text) {

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <vector>
 
+class QComboBox;
 class QMainWindow;
 class QMenu;
 class QTreeView;
@@ -48,6 +49,9 @@ class Stage {
     /// Replaces a control's text by typing.
     void type(QWidget& control, const QString& text);
     void press(QWidget& control, Qt::Key key);
+    /// Picks an entry of a list with the mouse and the Enter key; takes a picture of the open list if it is
+    /// to have a name.
+    void pick(QComboBox& box, const QString& entry, const QString& picture = {});
     /// Clicks the button of a window that bears a text, access keys left out.
     void clickButton(QWidget& window, const QString& text);
     /// Opens a menu of the menu bar with the mouse and clicks one of its items.

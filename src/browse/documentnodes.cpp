@@ -3,11 +3,11 @@
 #include "browse/frmdocument.h"
 #include "browse/handler.h"
 #include "dbaccess/dbconnection.h"
+#include "platform/desktop/hourglass.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/titlelabel.h"
 #include "platform/desktop/treeview.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointer>
 
@@ -19,15 +19,6 @@ namespace {
 
 const QString ModuleName = QStringLiteral("frmDocument");
 const QString RootKey = QStringLiteral("R");
-
-/// The hourglass over the whole screen for the length of a scope.
-class Hourglass {
-  public:
-    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
-    Hourglass(const Hourglass&) = delete;
-    Hourglass& operator=(const Hourglass&) = delete;
-};
 
 }  // namespace
 
@@ -87,6 +78,7 @@ void frmDocument::chooseDatabase(const controls::Node& node, bool open) {
     m_panes->lblTitle(1).setText(QStringLiteral("Table Definition:"));
     m_definitions.clearItems();
     const QPointer<frmDocument> stillOpen(this);  // as in openTable()
+    const desktop::Hourglass pointer;
     const QString caption = connection()->FillLvDBDetail(m_data, QString(node.text));
     if (!stillOpen.isNull()) m_panes->lblTitle(2).setText(caption);
 }
@@ -97,7 +89,7 @@ void frmDocument::openTable(const controls::Node& node) {
     const std::shared_ptr<DBConnection> source = connection();
     const QString database = node.parent->text;
     const QString table = node.text;
-    const Hourglass pointer;
+    const desktop::Hourglass pointer;
     m_definitions.clearItems();
     source->FillLvTblDef(m_definitions, database, table);
     if (open.isNull()) return;

@@ -120,7 +120,7 @@ void frmConnection::cmdOK_Click() {
     handle(QStringLiteral("cmdOK_Click"), ModuleName, [this] {
         bool connected = false;
         if (ValidateEntries()) {
-            const desktop::Hourglass pointer(*this);
+            const desktop::Hourglass pointer;
             connected = ConnectToServer();
         }
         if (connected) {

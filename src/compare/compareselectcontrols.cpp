@@ -1,9 +1,9 @@
 #include "compare/compareselectcontrols.h"
 
 #include "platform/desktop/named.h"
+#include "platform/desktop/pickbox.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -17,6 +17,7 @@ namespace tw {
 namespace {
 
 using desktop::named;
+using desktop::PickBox;
 
 constexpr int ListCharacters = 26;
 
@@ -30,10 +31,10 @@ struct SystemBox {
         grid->setColumnStretch(1, 1);
     }
 
-    QComboBox* add(const QString& name, const QString& labelName, const QString& labelText) const {
-        auto* list = named(name, new QComboBox(box));
+    PickBox* add(const QString& name, const QString& labelName, const QString& labelText) const {
+        auto* list = named(name, new PickBox(box));
         // As wide for an empty list as for any other; long names are cut in the closed list only.
-        list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        list->setSizeAdjustPolicy(PickBox::AdjustToMinimumContentsLengthWithIcon);
         list->setMinimumContentsLength(ListCharacters);
         auto* label = named(labelName, new QLabel(labelText, box));
         label->setBuddy(list);

@@ -5,22 +5,25 @@
 #include <QString>
 
 class QCheckBox;
-class QComboBox;
 class QDialog;
 class QGroupBox;
 class QPushButton;
 class QWidget;
 
+namespace desktop {
+class PickBox;
+}
+
 namespace tw {
 
 /// The controls of the comparison selection. Each has its name here as object name.
 struct CompareSelectControls {
-    QComboBox* cbServer1 = nullptr;
-    QComboBox* cbDatabase1 = nullptr;
-    QComboBox* cbTable1 = nullptr;
-    QComboBox* cbServer2 = nullptr;
-    QComboBox* cbDatabase2 = nullptr;
-    QComboBox* cbTable2 = nullptr;
+    desktop::PickBox* cbServer1 = nullptr;
+    desktop::PickBox* cbDatabase1 = nullptr;
+    desktop::PickBox* cbTable1 = nullptr;
+    desktop::PickBox* cbServer2 = nullptr;
+    desktop::PickBox* cbDatabase2 = nullptr;
+    desktop::PickBox* cbTable2 = nullptr;
     QCheckBox* chkConstraint = nullptr;
     QCheckBox* chkIndex = nullptr;
     QCheckBox* chkForeignKey = nullptr;

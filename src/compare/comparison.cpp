@@ -142,11 +142,12 @@ void Comparison::Run::run() {
     if (!isCancelled()) m_progress.UpdateForm(ComparedState::Finished, QStringLiteral("Finished"));
 }
 
-/// Once a connection is lost nothing is read any more: every further step would fail, and tell so, again.
+/// Once the comparison is cancelled, or a connection lost, nothing is read any more: nobody wants to wait for
+/// it, and be told of failures.
 template <class Step>
 void Comparison::Run::read(Side& side, Step&& step) {
-    // Before that nobody can have cancelled, and a flag that an earlier comparison left may still be set.
-    if (m_connectionLost || (m_progressSetUp && !goOn())) return;
+    // Nobody waits for events before there is progress to be seen, but message boxes serve them.
+    if (m_progressSetUp ? !goOn() : isCancelled()) return;
     skipFailing(step);
     if (!side.reader().tellLostConnection()) return;
     m_connectionLost = true;

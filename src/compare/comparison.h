@@ -36,7 +36,8 @@ class Comparison {
     /// Icon numbers of result rows.
     enum Icon { Constraint = 1, Index = 2, ForeignKey = 3, Table = 4, Matched = 5, Unmatched = 6 };
 
-    /// `yield` lets events be served, anything may be clicked in it; `cancelled` is asked after each yield.
+    /// `yield` lets events be served, anything may be clicked in it; `cancelled` is asked after each yield
+    /// and before each reading.
     /// The systems' models and connections and the progress must live until run() returns.
     Comparison(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds kinds,
                ComparisonProgress& progress, std::function<void()> yield, std::function<bool()> cancelled);

@@ -19,7 +19,9 @@ ComparisonRun::~ComparisonRun() = default;
 
 void ComparisonRun::run(QWidget& resultWindow, const QString& caption1, const QString& caption2) {
     m_resultWindow = &resultWindow;
+    m_pointer.emplace();
     const auto end = qScopeGuard([this] {
+        m_pointer.reset();
         if (m_progress) m_progress->end();
     });
     Comparison comparison({*connection1, results1, caption1}, {*connection2, results2, caption2}, kinds,
@@ -38,16 +40,19 @@ void ComparisonRun::keepProgressInView() {
     if (m_progress) m_progress->keepInView();
 }
 
-/// Kept once it is so: the next comparison to start clears the shared flag.
+/// Kept once it is so: the next comparison to start clears the shared flag. Until this one has a progress
+/// window, which does so, the flag is that of an earlier one.
 bool ComparisonRun::isCancelled() {
-    m_cancelled = m_cancelled || m_state.cancelled || (m_progress && m_progress->isCancelled());
+    m_cancelled = m_cancelled || (m_begun && m_state.cancelled) || (m_progress && m_progress->isCancelled());
     return m_cancelled;
 }
 
 void ComparisonRun::begin() {
     // Message boxes may have been open before, and the window closed under them.
+    m_pointer.reset();
     if (m_cancelled || !m_resultWindow) return;
     m_progress = new frmCompareProgress(m_state, m_resultWindow);
+    m_begun = true;
     m_progress->begin();
 }
 

@@ -3,12 +3,14 @@
 #include "compare/comparison.h"
 #include "compare/comparisonprogress.h"
 #include "platform/controls/listitems.h"
+#include "platform/desktop/hourglass.h"
 
 #include <QPointer>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QWidget;
 
@@ -51,6 +53,8 @@ class ComparisonRun final : private ComparisonProgress {
     std::function<void()> m_yield;
     QPointer<QWidget> m_resultWindow;
     QPointer<frmCompareProgress> m_progress;
+    std::optional<desktop::Hourglass> m_pointer;  ///< until the progress window shows
+    bool m_begun = false;
     bool m_cancelled = false;
 };
 

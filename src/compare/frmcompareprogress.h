@@ -19,19 +19,19 @@ struct AppState;
 
 /// The window that shows how far one comparison is and whose button cancels it; not modal. Belongs to the
 /// result window. Made anew for each comparison, which clears the shared cancel flag.
-class frmCompareProgress : public QDialog, public ComparisonProgress {
+class frmCompareProgress : public QDialog {
     Q_OBJECT
 
   public:
     /// `state` must outlive the window; `result` is what it stays in front of.
     frmCompareProgress(AppState& state, QWidget* result);
 
-    void begin() override;
-    void SetNumberNeed(qint32 expectedItems) override;
-    void InitFormLables(const QString& system1, const QString& system2) override;
-    /// Sets texts only: they are painted when events are served.
-    void UpdateForm(ComparedState state, const QString& item) override;
-    void cancel() override;
+    void begin();
+    void SetNumberNeed(qint32 expectedItems);
+    void InitFormLables(const QString& system1, const QString& system2);
+    /// Sets texts, which are painted when events are served.
+    void UpdateForm(ComparedState state, const QString& item);
+    void cancel();
 
     /// Whether its own comparison was cancelled here, by the button or by closing the window. Stays true when
     /// the next comparison clears the shared flag.

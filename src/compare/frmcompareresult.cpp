@@ -56,10 +56,6 @@ desktop::ListView* frmCompareResult::makeList(const QString& name, controls::Lis
     return list;
 }
 
-QSize frmCompareResult::sizeHint() const {
-    return {desktop::toPixels(10500), desktop::toPixels(6000)};
-}
-
 DBConnection& frmCompareResult::DBConn1() {
     return *m_run->connection1;
 }

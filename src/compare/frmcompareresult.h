@@ -52,7 +52,6 @@ class frmCompareResult : public QWidget, public ChildWindow {
     void Form_Resize() override;
 
     ComparePanes& panes() { return *m_panes; }
-    QSize sizeHint() const override;
 
     /// Where a new result window goes, in pixels, given the frame with its border on the screen and its
     /// active child. A maximised frame counts as one that begins left of and above the screen.

@@ -6,11 +6,11 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
+#include "platform/desktop/pickbox.h"
 #include "platform/runtimeerror.h"
 #include "shell/appstate.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -26,7 +26,7 @@ void showExclamation(const QString& text) {
 }
 
 /// Offers other entries, none of them chosen.
-void setEntries(QComboBox& list, const controls::ComboItems& entries) {
+void setEntries(desktop::PickBox& list, const controls::ComboItems& entries) {
     const QSignalBlocker quiet(&list);
     list.clear();
     for (int i = 0; i < entries.count(); ++i) {
@@ -68,9 +68,9 @@ frmCompareSelect::frmCompareSelect(AppState& state, QWidget* parent) : QDialog(p
 frmCompareSelect::~frmCompareSelect() = default;
 
 void frmCompareSelect::connectHandlers(System& system) {
-    desktop::connectGuarded(system.cbServer, &QComboBox::currentIndexChanged, this,
+    desktop::connectGuarded(system.cbServer, &QComboBox::activated, this,
                             [this, &system](int) { cbServer_Click(system); });
-    desktop::connectGuarded(system.cbDatabase, &QComboBox::currentIndexChanged, this,
+    desktop::connectGuarded(system.cbDatabase, &QComboBox::activated, this,
                             [this, &system](int) { cbDatabase_Click(system); });
 }
 
@@ -91,9 +91,7 @@ bool frmCompareSelect::Form_Load() {
     setEntries(*cbServer1, servers);
     setEntries(*cbServer2, servers);
     if (servers.count() > 0) return true;
-    showExclamation(
-        QStringLiteral("Failure to find a server connection.  Please make sure that "
-                       "there is at least one active connection."));
+    showExclamation(NoServerConnection);
     return false;
 }
 
@@ -105,11 +103,13 @@ std::unique_ptr<frmCompareResult> frmCompareSelect::takeResult() {
     return std::move(m_result);
 }
 
-/// A failure leaves the lists as they are. The routines show messages, and anything may go while they do.
+/// The routines show messages, and anything may go while they do.
 void frmCompareSelect::cbServer_Click(System& system) {
     skipFailing([&] {
         if (system.cbServer->currentText().isEmpty()) return;
         const QPointer<frmCompareSelect> open(this);
+        system.connection = nullptr;
+        setEntries(*system.cbDatabase, controls::ComboItems());
         setEntries(*system.cbTable, controls::ComboItems());
         const QString key = QString::number(system.cbServer->currentData().toInt());
         Document* document = m_state.documents.find(key);
@@ -117,7 +117,7 @@ void frmCompareSelect::cbServer_Click(System& system) {
         const std::shared_ptr<DBConnection> connection = document->connection();
         system.connection = connection;
         controls::ComboItems databases;
-        const desktop::Hourglass pointer(*this);
+        const desktop::Hourglass pointer;
         const bool complete = connection->FillCbDB(databases);
         if (open.isNull()) return;
         setEntries(*system.cbDatabase, databases);
@@ -131,7 +131,7 @@ void frmCompareSelect::cbDatabase_Click(System& system) {
     const QPointer<frmCompareSelect> open(this);
     const std::shared_ptr<DBConnection> connection = system.connection;
     controls::ComboItems tables;
-    const desktop::Hourglass pointer(*this);
+    const desktop::Hourglass pointer;
     const bool complete = connection->FillCbTable(tables, database);
     if (open.isNull()) return;
     if (complete) tables.addItem(AllTables);

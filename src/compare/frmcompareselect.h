@@ -31,9 +31,9 @@ class frmCompareSelect : public QDialog, private CompareSelectControls {
   private:
     /// One of the two sides. Its connection is the one of the document that was chosen, shared with it.
     struct System {
-        QComboBox* cbServer = nullptr;
-        QComboBox* cbDatabase = nullptr;
-        QComboBox* cbTable = nullptr;
+        desktop::PickBox* cbServer = nullptr;
+        desktop::PickBox* cbDatabase = nullptr;
+        desktop::PickBox* cbTable = nullptr;
         std::shared_ptr<DBConnection> connection;
     };
 

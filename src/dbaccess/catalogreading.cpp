@@ -24,19 +24,16 @@ void CatalogReading::open() {
 }
 
 bool CatalogReading::openKept() {
-    while (const std::optional<ado::Connection> kept = m_pool->take(m_connectionString)) {
-        try {
-            m_rows.Open(m_statement, *kept);
-            m_connection = *kept;
-            return true;
-        } catch (const ado::Error& error) {
-            if (error.number() != ado::numbers::TimeOut) continue;
-            m_timeOut = std::current_exception();
-            m_connection = *kept;
-            return true;
-        }
+    const std::optional<ado::Connection> kept = m_pool->take(m_connectionString);
+    if (!kept) return false;
+    try {
+        m_rows.Open(m_statement, *kept);
+    } catch (const ado::Error& error) {
+        if (error.number() != ado::numbers::TimeOut) return false;
+        m_timeOut = std::current_exception();
     }
-    return false;
+    m_connection = *kept;
+    return true;
 }
 
 ado::Recordset& CatalogReading::rows() {

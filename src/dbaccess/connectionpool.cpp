@@ -15,12 +15,7 @@ std::optional<ado::Connection> ConnectionPool::take(const QString& connectionStr
     const auto found = std::ranges::find_if(m_kept, [&](const Kept& kept) {
         return kept.connectionString == connectionString && !kept.connection.isShared();
     });
-    if (found == m_kept.end()) return std::nullopt;
-    ado::Connection connection = found->connection;
-    const ado::Connection unopened;
-    connection.setConnectionTimeout(unopened.ConnectionTimeout());
-    connection.setCommandTimeout(unopened.CommandTimeout());
-    return connection;
+    return found == m_kept.end() ? std::nullopt : std::optional(found->connection);
 }
 
 void ConnectionPool::keep(const QString& connectionString, const ado::Connection& connection) {

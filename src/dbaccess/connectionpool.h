@@ -29,11 +29,11 @@ class ConnectionPool {
     ConnectionPool(const ConnectionPool&) = delete;
     ConnectionPool& operator=(const ConnectionPool&) = delete;
 
-    /// An idle connection that was opened with this string, its time-outs as those of a new one. Whether the
-    /// server is still there only a statement can show.
+    /// An idle connection that was opened with this string. Whether the server is still there only a
+    /// statement can show.
     std::optional<ado::Connection> take(const QString& connectionString);
     /// Keeps a connection that its caller has just opened and goes on using, only for what leaves no trace in
-    /// the session.
+    /// the session, and without another time-out.
     void keep(const QString& connectionString, const ado::Connection& connection);
 
     /// Lets go of what will not be handed out any more; done now and then by itself. A connection in use

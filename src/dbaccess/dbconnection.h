@@ -104,6 +104,9 @@ class DBConnection : public SchemaReader {
     CatalogReading reading(const QString& database, const QString& statement,
                            const QStringList& fields = {}) const;
 
+    /// Whether the follower, if there is one, wants the rest of a routine; of one that has lost its
+    /// connection, which has been told, he does not.
+    bool goesOn() const { return !m_goesOn || (!m_connectionLost && m_goesOn()); }
     bool openUnlessRefused(CatalogReading& reading);
 
     std::shared_ptr<ConnectionPool> m_pool;

@@ -47,17 +47,15 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
             list.addItem(u"<No Column Defined>");
             return;
         }
-        if (m_goesOn && !m_goesOn()) return;
+        if (!goesOn()) return;
         // Either look-up may report its failure, and the list may go while the message box is open.
         const QPointer<controls::ListItems> stillThere(&list);
         controls::KeyedTexts primaryKeys;
         FindTablePrimaryKey(columns.connection(), table, primaryKeys);
+        if (!goesOn()) return;
         controls::KeyedTexts foreignKeys;
-        const bool toldEnough = m_connectionLost && m_goesOn;
-        if (!toldEnough && m_goesOn && !m_goesOn()) return;
-        const bool foreignKeysKnown =
-            !toldEnough && FindTableForeignKey(columns.connection(), table, foreignKeys);
-        if (stillThere.isNull()) return;
+        const bool foreignKeysKnown = FindTableForeignKey(columns.connection(), table, foreignKeys);
+        if (!goesOn() || stillThere.isNull()) return;
 
         const ado::Field& name = rows.Fields(ColumnName);
         const ado::Field& type = rows.Fields(TypeName);

@@ -7,8 +7,8 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
+#include "platform/desktop/pickbox.h"
 #include "platform/desktop/twips.h"
-#include "query/pickbox.h"
 #include "query/querytext.h"
 #include "shell/appstate.h"
 
@@ -26,14 +26,24 @@ namespace tw {
 
 namespace {
 
+using desktop::PickBox;
+
 enum Page { QueryPage = 0, ResultPage = 1 };
 
 const QString AllColumns = QStringLiteral("(All Columns)");
 const QString NumericWanted = QStringLiteral("Please enter numeric data");
 
+/// The text to the letter: a box gives blanks for no-break spaces otherwise.
+QString textOf(const QPlainTextEdit& box) {
+    QString text = box.document()->toRawText();
+    for (QChar& character : text)
+        if (character == QChar::ParagraphSeparator || character == QChar::LineSeparator) character = u'\n';
+    return text;
+}
+
 /// Replaces the whole text in one step that the user can take back.
 void replaceText(QPlainTextEdit& box, const QString& text) {
-    if (box.toPlainText() == text) return;
+    if (textOf(box) == text) return;
     QTextCursor cursor(box.document());
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
@@ -60,6 +70,8 @@ frmQuery::frmQuery(AppState& state, std::shared_ptr<DBConnection> connection, QW
     m_timeout = load(txtTimeout, QStringLiteral("QueryTimeOut"), QStringLiteral("15"));
     connectHandlers();
     cmdReset_Click();
+    for (QPlainTextEdit* box : {txtColumns, txtTables, txtWhereClause})
+        box->document()->clearUndoRedoStacks();
     cbDatabase->setFocus();
 }
 
@@ -98,13 +110,16 @@ void frmQuery::connectHandlers() {
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, cmdExecute, [this] { cmdExecute->click(); });
     }
-    connect(tsQuery, &QTabWidget::currentChanged, cmdBack,
-            [this](int page) { cmdBack->setEnabled(page == ResultPage); });
+    connect(tsQuery, &QTabWidget::currentChanged, cmdBack, [this](int page) {
+        // Else the focus would go to the next button, and Enter press that.
+        if (page == QueryPage && focusWidget() == cmdBack) cmdExecute->setFocus();
+        cmdBack->setEnabled(page == ResultPage);
+    });
     cmdBack->setEnabled(false);
 }
 
 void frmQuery::Form_Load() {
-    const desktop::Hourglass pointer(*this);
+    const desktop::Hourglass pointer;
     const std::shared_ptr<DBConnection> held = DBConn;
     held->FillCbDB(m_databases);
 }
@@ -147,14 +162,14 @@ void frmQuery::cbDatabase_Click() {
     }
     m_columns.clear();
     m_conditionColumns.clear();
-    const desktop::Hourglass pointer(*this);
+    const desktop::Hourglass pointer;
     const std::shared_ptr<DBConnection> held = DBConn;
     held->FillCbTable(m_tables, cbDatabase->currentText());
 }
 
 /// False when the window has gone while a failure was told.
 bool frmQuery::fillColumns(controls::ComboItems& columns, const PickBox& table) {
-    const desktop::Hourglass pointer(*this);
+    const desktop::Hourglass pointer;
     const QPointer<frmQuery> self(this);
     const std::shared_ptr<DBConnection> held = DBConn;
     held->FillCbColumn(columns, cbDatabase->currentText(), table.currentText());
@@ -162,7 +177,7 @@ bool frmQuery::fillColumns(controls::ComboItems& columns, const PickBox& table) 
 }
 
 void frmQuery::cbTable_Click() {
-    replaceText(*txtTables, querytext::withTable(txtTables->toPlainText(), cbTable->currentText()));
+    replaceText(*txtTables, querytext::withTable(textOf(*txtTables), cbTable->currentText()));
     clearChoice(*cbColumn);
     if (fillColumns(m_columns, *cbTable)) m_columns.prependItem(AllColumns);
 }
@@ -170,25 +185,25 @@ void frmQuery::cbTable_Click() {
 void frmQuery::cbColumn_Click() {
     const QString column = cbColumn->currentText();
     replaceText(*txtColumns, column == AllColumns ? querytext::allColumns()
-                                                  : querytext::withColumn(txtColumns->toPlainText(),
+                                                  : querytext::withColumn(textOf(*txtColumns),
                                                                           cbTable->currentText(), column));
 }
 
 void frmQuery::cbConditionTable_Click() {
-    replaceText(*txtTables, querytext::withTable(txtTables->toPlainText(), cbConditionTable->currentText()));
+    replaceText(*txtTables, querytext::withTable(textOf(*txtTables), cbConditionTable->currentText()));
     clearChoice(*cbConditionColumn);
     fillColumns(m_conditionColumns, *cbConditionTable);
 }
 
 void frmQuery::cbConditionColumn_Click() {
     replaceText(*txtWhereClause,
-                querytext::withConditionColumn(txtWhereClause->toPlainText(), cbConditionTable->currentText(),
+                querytext::withConditionColumn(textOf(*txtWhereClause), cbConditionTable->currentText(),
                                                cbConditionColumn->currentText()));
 }
 
 void frmQuery::cbConditionOperator_Click() {
     replaceText(*txtWhereClause,
-                querytext::withOperator(txtWhereClause->toPlainText(), cbConditionOperator->currentText()));
+                querytext::withOperator(textOf(*txtWhereClause), cbConditionOperator->currentText()));
 }
 
 bool frmQuery::refuse(const QString& text, QWidget* focus) {
@@ -205,13 +220,13 @@ bool frmQuery::isReady() {
     if (cbDatabase->currentIndex() < 0) {
         return refuse(QStringLiteral("Please select a database for the query."), cbDatabase);
     }
-    if (txtTables->toPlainText().isEmpty()) {
+    if (textOf(*txtTables).isEmpty()) {
         return refuse(QStringLiteral("Please select a table for the query."), cbTable);
     }
-    if (txtColumns->toPlainText().isEmpty()) {
+    if (textOf(*txtColumns).isEmpty()) {
         return refuse(QStringLiteral("Please select a column for the query."), nullptr);
     }
-    if (!querytext::isSelect(txtColumns->toPlainText())) {
+    if (!querytext::isSelect(textOf(*txtColumns))) {
         return refuse(QStringLiteral("Sorry, only select statements are allowed."), nullptr);
     }
     for (QLineEdit* box : {txtMaxRows, txtTimeout}) {
@@ -223,13 +238,13 @@ bool frmQuery::isReady() {
 void frmQuery::cmdExecute_Click() {
     if (!isReady()) return;
     try {
-        const desktop::Hourglass pointer(*this);
+        const desktop::Hourglass pointer;
         Adodc1->setConnectionString(DBConn->getConnectionString() + QStringLiteral(";database=") +
                                     cbDatabase->currentText());
         Adodc1->setMaxRecords(platform::wholeNumber(txtMaxRows->text()).value());
         Adodc1->setCommandTimeout(platform::wholeNumber(txtTimeout->text()).value());
-        Adodc1->setRecordSource(querytext::statement(txtColumns->toPlainText(), txtTables->toPlainText(),
-                                                     txtWhereClause->toPlainText()));
+        Adodc1->setRecordSource(
+            querytext::statement(textOf(*txtColumns), textOf(*txtTables), textOf(*txtWhereClause)));
         Adodc1->Refresh();
         lblRecCount->setText(QStringLiteral("Number of rows returned: %1").arg(Adodc1->recordCount()));
         tsQuery->setCurrentIndex(ResultPage);
@@ -250,6 +265,9 @@ void frmQuery::cmdReset_Click() {
     for (PickBox* box : {cbTable, cbColumn, cbConditionTable, cbConditionColumn, cbConditionOperator}) {
         clearChoice(*box);
     }
+    // They were of the tables that are chosen no more.
+    m_columns.clear();
+    m_conditionColumns.clear();
 }
 
 void frmQuery::cmdClose_Click() {

@@ -49,7 +49,7 @@ class frmQuery : public QWidget, public ChildWindow, private QueryControls {
     /// Tells what keeps the query from being run and puts the focus there, if anywhere.
     bool refuse(const QString& text, QWidget* focus);
     bool isReady();
-    bool fillColumns(controls::ComboItems& columns, const PickBox& table);
+    bool fillColumns(controls::ComboItems& columns, const desktop::PickBox& table);
 
     void cbDatabase_Click();
     void cbTable_Click();

@@ -3,7 +3,7 @@
 #include "platform/desktop/datacontrol.h"
 #include "platform/desktop/datagrid.h"
 #include "platform/desktop/named.h"
-#include "query/pickbox.h"
+#include "platform/desktop/pickbox.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -20,6 +20,7 @@ namespace tw {
 namespace {
 
 using desktop::named;
+using desktop::PickBox;
 
 /// Where the first line of a box begins.
 int textTop(const QPlainTextEdit& box) {
@@ -175,6 +176,7 @@ QWidget* QueryControls::makeResultPage() {
     dgrResult = named(QStringLiteral("dgrResult"), new desktop::DataGrid(page));
     lblRecCount =
         named(QStringLiteral("lblRecCount"), new QLabel(QStringLiteral("Number of rows returned: 0"), page));
+    dgrResult->setAccessibleName(QStringLiteral("Result"));
     dgrResult->setRows(&Adodc1->rows());
     auto* column = new QVBoxLayout(page);
     column->addWidget(dgrResult, 1);

@@ -11,21 +11,20 @@ class QWidget;
 namespace desktop {
 class DataControl;
 class DataGrid;
+class PickBox;
 }  // namespace desktop
 
 namespace tw {
 
-class PickBox;
-
 /// The controls of the query window. Each has its name here as object name.
 struct QueryControls {
     QTabWidget* tsQuery = nullptr;
-    PickBox* cbDatabase = nullptr;
-    PickBox* cbTable = nullptr;
-    PickBox* cbColumn = nullptr;
-    PickBox* cbConditionTable = nullptr;
-    PickBox* cbConditionColumn = nullptr;
-    PickBox* cbConditionOperator = nullptr;
+    desktop::PickBox* cbDatabase = nullptr;
+    desktop::PickBox* cbTable = nullptr;
+    desktop::PickBox* cbColumn = nullptr;
+    desktop::PickBox* cbConditionTable = nullptr;
+    desktop::PickBox* cbConditionColumn = nullptr;
+    desktop::PickBox* cbConditionOperator = nullptr;
     QPlainTextEdit* txtColumns = nullptr;
     QPlainTextEdit* txtTables = nullptr;
     QPlainTextEdit* txtWhereClause = nullptr;

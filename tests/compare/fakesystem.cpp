@@ -39,6 +39,7 @@ bool FakeSystem::FillCbTable(controls::ComboItems& combo, const QString& databas
 void FakeSystem::FillLvTblDef(controls::ListItems& list, const QString&, const QString& table) {
     list.clearItems();
     if (!reads(QStringLiteral("table ") + table)) return;
+    if (!m_followed) m_log += QStringLiteral("unfollowed");
     for (const FakeSchema::Column& column : m_schema.columnsOf(table))
         addRow(list, column);
 }

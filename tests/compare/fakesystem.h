@@ -33,6 +33,10 @@ class FakeSystem : public tw::SchemaReader {
     FakeSystem(FakeSchema schema, QString table, int number, Log& log)
         : m_schema(std::move(schema)), m_table(std::move(table)), m_number(number), m_log(log) {}
 
+    ~FakeSystem() override {
+        if (m_followed) qFatal("The follower was not let go.");
+    }
+
     /// After so many readings the connection is lost: each further one fails.
     void loseAfter(int readings) { m_readingsLeft = readings; }
 
@@ -42,7 +46,7 @@ class FakeSystem : public tw::SchemaReader {
     bool FillCbTable(controls::ComboItems& combo, const QString& database) override;
     void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) override;
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
-    void setFollower(std::function<bool()>) override {}
+    void setFollower(std::function<bool()> goesOn) override { m_followed = goesOn != nullptr; }
     bool tellLostConnection() override { return m_readingsLeft < 0; }
 
   private:
@@ -53,4 +57,5 @@ class FakeSystem : public tw::SchemaReader {
     int m_number;
     Log& m_log;
     int m_readingsLeft = 1000000;
+    bool m_followed = false;
 };

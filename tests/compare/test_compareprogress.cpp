@@ -60,7 +60,6 @@ class TestCompareProgress : public QObject {
     void nothingMovesWhileNumbersGrow();
     void ends_data();
     void ends();
-    void staysCancelledWhenTheFlagIsCleared();
 };
 
 void TestCompareProgress::opens() {
@@ -194,15 +193,6 @@ void TestCompareProgress::ends() {
     QCOMPARE(following.progress.isVisible(), open);
     QCOMPARE(following.progress.isCancelled(), cancelled);
     if (cancelled) QVERIFY(following.state.cancelled);
-}
-
-void TestCompareProgress::staysCancelledWhenTheFlagIsCleared() {
-    Following following;
-    following.click();
-    const tw::frmCompareProgress next(following.state, &following.result);
-    QVERIFY(!following.state.cancelled);
-    QVERIFY(following.progress.isCancelled());
-    QVERIFY(!next.isCancelled());
 }
 
 QTEST_MAIN(TestCompareProgress)

@@ -2,6 +2,7 @@
 #include "compare/frmcompareselect.h"
 #include "opendocuments.h"
 #include "support/answers.h"
+#include "support/picking.h"
 #include "support/sampleserverprocess.h"
 
 #include <QCheckBox>
@@ -30,7 +31,7 @@ struct Selection {
     }
     /// Chooses by text; an empty text is left alone.
     void choose(const QString& name, const QString& text) const {
-        if (!text.isEmpty()) list(name).setCurrentIndex(list(name).findText(text));
+        if (!text.isEmpty()) testsupport::pick(list(name), text);
     }
     void chooseSystem(int number, const QString& server, const QString& database, const QString& table = {}) {
         choose(QStringLiteral("cbServer%1").arg(number), server);
@@ -316,6 +317,10 @@ void TestCompareSelect::serverThatDoesNotAnswer() {
     QCOMPARE(selection.focus(), QStringLiteral("cbServer1"));
     QCOMPARE(selection.list(QStringLiteral("cbDatabase1")).count(), 0);
     QCOMPARE(selection.list(QStringLiteral("cbTable1")).count(), 0);
+
+    // It may answer now; the same entry is chosen again.
+    selection.choose(QStringLiteral("cbServer1"), QStringLiteral("127.0.0.1,1"));
+    QVERIFY(answers.takeBox().text.contains(QStringLiteral("FillCbDB")));
 }
 
 void TestCompareSelect::documentThatGoes_data() {

@@ -89,7 +89,8 @@ class TestConnectionPool : public QObject {
     void keepsApart_data();
     void keepsApart();
     void limitOfRowsIsLifted();
-    void givesBackTimeOuts();
+    void lendsWhatIsIdle();
+    void waitsOnlyOnce();
     void dropsFailed_data();
     void dropsFailed();
     void replacesCutLine();
@@ -180,6 +181,8 @@ void TestConnectionPool::keepsApart_data() {
     QTest::newRow("the same") << "sa" << Listing << 0;
     QTest::newRow("another database") << "sa"
                                       << "Workshop" << 1;
+    QTest::newRow("another spelling") << "sa"
+                                      << "LISTING" << 1;
     QTest::newRow("another user") << "clerk" << Listing << 1;
 }
 
@@ -216,21 +219,44 @@ void TestConnectionPool::limitOfRowsIsLifted() {
     QCOMPARE(logins() - before, 1);
 }
 
-void TestConnectionPool::givesBackTimeOuts() {
+void TestConnectionPool::lendsWhatIsIdle() {
     const QString text = connection().getConnectionString();
     {
         ado::Connection own;
         own.Open(text);
         m_pool->keep(text, own);
         QVERIFY2(!m_pool->take(text), "It is in use.");
-        own.setCommandTimeout(1);
-        own.setConnectionTimeout(2);
     }
     const std::optional<ado::Connection> taken = m_pool->take(text);
     QVERIFY(taken && taken->isOpen());
-    QCOMPARE(taken->CommandTimeout(), ado::Connection().CommandTimeout());
-    QCOMPARE(taken->ConnectionTimeout(), ado::Connection().ConnectionTimeout());
     QVERIFY2(!m_pool->take(text), "It is in use again.");
+    for (size_t i = 0; i < ConnectionPool::MostKept; ++i) {
+        ado::Connection further;
+        further.Open(text);
+        m_pool->keep(text, further);
+    }
+    QCOMPARE(m_pool->count(), ConnectionPool::MostKept);
+}
+
+/// A server that is slow is not asked again at once.
+void TestConnectionPool::waitsOnlyOnce() {
+    const QString text = connection().getConnectionString();
+    {
+        ado::Connection hasty;
+        hasty.setCommandTimeout(1);
+        hasty.Open(text);
+        m_pool->keep(text, hasty);
+    }
+    const int before = logins();
+    tw::CatalogReading reading(m_pool.get(), text, QStringLiteral("waitfor delay '0:0:5'"));
+    reading.open();
+    try {
+        reading.rows();
+        QFAIL("There is no time-out.");
+    } catch (const ado::Error& error) {
+        QCOMPARE(error.number(), ado::numbers::TimeOut);
+    }
+    QCOMPARE(logins(), before);
 }
 
 void TestConnectionPool::dropsFailed_data() {
@@ -330,7 +356,8 @@ void TestConnectionPool::followerEndsReading_data() {
     QTest::addColumn<int>("statements");
     QTest::newRow("after the columns") << 0 << 1;
     QTest::newRow("after the primary key") << 1 << 2;
-    QTest::newRow("not at all") << 2 << 3;
+    QTest::newRow("after the foreign keys") << 2 << 3;
+    QTest::newRow("not at all") << 3 << 3;
 }
 
 void TestConnectionPool::followerEndsReading() {
@@ -342,7 +369,7 @@ void TestConnectionPool::followerEndsReading() {
     relay.reset();
     int asked = 0;
     pooled.setFollower([&] { return ++asked <= goesOnFor; });
-    QCOMPARE(definition(pooled), goesOnFor < 2 ? QStringList() : whole);
+    QCOMPARE(definition(pooled), goesOnFor < 3 ? QStringList() : whole);
     QTEST(int(relay.batches().size()), "statements");
     pooled.setFollower(nullptr);
     QCOMPARE(definition(pooled), whole);

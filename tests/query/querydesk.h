@@ -5,8 +5,8 @@
 #include "platform/desktop/settingsstore.h"
 #include "query/frmquery.h"
 #include "shell/appstate.h"
+#include "support/picking.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -42,16 +42,7 @@ struct QueryDesk {
     QComboBox& list(const char* name) const { return find<QComboBox>(name); }
     QLineEdit& number(const char* name) const { return find<QLineEdit>(name); }
 
-    /// Picks an entry as a user does, in the open list; false when it is not offered.
-    bool pick(const char* name, const QString& entry) const {
-        QComboBox& box = list(name);
-        const int row = box.findText(entry);
-        if (row < 0) return false;
-        box.showPopup();
-        box.view()->setCurrentIndex(box.model()->index(row, 0));
-        QTest::keyClick(box.view(), Qt::Key_Return);
-        return box.currentIndex() == row;
-    }
+    bool pick(const char* name, const QString& entry) const { return testsupport::pick(list(name), entry); }
     QStringList entries(const char* name) const {
         QStringList texts;
         for (int i = 0; i < list(name).count(); ++i)
@@ -65,7 +56,9 @@ struct QueryDesk {
     int page() const { return find<QTabWidget>("tsQuery").currentIndex(); }
     QString countLine() const { return find<QLabel>("lblRecCount").text(); }
     QAbstractItemModel& result() const { return *find<desktop::DataGrid>("dgrResult").model(); }
-    QString cell(int row, int column) const { return result().index(row, column).data().toString(); }
+    QString cell(int row, int column) const {
+        return result().index(row, column).data(Qt::EditRole).toString();
+    }
 
     QTemporaryDir folder;
     desktop::SettingsStore settings{folder.filePath(QStringLiteral("settings"))};

@@ -16,7 +16,6 @@ class TestQueryRunning : public QObject {
     void failures_data();
     void failures();
     void timeOut();
-    void sessionsAreNotShared();
     void enterExecutes_data();
     void enterExecutes();
     void goesWhileAMessageIsOpen_data();
@@ -138,12 +137,8 @@ void TestQueryRunning::runs_data() {
     row("two tables", "SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
         "[Number].[N] = [Other].[N]", "50", "1|a 2|b");
     row("limit 0", "SELECT N", "FROM Number", "", "0", "1 2 3 4 5");
-    row("smaller limit", "SELECT N", "FROM Number", "", "4", "1 2 3 4");
-    row("equal limit", "SELECT N", "FROM Number", "", "5", "1 2 3 4 5");
-    row("larger limit", "SELECT N", "FROM Number", "", "6", "1 2 3 4 5");
     row("limit and order", "SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4");
     row("several results", "SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1");
-    row("empty result", "SELECT N", "FROM Number", "N = 6", "50", "");
     row("names with brackets", "SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2");
 }
 
@@ -160,10 +155,13 @@ void TestQueryRunning::runs() {
     QTEST(rowsOf(desk).join(u' '), "rows");
     QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: %1").arg(rowsOf(desk).size()));
     QCOMPARE(desk.page(), 1);
-    QCOMPARE(desk.window->cursor().shape(), Qt::ArrowCursor);
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     desk.press("cmdBack");
     QCOMPARE(desk.page(), 0);
     QCOMPARE(desk.text("txtColumns"), columns);
+    // Enter goes on, and does not press the button that happens to be next.
+    QTest::keyClick(desk.window->focusWidget(), Qt::Key_Enter);
+    QCOMPARE(desk.page(), 1);
 }
 
 void TestQueryRunning::longStatementsAndTexts() {
@@ -206,16 +204,21 @@ void TestQueryRunning::failures() {
     const QueryDesk desk(m_server.serverText());
     compose(desk, AllOf, QStringLiteral("FROM Other"));
     desk.press("cmdExecute");
-    desk.press("cmdBack");
     compose(desk, columns, tables);
-    answers.whileOpen([&](const auto&) { QCOMPARE(desk.window->cursor().shape(), Qt::WaitCursor); });
+    answers.whileOpen([&](const auto&) { QVERIFY(QGuiApplication::overrideCursor() != nullptr); });
     desk.press("cmdExecute");
     const QString text = answers.takeBox().text;
     QVERIFY2(text.contains(words), qUtf8Printable(text));
     QCOMPARE(rowsOf(desk).join(u' '), QStringLiteral("1|a 2|b"));
     QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: 2"));
+    QCOMPARE(desk.page(), 1);
+    // What is missing is asked for where it can be entered.
+    desk.write("txtTables", QString());
+    answers.whileOpen({});
+    desk.press("cmdExecute");
+    answers.takeBox();
     QCOMPARE(desk.page(), 0);
-    QCOMPARE(desk.window->cursor().shape(), Qt::ArrowCursor);
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
 }
 
 void TestQueryRunning::timeOut() {
@@ -234,17 +237,6 @@ void TestQueryRunning::timeOut() {
     desk.number("txtTimeout").setText(QStringLiteral("0"));
     desk.press("cmdExecute");
     QCOMPARE(rowsOf(desk).join(u' '), QStringLiteral("a b"));
-}
-
-void TestQueryRunning::sessionsAreNotShared() {
-    const testsupport::Answers noBoxes;
-    const QueryDesk desk(m_server.serverText());
-    compose(desk, AllOf, QStringLiteral("FROM Number set rowcount 1 use master"));
-    desk.press("cmdExecute");
-    QCOMPARE(rowsOf(desk).size(), 5);
-    compose(desk, QStringLiteral("SELECT db_name()"), Numbers);
-    desk.press("cmdExecute");
-    QCOMPARE(rowsOf(desk), QStringList(5, Querying));
 }
 
 void TestQueryRunning::enterExecutes_data() {
@@ -282,7 +274,6 @@ void TestQueryRunning::goesWhileAMessageIsOpen_data() {
     QTest::addColumn<QString>("columns");
     QTest::addColumn<QString>("tables");
     QTest::newRow("refusal with focus") << AllOf << QString();
-    QTest::newRow("refusal") << QStringLiteral("delete") << Numbers;
     QTest::newRow("failed statement") << QStringLiteral("SELECTX") << Numbers;
 }
 

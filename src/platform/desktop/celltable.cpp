@@ -1,5 +1,6 @@
 #include "platform/desktop/celltable.h"
 
+#include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
 
 #include <QClipboard>
@@ -73,9 +74,8 @@ void CellTable::appendCell(QString& line, const QString& cell) {
 
 void CellTable::copySelection() {
     if (!selectionModel() || !selectionModel()->hasSelection()) return;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const Hourglass pointer;
     const QString text = selectedText();
-    QGuiApplication::restoreOverrideCursor();
     if (!text.isEmpty())
         QGuiApplication::clipboard()->setText(text);
     else

@@ -1,22 +1,18 @@
 #pragma once
 
-#include <QPointer>
-#include <QWidget>
+#include <QCursor>
+#include <QGuiApplication>
 
 namespace desktop {
 
-/// The hourglass over a window for the length of a scope; the window may go meanwhile.
+/// The hourglass over the whole program for the length of a scope: also over controls that have a pointer of
+/// their own. Message boxes show their own.
 class Hourglass {
   public:
-    explicit Hourglass(QWidget& window) : m_window(&window) { window.setCursor(Qt::WaitCursor); }
-    ~Hourglass() {
-        if (m_window != nullptr) m_window->unsetCursor();
-    }
+    Hourglass() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Hourglass() { QGuiApplication::restoreOverrideCursor(); }
     Hourglass(const Hourglass&) = delete;
     Hourglass& operator=(const Hourglass&) = delete;
-
-  private:
-    QPointer<QWidget> m_window;
 };
 
 }  // namespace desktop

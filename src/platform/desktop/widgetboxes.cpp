@@ -56,7 +56,9 @@ MsgBoxResult showMessageBox(const MsgBoxRequest& request) {
     const bool cancelFirst = request.defaultButton == MsgBoxResult::Cancel;
     box->setDefaultButton(cancelFirst ? QMessageBox::Cancel : QMessageBox::Ok);
 
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);  // whoever asks may show the hourglass
     const int pressed = box->exec();
+    QGuiApplication::restoreOverrideCursor();
     delete box;
     const bool cancelled = request.buttons == MsgBoxButtons::OkCancel && pressed != QMessageBox::Ok;
     return cancelled ? MsgBoxResult::Cancel : MsgBoxResult::Ok;

@@ -2,7 +2,7 @@
 
 #include <QComboBox>
 
-namespace tw {
+namespace desktop {
 
 /// A list to pick from. What is picked acts at once, so it is picked in the open list only: the wheel does
 /// nothing, and keys that would move on in the closed list open it.
@@ -17,4 +17,4 @@ class PickBox : public QComboBox {
     void keyPressEvent(QKeyEvent* event) override;
 };
 
-}  // namespace tw
+}  // namespace desktop

@@ -1,10 +1,10 @@
-#include "query/pickbox.h"
+#include "platform/desktop/pickbox.h"
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-namespace tw {
+namespace desktop {
 
 void PickBox::wheelEvent(QWheelEvent* event) {
     event->ignore();
@@ -30,4 +30,4 @@ void PickBox::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-}  // namespace tw
+}  // namespace desktop
