@@ -4,6 +4,7 @@
 #include "platform/controls/listitems.h"
 
 #include <utility>
+#include <vector>
 
 namespace tw {
 
@@ -21,59 +22,74 @@ void addHeaders(controls::ListItems& list) {
     }
 }
 
-QString valueOf(const ado::Field& field) {
-    return field.isNull() ? QString() : field.text().toString();
-}
-
 /// One of the three statements, walked beside the others.
 class Walk {
   public:
-    explicit Walk(CatalogReading& reading) : m_rows(std::move(reading.rows())) {}
+    explicit Walk(CatalogReading& reading) : m_rows(std::move(reading.rows())) {
+        for (int i = 0; i < m_rows.FieldCount(); ++i)
+            m_fields.push_back(&m_rows.Fields(i));
+    }
 
     bool atEnd() const { return m_rows.Eof(); }
-
-    /// The texts of the current row, left to right; moves on. Empty texts behind the last row.
-    QStringList next() {
-        QStringList texts;
-        if (atEnd()) return texts;
-        for (int i = 0; i < m_rows.FieldCount(); ++i)
-            texts.append(valueOf(m_rows.Fields(i)));
-        m_rows.MoveNext();
-        return texts;
+    int count() const { return static_cast<int>(m_fields.size()); }
+    /// Of the current row; empty for a null. The view holds until the walk moves on.
+    QStringView text(int index) const {
+        const ado::Field& field = *m_fields[static_cast<size_t>(index)];
+        return field.isNull() ? QStringView() : field.text();
     }
+    void moveOn() { m_rows.MoveNext(); }
 
   private:
     ado::Recordset m_rows;
+    std::vector<const ado::Field*> m_fields;
 };
 
 /// Leaves out the table and the name of an index that the row before told already.
 class IndexGroups {
   public:
-    QStringList shown(QStringList texts) {
-        for (qsizetype i = 0; i < texts.size() - 1; ++i) {
-            if (const QString last = std::exchange(m_last[i], texts[i]); last == texts[i]) texts[i].clear();
-        }
-        return texts;
+    QStringView shown(int index, QStringView text) {
+        if (index >= Told) return text;
+        QString& last = m_last[index];
+        if (last == text) return {};
+        last = text.toString();
+        return text;
     }
 
   private:
-    QString m_last[2];
+    static constexpr int Told = 2;
+    QString m_last[Told];
 };
 
-void setTexts(controls::ListItems& list, int item, int first, const QStringList& texts) {
-    for (qsizetype i = 0; i < texts.size(); ++i) {
-        if (!texts[i].isEmpty()) list.setSubItem(item, first + static_cast<int>(i), texts[i]);
+/// Sets the texts from `first` on of the walk's row as sub-items, the row's first text at `column`.
+void setTexts(controls::ListItems& list, int item, int column, const Walk& walk, int first) {
+    for (int i = first; i < walk.count(); ++i) {
+        if (const QStringView text = walk.text(i); !text.isEmpty()) list.setSubItem(item, column + i, text);
+    }
+}
+
+void setIndexTexts(controls::ListItems& list, int item, const Walk& indexes, IndexGroups& groups) {
+    for (int i = 0; i < indexes.count(); ++i) {
+        const QStringView text = groups.shown(i, indexes.text(i));
+        if (!text.isEmpty()) list.setSubItem(item, IndexesAt + i, text);
     }
 }
 
 void addRows(controls::ListItems& list, Walk& checks, Walk& indexes, Walk& foreignKeys) {
     IndexGroups groups;
     while (!checks.atEnd() || !indexes.atEnd() || !foreignKeys.atEnd()) {
-        const QStringList check = checks.next();
-        const int item = list.addItem(check.value(0));
-        setTexts(list, item, ChecksAt + 1, check.mid(1));
-        setTexts(list, item, IndexesAt, groups.shown(indexes.next()));
-        setTexts(list, item, ForeignKeysAt, foreignKeys.next());
+        const int item = list.addItem(checks.atEnd() ? QStringView() : checks.text(0));
+        if (!checks.atEnd()) {
+            setTexts(list, item, ChecksAt, checks, 1);
+            checks.moveOn();
+        }
+        if (!indexes.atEnd()) {
+            setIndexTexts(list, item, indexes, groups);
+            indexes.moveOn();
+        }
+        if (!foreignKeys.atEnd()) {
+            setTexts(list, item, ForeignKeysAt, foreignKeys, 0);
+            foreignKeys.moveOn();
+        }
     }
 }
 
