@@ -7,7 +7,6 @@
 #include "platform/ado/wirerows.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace ado {
 
@@ -22,14 +21,6 @@ namespace {
         platform::errors::NoCurrentRecord,
         "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
         "current record.");
-}
-
-std::vector<Column> wantedColumns(std::vector<Column> columns, const QStringList& names) {
-    std::vector<Column> wanted;
-    std::ranges::copy_if(columns, std::back_inserter(wanted), [&](const Column& column) {
-        return names.contains(column.name, Qt::CaseInsensitive);
-    });
-    return wanted.empty() ? columns : wanted;
 }
 
 class CellField final : public Field {
@@ -95,8 +86,7 @@ void RecordsetImpl::open(std::shared_ptr<detail::Session> session, const QString
     moved = false;
     if (!result.columns) return;
     try {
-        const std::vector<Column> columns =
-            wantedColumns(describeColumns(result.statement, result.columns), wanted);
+        const std::vector<Column> columns = describeColumns(result.statement, result.columns, wanted);
         m_row.resize(columns.size());
         fields.reserve(columns.size());
         for (size_t i = 0; i < columns.size(); ++i)

@@ -89,12 +89,21 @@ Column describeColumn(const odbc::StatementHandle& statement, SQLUSMALLINT index
 
 }  // namespace
 
-std::vector<Column> describeColumns(const odbc::StatementHandle& statement, int count) {
+std::vector<Column> describeColumns(const odbc::StatementHandle& statement, int count,
+                                    const QStringList& names) {
     std::vector<Column> columns;
-    columns.reserve(static_cast<size_t>(count));
-    for (int index = 1; index <= count; ++index)
+    std::vector<Column> named;
+    QStringList left = names;
+    for (int index = 1; index <= count && (names.isEmpty() || !left.isEmpty()); ++index) {
         columns.push_back(describeColumn(statement, static_cast<SQLUSMALLINT>(index)));
-    return columns;
+        const auto found = std::ranges::find_if(left, [&](const QString& name) {
+            return name.compare(columns.back().name, Qt::CaseInsensitive) == 0;
+        });
+        if (found == left.end()) continue;
+        left.erase(found);
+        named.push_back(columns.back());
+    }
+    return named.empty() ? columns : named;
 }
 
 std::unique_ptr<RowSource> makeWireRows(odbc::StatementHandle statement, const std::vector<Column>& columns,

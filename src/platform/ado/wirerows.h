@@ -3,12 +3,17 @@
 #include "platform/ado/odbc.h"
 #include "platform/ado/rowsource.h"
 
+#include <QStringList>
+
 #include <memory>
 
 namespace ado {
 
-/// The columns of a statement's current result.
-std::vector<Column> describeColumns(const odbc::StatementHandle& statement, int count);
+/// The `count` columns of a statement's current result. Given names, in any case of letters: those with one
+/// of them, the first of each, and the driver is asked for no column behind the last of them; all columns
+/// when there are none of these names.
+std::vector<Column> describeColumns(const odbc::StatementHandle& statement, int count,
+                                    const QStringList& names = {});
 
 /// The rows of a statement's current result, as they come from the server: in blocks where every column is
 /// bounded in size, else a row at a time with each value in pieces. Behind the last row the statement's
