@@ -42,8 +42,9 @@ ado::Connection& DBConnection::getConnection() {
 }
 
 QString DBConnection::Capitialize(const QString& text) {
-    if (text.size() < 2) return text.toUpper();
-    return text.left(1).toUpper() + text.mid(1);
+    QString result = text;
+    if (!result.isEmpty()) result[0] = result[0].toUpper();
+    return result;
 }
 
 bool DBConnection::InCollection(const controls::KeyedTexts& collection, const QString& key) {
