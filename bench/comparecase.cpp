@@ -38,7 +38,7 @@ qint64 readSchemasBare(const QString& connectionString) {
 Result measureComparison(const Request& request, const std::function<qint64(const QString&)>& readAll) {
     const qint64 tables = request.measures[0];
     const qint64 columns = request.measures[1];
-    Compared compared;
+    std::unique_ptr<Compared> compared;
     qint64 seen = 0;
     Result result = runWireCase(
         request,
@@ -47,8 +47,8 @@ Result measureComparison(const Request& request, const std::function<qint64(cons
          .yardstick = [&](const QString& connectionString) { seen = readAll(connectionString); },
          .isComplete =
              [&](Memory& memory) {
-                 memory.texts = static_cast<double>(compared.units) * sizeof(char16_t);
-                 return compared.rows >= 2 * tables * (1 + columns) && compared.unmatched == 0 &&
+                 memory.texts = static_cast<double>(compared->units()) * sizeof(char16_t);
+                 return compared->rows() >= 2 * tables * (1 + columns) && compared->unmatched == 0 &&
                         seen == 2 * tables * columns;
              },
          .leastRoundTrips = 2 * roundTripsOf(1, 4 + 3 * tables)});

@@ -4,7 +4,6 @@
 #include "dbaccess/connectionpool.h"
 #include "dbaccess/dbconnection.h"
 #include "listtexts.h"
-#include "platform/controls/listitems.h"
 #include "platform/desktop/doevents.h"
 
 namespace bench {
@@ -26,16 +25,19 @@ class NoProgress : public tw::ComparisonProgress {
 
 }  // namespace
 
-Compared compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2) {
+qint64 Compared::units() const {
+    return unitsOf(results1, results1.headerCount()) + unitsOf(results2, results2.headerCount());
+}
+
+std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2) {
     const tw::ComparedKinds allKinds{true, true, true};
-    controls::ListItems results1;
-    controls::ListItems results2;
+    auto compared = std::make_unique<Compared>();
     NoProgress progress;
-    tw::Comparison({system1, results1, {}}, {system2, results2, {}}, allKinds, progress, desktop::DoEvents,
-                   [] { return false; })
+    tw::Comparison({system1, compared->results1, {}}, {system2, compared->results2, {}}, allKinds, progress,
+                   desktop::DoEvents, [] { return false; })
         .run();
-    return {results1.count() + results2.count(), progress.unmatched,
-            unitsOf(results1, results1.headerCount()) + unitsOf(results2, results2.headerCount())};
+    compared->unmatched = progress.unmatched;
+    return compared;
 }
 
 QStringList comparedDatabases() {
@@ -47,7 +49,7 @@ QStringList comparedDatabasesOptions(qint64 tables, qint64 columns) {
     return one + one;
 }
 
-Compared compareDatabases(const QString& connectionString) {
+std::unique_ptr<Compared> compareDatabases(const QString& connectionString) {
     const auto pool = std::make_shared<tw::ConnectionPool>();
     tw::DBConnection system1(pool);
     tw::DBConnection system2(pool);

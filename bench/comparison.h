@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/controls/listitems.h"
+
 #include <QStringList>
+
+#include <memory>
 
 namespace tw {
 class SchemaReader;
@@ -10,18 +14,22 @@ namespace bench {
 
 /// What a comparison of everything came to.
 struct Compared {
-    int rows = 0;       ///< of both result lists
-    int unmatched = 0;  ///< of them, without a counterpart
-    qint64 units = 0;   ///< UTF-16 units of their texts
+    controls::ListItems results1{};
+    controls::ListItems results2{};
+    int unmatched = 0;  ///< rows without a counterpart
+
+    int rows() const { return results1.count() + results2.count(); }
+    /// UTF-16 units of all texts.
+    qint64 units() const;
 };
 
 /// Compares two systems with all kinds of objects, showing nobody how it goes.
-Compared compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2);
+std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2);
 
 /// The two databases that are compared, and the sample server's options that make them.
 QStringList comparedDatabases();
 QStringList comparedDatabasesOptions(qint64 tables, qint64 columns);
 /// Compares them on one server by our own means.
-Compared compareDatabases(const QString& connectionString);
+std::unique_ptr<Compared> compareDatabases(const QString& connectionString);
 
 }  // namespace bench

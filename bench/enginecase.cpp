@@ -3,7 +3,6 @@
 #include "comparison.h"
 #include "dbaccess/schemareader.h"
 #include "figures.h"
-#include "platform/controls/listitems.h"
 
 namespace bench {
 
@@ -51,14 +50,14 @@ Result runEngineCase(const Request& request) {
     const qint64 rows = request.measures[0];
     ReadySystem system1(rows, 1);
     ReadySystem system2(rows, 2);
-    Compared compared;
+    std::unique_ptr<Compared> compared;
     const PeakOfMemory peak;
     const double seconds = secondsOf([&] { compared = compareSystems(system1, system2); });
     Result result;
     result.scale = QStringLiteral("%1 rows a side of each kind").arg(rows);
     // A tenth of four kinds on both sides has no counterpart.
-    result.complete = compared.unmatched == 2 * 4 * ((rows + 9) / 10);
-    result.memory = Memory{peak.bytes(), 0, static_cast<double>(compared.units) * sizeof(char16_t)};
+    result.complete = compared->unmatched == 2 * 4 * ((rows + 9) / 10);
+    result.memory = Memory{peak.bytes(), 0, static_cast<double>(compared->units()) * sizeof(char16_t)};
     const double reading = system1.secondsReading + system2.secondsReading;
     result.figures = {
         {QStringLiteral("comparing, lists ready"), (seconds - reading) * 1000, QStringLiteral("ms")}};
