@@ -70,7 +70,7 @@ std::vector<Case> otherCases() {
              {{{100, 15}}, {{1000, 15}}, {{4000, 15}}},
              {{{10, 5}}, {{30, 5}}}},
             {QStringLiteral("engine"), QString(), runEngineCase, {{{100'000}}}, {{{1000}}}},
-            {QStringLiteral("liveness"), QString(), runLivenessCase, {{{1000}}, {{50}, 30}}, {{{10}}}},
+            {QStringLiteral("liveness"), QString(), runLivenessCase, {{{1000}}, {{50}, 30}}, {{{400}}}},
             {QStringLiteral("query"),
              BareLoop,
              runQueryCase,
