@@ -30,11 +30,12 @@ bool opened(ado::Connection& connection) {
 }
 
 void addTables(Nodes& tree, Node& database, const ado::Connection& connection) {
+    Nodes::Batch tables(tree, database);
     catalog::forEachText(connection, catalog::tableList(), QStringLiteral("Name"), [&](QStringView name) {
         if (catalog::isHiddenTable(name)) return;
         // Names that run together to a key that is taken ("a" + "bc", "ab" + "c") leave their node out.
         const QString text = name.toString();
-        skipFailing([&] { tree.add(&database, database.text + text, text, Table, Table); });
+        skipFailing([&] { tables.add(database.text + text, text, Table, Table); });
     });
 }
 

@@ -7,18 +7,38 @@ namespace controls {
 Nodes::Nodes(QObject* parent) : QAbstractItemModel(parent) {}
 
 Node& Nodes::add(Node* parent, const QString& key, const QString& text, int image, int selectedImage) {
-    if (m_byKey.contains(key)) {
+    std::vector<Node*>& siblings = parent ? parent->children : m_roots;
+    const int row = static_cast<int>(siblings.size());
+    Node& node = make(parent, key, text, image, selectedImage, row);
+    beginInsertRows(parent ? indexOf(*parent) : QModelIndex(), row, row);
+    siblings.push_back(&node);
+    endInsertRows();
+    return node;
+}
+
+Node& Nodes::make(Node* parent, const QString& key, const QString& text, int image, int selectedImage,
+                  int row) {
+    Node& node = m_nodes.emplace_back(Node{key, text, image, selectedImage, parent, row, {}});
+    Node*& place = m_byKey[node.key];
+    if (place != nullptr) {
+        m_nodes.pop_back();
         throw platform::RuntimeError(platform::errors::DuplicateNodeKey,
                                      QStringLiteral("Key is not unique in collection"));
     }
-    std::vector<Node*>& siblings = parent ? parent->children : m_roots;
-    const int row = static_cast<int>(siblings.size());
-    beginInsertRows(parent ? indexOf(*parent) : QModelIndex(), row, row);
-    Node& node = m_nodes.emplace_back(Node{key, text, image, selectedImage, parent, row, {}});
-    siblings.push_back(&node);
-    m_byKey.insert(node.key, &node);
-    endInsertRows();
+    place = &node;
     return node;
+}
+
+void Nodes::Batch::add(const QString& key, const QString& text, int image, int selectedImage) {
+    const auto row = static_cast<int>(m_parent.children.size() + m_nodes.size());
+    m_nodes.push_back(&m_tree.make(&m_parent, key, text, image, selectedImage, row));
+}
+
+Nodes::Batch::~Batch() {
+    if (m_nodes.empty()) return;
+    m_tree.beginInsertRows(m_tree.indexOf(m_parent), m_nodes.front()->row, m_nodes.back()->row);
+    m_parent.children.insert(m_parent.children.end(), m_nodes.begin(), m_nodes.end());
+    m_tree.endInsertRows();
 }
 
 Node* Nodes::find(const QString& key) const {

@@ -33,6 +33,25 @@ class Nodes : public QAbstractItemModel {
     /// Adds a node below `parent` (null: a root), behind its siblings.
     /// Throws RuntimeError 35602 when the key is taken; the tree is then as before.
     Node& add(Node* parent, const QString& key, const QString& text, int image, int selectedImage);
+
+    /// Adds many nodes below one parent; they take their places, and views are told, when it ends. The tree
+    /// may not be changed in between by other means.
+    class Batch {
+      public:
+        Batch(Nodes& tree, Node& parent) : m_tree(tree), m_parent(parent) {}
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+        /// As Nodes::add().
+        void add(const QString& key, const QString& text, int image, int selectedImage);
+
+      private:
+        Nodes& m_tree;
+        Node& m_parent;
+        std::vector<Node*> m_nodes;
+    };
+
     /// The node of a key, or null.
     Node* find(const QString& key) const;
     int count() const;
@@ -54,6 +73,8 @@ class Nodes : public QAbstractItemModel {
     void visibleWanted(const QModelIndex& index);
 
   private:
+    /// A node that is not among its siblings yet.
+    Node& make(Node* parent, const QString& key, const QString& text, int image, int selectedImage, int row);
     const std::vector<Node*>& childrenOf(const Node* parent) const;
 
     std::deque<Node> m_nodes;

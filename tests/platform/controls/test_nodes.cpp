@@ -13,6 +13,7 @@ class NodesTest : public QObject {
   private Q_SLOTS:
     void keepsTheTree();
     void refusesTakenKeys();
+    void addsBatches();
     void clears();
 };
 
@@ -51,6 +52,32 @@ void NodesTest::refusesTakenKeys() {
     QCOMPARE(nodes.count(), 3);
     QCOMPARE(root.children.size(), size_t(2));
     QCOMPARE(nodes.find(QStringLiteral("key")), &root);
+}
+
+void NodesTest::addsBatches() {
+    Nodes nodes;
+    QAbstractItemModelTester tester(&nodes, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    Node& root = nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 1, 1);
+    nodes.add(&root, QStringLiteral("0"), QStringLiteral("zero"), 1, 1);
+    int announced = 0;
+    connect(&nodes, &Nodes::rowsInserted, this, [&] { ++announced; });
+    {
+        Nodes::Batch batch(nodes, root);
+        batch.add(QStringLiteral("1"), QStringLiteral("one"), 1, 1);
+        try {
+            batch.add(QStringLiteral("0"), QStringLiteral("taken"), 1, 1);
+            QFAIL("the key was taken");
+        } catch (const platform::RuntimeError& error) {
+            QCOMPARE(error.number(), 35602);
+        }
+        batch.add(QStringLiteral("2"), QStringLiteral("two"), 1, 1);
+        QCOMPARE(nodes.rowCount(nodes.indexOf(root)), 1);
+    }
+    QCOMPARE(announced, 1);
+    QCOMPARE(nodes.rowCount(nodes.indexOf(root)), 3);
+    QCOMPARE(nodes.indexOf(*nodes.find(QStringLiteral("2"))).row(), 2);
+    { const Nodes::Batch nothing(nodes, root); }
+    QCOMPARE(announced, 1);
 }
 
 void NodesTest::clears() {
