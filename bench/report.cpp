@@ -55,10 +55,12 @@ Table figureTable(const std::vector<Result>& results) {
                             QStringLiteral("number"), QStringLiteral("unit")},
                 .textColumns = 3};
     for (const Result& result : results) {
+        const QString scale =
+            result.delay > 0 ? result.scale + QStringLiteral(", %1 ms away").arg(result.delay) : result.scale;
         if (result.ours.empty() && !result.complete)
-            table.rows += {result.name, result.scale, QStringLiteral("NOT COMPLETE"), QString(), QString()};
+            table.rows += {result.name, scale, QStringLiteral("NOT COMPLETE"), QString(), QString()};
         for (const Figure& figure : result.figures)
-            table.rows += {result.name, result.scale, figure.name, number(figure.number, 1), figure.unit};
+            table.rows += {result.name, scale, figure.name, number(figure.number, 1), figure.unit};
     }
     return table;
 }
