@@ -29,12 +29,12 @@ qint64 Compared::units() const {
     return unitsOf(results1, results1.headerCount()) + unitsOf(results2, results2.headerCount());
 }
 
-std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2) {
-    const tw::ComparedKinds allKinds{true, true, true};
+std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2,
+                                         bool allKinds) {
     auto compared = std::make_unique<Compared>();
     NoProgress progress;
-    tw::Comparison({system1, compared->results1, {}}, {system2, compared->results2, {}}, allKinds, progress,
-                   desktop::DoEvents, [] { return false; })
+    tw::Comparison({system1, compared->results1, {}}, {system2, compared->results2, {}},
+                   {allKinds, allKinds, allKinds}, progress, desktop::DoEvents, [] { return false; })
         .run();
     compared->unmatched = progress.unmatched;
     return compared;

@@ -23,8 +23,10 @@ struct Compared {
     qint64 units() const;
 };
 
-/// Compares two systems with all kinds of objects, showing nobody how it goes.
-std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2);
+/// Compares two systems, showing nobody how it goes: tables and their columns, and all other kinds of objects
+/// if they are wanted.
+std::unique_ptr<Compared> compareSystems(tw::SchemaReader& system1, tw::SchemaReader& system2,
+                                         bool allKinds = true);
 
 /// The two databases that are compared, and the sample server's options that make them.
 QStringList comparedDatabases();

@@ -184,12 +184,12 @@ WholeRun compareToTheEnd(Desk& desk) {
     return whole;
 }
 
-/// Milliseconds from each click to the end of the comparison, of those that did not come too late; `good`
+/// Milliseconds from each click to the end of the comparison, of so many that did not come too late; `good`
 /// becomes false when a comparison did not stop with rows to show.
 std::vector<double> cancelAtRandom(Desk& desk, const WholeRun& whole, int cancels, bool* good) {
     QRandomGenerator random(20);
     std::vector<double> delays;
-    for (int i = 0; i < cancels; ++i) {
+    for (int attempt = 0; attempt < 2 * cancels && static_cast<int>(delays.size()) < cancels; ++attempt) {
         const User user((0.05 + 0.9 * random.generateDouble()) * whole.milliseconds);
         desk.compare([&](Clock::time_point end, const QString& text, int rows) {
             if (text == QStringLiteral("Comparing databases finished.")) return;

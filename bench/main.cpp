@@ -119,11 +119,12 @@ int runCases(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     if (argc != 3 || qstrcmp(argv[1], "--measure") != 0) return runCases(argc, argv);
+    const QString asked = QString::fromLocal8Bit(argv[2]);
     // What shows lists shows them on no screen, so that the screen is not what is measured.
     char platformOption[] = "-platform";
     char platform[] = "offscreen";
     char* arguments[] = {argv[0], platformOption, platform, nullptr};
-    int count = 3;
+    int count = measuresOnScreen(asked) ? 1 : 3;
     const QApplication application(count, arguments);
-    return runMeasuringProcess(QString::fromLocal8Bit(argv[2]));
+    return runMeasuringProcess(asked);
 }

@@ -46,6 +46,10 @@ std::optional<Result> measureApart(const Request& request) {
     return resultFromJson(line.object());
 }
 
+bool measuresOnScreen(const QString& argument) {
+    return caseNamed(requestFrom(argument).name).onScreen;
+}
+
 int runMeasuringProcess(const QString& argument) {
     const Result result = measure(requestFrom(argument));
     QTextStream(stdout) << QJsonDocument(toJson(result)).toJson(QJsonDocument::Compact) << '\n';
