@@ -1,11 +1,37 @@
 #include "dbaccess/catalog.h"
 
+#include "platform/ado/connectionstring.h"
+#include "platform/ado/error.h"
 #include "shell/reporterror.h"
 
 #include <algorithm>
 #include <array>
 
 namespace tw::catalog {
+
+namespace {
+
+/// A name that stands before `end` in a statement. One that holds that sign itself could go on as a statement
+/// of its own, so it is never sent.
+const QString& endedBy(QChar end, const QString& name) {
+    if (!name.contains(end)) return name;
+    throw ado::Error(
+        ado::numbers::StatementError,
+        QStringLiteral("Syntax error: the name \"%1\" holds the character %2, which would end it in "
+                       "the statement. It has not been sent.")
+            .arg(name, end),
+        {}, 0);
+}
+
+const QString& inQuotes(const QString& name) {
+    return endedBy(u'\'', name);
+}
+
+const QString& inBrackets(const QString& name) {
+    return endedBy(u']', name);
+}
+
+}  // namespace
 
 QString databaseList() {
     return QStringLiteral(
@@ -23,7 +49,7 @@ QString tableList() {
 }
 
 QString columnList(const QString& table) {
-    return QStringLiteral("sp_columns '") + table + QStringLiteral("'");
+    return QStringLiteral("sp_columns '") + inQuotes(table) + QStringLiteral("'");
 }
 
 QString primaryKeyColumns(const QString& table) {
@@ -32,21 +58,21 @@ QString primaryKeyColumns(const QString& table) {
                "FROM syscolumns "
                "INNER JOIN sysobjects "
                "ON sysobjects.id = OBJECT_ID('") +
-           table +
+           inQuotes(table) +
            QStringLiteral(
                "') "
                "INNER JOIN sysindexes "
                "ON sysobjects.id = sysindexes.id "
                "INNER JOIN syscolumns syscolumns_1 "
                "ON syscolumns_1.id = OBJECT_ID('") +
-           table +
+           inQuotes(table) +
            QStringLiteral(
                "') "
                "WHERE (sysobjects.ID = syscolumns.ID) AND "
                "      ((sysindexes.status & 0x800) = 0x800) AND "
                "      (syscolumns.name = "
                "       INDEX_COL('") +
-           table + QStringLiteral("', sysindexes.indid, syscolumns_1.colid))");
+           inQuotes(table) + QStringLiteral("', sysindexes.indid, syscolumns_1.colid))");
 }
 
 QString foreignKeyColumns(const QString& table) {
@@ -66,7 +92,7 @@ QString foreignKeyColumns(const QString& table) {
                "INNER JOIN sysobjects AS sysobjects_1 "
                "ON syscolumns_1.id = sysobjects_1.id "
                "WHERE (((sysobjects.Name) = '") +
-           table + QStringLiteral("'))");
+           inQuotes(table) + QStringLiteral("'))");
 }
 
 QString checkConstraints() {
@@ -113,12 +139,16 @@ QString foreignKeys() {
 }
 
 QString bracketed(const QString& owner, const QString& table) {
-    const QString name = QStringLiteral("[") + table + QStringLiteral("]");
-    return owner.isEmpty() ? name : QStringLiteral("[") + owner + QStringLiteral("].") + name;
+    const QString name = QStringLiteral("[") + inBrackets(table) + QStringLiteral("]");
+    return owner.isEmpty() ? name : QStringLiteral("[") + inBrackets(owner) + QStringLiteral("].") + name;
 }
 
 QString inDatabase(const QString& connectionString, const QString& database) {
-    return connectionString + QStringLiteral(";Database=") + database;
+    return connectionString + QStringLiteral(";Database=") + ado::itemValue(database);
+}
+
+QString queryInDatabase(const QString& connectionString, const QString& database) {
+    return connectionString + QStringLiteral(";database=") + ado::itemValue(database);
 }
 
 bool isSystemDatabase(QStringView name) {

@@ -14,7 +14,11 @@ namespace tw::catalog {
 QString databaseList();
 /// The user tables of the connection's database; column "Name".
 QString tableList();
-/// The columns of a table; column "COLUMN_NAME". The name is put in as it stands, quotes too.
+
+// A name is put into these statements as it stands. One that would end its own quotes or brackets there makes
+// them throw an ado::Error with the number of a syntax error.
+
+/// The columns of a table; column "COLUMN_NAME".
 QString columnList(const QString& table);
 
 /// The primary-key columns of a table; column "ColName".
@@ -31,8 +35,10 @@ QString foreignKeys();
 /// A table's name for a statement, with an owner unless that is empty.
 QString bracketed(const QString& owner, const QString& table);
 
-/// The connection string of one database.
+/// The connection string of one database, for the catalog's own statements and for those of a user; the two
+/// spell the item's keyword differently. A name that would end its item stands in braces.
 QString inDatabase(const QString& connectionString, const QString& database);
+QString queryInDatabase(const QString& connectionString, const QString& database);
 
 /// Databases that belong to the server itself; the case counts.
 bool isSystemDatabase(QStringView name);

@@ -1,3 +1,4 @@
+#include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
 #include "shell/reporterror.h"
 
@@ -6,7 +7,7 @@ namespace tw {
 std::optional<ado::Recordset> DBConnection::ExecuteQuery(const QString& database, const QString& query) {
     try {
         ado::Connection connection;
-        connection.setConnectionString(m_connectionString + QStringLiteral(";database=") + database);
+        connection.setConnectionString(catalog::queryInDatabase(m_connectionString, database));
         connection.Open();
         ado::Recordset rows;
         rows.Open(query, connection);

@@ -1,5 +1,6 @@
 #include "query/frmquery.h"
 
+#include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
 #include "platform/conversions.h"
 #include "platform/desktop/datacontrol.h"
@@ -239,8 +240,8 @@ void frmQuery::cmdExecute_Click() {
     if (!isReady()) return;
     try {
         const desktop::Hourglass pointer;
-        Adodc1->setConnectionString(DBConn->getConnectionString() + QStringLiteral(";database=") +
-                                    cbDatabase->currentText());
+        Adodc1->setConnectionString(
+            catalog::queryInDatabase(DBConn->getConnectionString(), cbDatabase->currentText()));
         Adodc1->setMaxRecords(platform::wholeNumber(txtMaxRows->text()).value());
         Adodc1->setCommandTimeout(platform::wholeNumber(txtTimeout->text()).value());
         Adodc1->setRecordSource(

@@ -2,6 +2,7 @@
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
 
+#include <QTemporaryFile>
 #include <QTest>
 
 class TestExecuteQuery : public QObject {
@@ -20,8 +21,24 @@ class TestExecuteQuery : public QObject {
     testsupport::SampleServerProcess m_server;
 };
 
+namespace {
+
+/// Names that a connection string would take for more than a name, were they put into it as they stand.
+const QStringList OddDatabases{QStringLiteral("plain"),  QStringLiteral("a;Port=1"),
+                               QStringLiteral("a=b,c"),  QStringLiteral(" blank"),
+                               QStringLiteral("blank "), QStringLiteral("{a"),
+                               QStringLiteral("a}b"),    QStringLiteral("a};Driver=none;{b")};
+
+}  // namespace
+
 void TestExecuteQuery::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
+    QTemporaryFile script;
+    QVERIFY(script.open());
+    for (const QString& name : OddDatabases)
+        script.write(QStringLiteral("CREATE DATABASE [%1]\nGO\n").arg(name).toUtf8());
+    script.close();
+    QVERIFY2(m_server.start({QStringLiteral("--script"), script.fileName()}),
+             qUtf8Printable(m_server.errorText()));
 }
 
 tw::DBConnection TestExecuteQuery::connection() const {
@@ -34,17 +51,21 @@ tw::DBConnection TestExecuteQuery::connection() const {
 void TestExecuteQuery::handsOutRows_data() {
     QTest::addColumn<QString>("query");
     QTest::addColumn<QStringList>("texts");
-    QTest::newRow("rows, in the database")
-        << QStringLiteral("select db_name() union all select 'second'")
-        << QStringList{QStringLiteral("Workshop"), QStringLiteral("second")};
-    QTest::newRow("no rows") << QStringLiteral("select 1 where 1 = 0") << QStringList{};
+    QTest::addColumn<QString>("database");
+    QTest::newRow("no rows") << QStringLiteral("select 1 where 1 = 0") << QStringList{}
+                             << QStringLiteral("Workshop");
+    for (const QString& name : OddDatabases)
+        QTest::addRow("rows, in %s", qUtf8Printable(name))
+            << QStringLiteral("select db_name() union all select 'second'") << QStringList{name, "second"}
+            << name;
 }
 
 void TestExecuteQuery::handsOutRows() {
     QFETCH(QString, query);
+    QFETCH(QString, database);
     const testsupport::Answers noBoxes;
     // The connection object goes first.
-    std::optional<ado::Recordset> rows = connection().ExecuteQuery(QStringLiteral("Workshop"), query);
+    std::optional<ado::Recordset> rows = connection().ExecuteQuery(database, query);
     QVERIFY(rows && rows->isOpen());
     QStringList texts;
     for (; !rows->Eof(); rows->MoveNext())
@@ -58,6 +79,12 @@ void TestExecuteQuery::reportsBothTexts_data() {
     QTest::addColumn<QString>("head");
     QTest::newRow("unknown database") << QStringLiteral("Nowhere") << QStringLiteral("select 1")
                                       << QStringLiteral("Error: -2147467259.\r\n");
+    QTest::newRow("a database that cannot be asked for")
+        << QStringLiteral("\u0416};b") << QStringLiteral("select 1")
+        << QStringLiteral("Error: -2147467259.\r\nThe driver cannot");
+    QTest::newRow("a name that would be cut")
+        << QStringLiteral("Workshop") + QChar(0) << QStringLiteral("select 1")
+        << QStringLiteral("Error: -2147467259.\r\nA connection string cannot");
     QTest::newRow("wrong statement") << QStringLiteral("Workshop") << QStringLiteral("SELECTX")
                                      << QStringLiteral("Error: -2147217900.\r\n");
 }

@@ -10,14 +10,14 @@ bool needsBraces(const QString& value) {
     return value.contains(u';') || value.startsWith(u'{') || value.trimmed().size() != value.size();
 }
 
-QString written(const QString& value) {
+}  // namespace
+
+QString itemValue(const QString& value) {
     if (!needsBraces(value)) return value;
     QString inside = value;
     inside.replace(u'}', QStringLiteral("}}"));
     return u'{' + inside + u'}';
 }
-
-}  // namespace
 
 ConnectionString::ConnectionString(QString text) : m_text(std::move(text)) {
     parse();
@@ -84,7 +84,7 @@ std::optional<QString> ConnectionString::value(std::initializer_list<QStringView
 
 void ConnectionString::setValue(std::initializer_list<QStringView> keywords, const QString& value) {
     if (const Item* item = find(keywords)) {
-        m_text.replace(item->valueBegin, item->end - item->valueBegin, written(value));
+        m_text.replace(item->valueBegin, item->end - item->valueBegin, itemValue(value));
         parse();
     } else {
         append(*keywords.begin(), value);
@@ -92,14 +92,27 @@ void ConnectionString::setValue(std::initializer_list<QStringView> keywords, con
 }
 
 void ConnectionString::prepend(QStringView keyword, const QString& value) {
-    m_text.prepend(keyword.toString() + u'=' + written(value) + u';');
+    m_text.prepend(keyword.toString() + u'=' + itemValue(value) + u';');
     parse();
 }
 
 void ConnectionString::append(QStringView keyword, const QString& value) {
     if (!m_text.isEmpty() && !m_text.endsWith(u';')) m_text += u';';
-    m_text += keyword.toString() + u'=' + written(value);
+    m_text += keyword.toString() + u'=' + itemValue(value);
     parse();
+}
+
+std::optional<QString> ConnectionString::takeHardToRead(QStringView keyword) {
+    std::optional<QString> taken;
+    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
+        if (!item->braced || !item->value.contains(u'}') ||
+            keyword.compare(item->keyword, Qt::CaseInsensitive) != 0)
+            continue;
+        if (!taken) taken = item->value;
+        m_text.remove(item->begin, item->end - item->begin);
+    }
+    parse();
+    return taken;
 }
 
 void ConnectionString::normalize() {

@@ -29,6 +29,9 @@ class ConnectionString {
     /// Puts an item before or behind all others, the rest untouched.
     void prepend(QStringView keyword, const QString& value);
     void append(QStringView keyword, const QString& value);
+    /// Takes out the items with the keyword that only hold in braces and have a closing one in them, which
+    /// not every driver reads back as it was meant; gives the value of the last.
+    std::optional<QString> takeHardToRead(QStringView keyword);
 
     /// Writes the items so that a driver which reads them to the letter understands them: no blanks around a
     /// keyword, a semicolon behind a last value in braces.
@@ -51,6 +54,9 @@ class ConnectionString {
     QString m_text;
     std::vector<Item> m_items;
 };
+
+/// A value as an item holds it: as it stands, or in braces where it would not come back as it is.
+QString itemValue(const QString& value);
 
 /// Reads an entry of a data source's definition; empty when there is none.
 using DefinitionReader = std::function<QString(const QString& source, const QString& entry)>;

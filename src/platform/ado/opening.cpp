@@ -2,6 +2,7 @@
 
 #include "platform/ado/worker.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -60,7 +61,11 @@ DriverConnection::~DriverConnection() {
     if (connected) SQLDisconnect(connection.get());
 }
 
-std::shared_ptr<DriverConnection> openConnection(const QString& text, int seconds) {
+std::shared_ptr<DriverConnection> openConnection(const QString& text, const QString& database, int seconds) {
+    // The driver would take what stands before it for the whole.
+    if (text.contains(QChar::Null) || database.contains(QChar::Null))
+        throw Error(numbers::Unspecified,
+                    QStringLiteral("A connection string cannot hold a character of code zero."), {}, 0);
     const auto attempt = std::make_shared<Attempt>();
     attempt->text = text;
     DriverConnection& link = *attempt->link;
@@ -69,6 +74,16 @@ std::shared_ptr<DriverConnection> openConnection(const QString& text, int second
     if (seconds > 0)
         odbc::check(SQLSetConnectAttrW(link.connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
                                        odbc::number(static_cast<SQLULEN>(seconds)), 0),
+                    SQL_HANDLE_DBC, link.connection.get(), Phase::Opening);
+    // The driver manager translates this text to the locale's characters, and the driver reads them as its
+    // own: another database could answer. It also hands on too little of a text whose length is told.
+    if (std::ranges::any_of(database, [](QChar c) { return c.unicode() > 0x7e; }))
+        throw Error(numbers::Unspecified,
+                    QStringLiteral("The driver cannot be asked for the database \"%1\".").arg(database), {},
+                    0);
+    if (!database.isEmpty())
+        odbc::check(SQLSetConnectAttrW(link.connection.get(), SQL_ATTR_CURRENT_CATALOG, odbc::wide(database),
+                                       SQL_NTS),
                     SQL_HANDLE_DBC, link.connection.get(), Phase::Opening);
     const SQLRETURN code = seconds > 0 ? connectWithin(attempt, seconds) : connectNow(link, text);
     odbc::check(code, SQL_HANDLE_DBC, link.connection.get(), Phase::Opening);

@@ -20,7 +20,9 @@ void Session::open(const QString& user, const QString& password) {
     ConnectionString string(connectionText);
     if (!user.isEmpty()) string.setValue({u"UID"}, user);
     if (!password.isEmpty()) string.setValue({u"PWD"}, password);
-    m_link = openConnection(driverText(string, sourceDefinition), connectionTimeout);
+    ConnectionString readable = string;
+    const QString database = readable.takeHardToRead(u"Database").value_or(QString());
+    m_link = openConnection(driverText(readable, sourceDefinition), database, connectionTimeout);
     m_rowLimit = 0;
     m_failed = false;
     m_openedText = expandedText(string, sourceDefinition, QSysInfo::machineHostName());

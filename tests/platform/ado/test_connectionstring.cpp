@@ -13,6 +13,8 @@ class ConnectionStringTest : public QObject {
   private Q_SLOTS:
     void items_data();
     void items();
+    void hardToRead_data();
+    void hardToRead();
     void setItems_data();
     void setItems();
     void driverTexts_data();
@@ -49,6 +51,27 @@ void ConnectionStringTest::items() {
     const auto value = ConnectionString(text).value({u"Server"});
     QCOMPARE(value.has_value(), !server.isNull());
     QCOMPARE(value.value_or(QString()), server);
+}
+
+void ConnectionStringTest::hardToRead_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("taken");  // null: none
+    const auto row = [](const char* name, const char* text, const char* left, const QString& taken = {}) {
+        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(left) << taken;
+    };
+    row("a closing brace", "uid=a;DATABASE={a}};b}", "uid=a;", QStringLiteral("a};b"));
+    row("twice", "database={a}}};x=1;Database={b}};}", ";x=1;", QStringLiteral("b};"));
+    row("easy to read", "Database={a;b};database=a}b", "Database={a;b};database=a}b");
+    row("another item", "pwd={a}};b}", "pwd={a}};b}");
+}
+
+void ConnectionStringTest::hardToRead() {
+    QFETCH(QString, text);
+    QFETCH(QString, taken);
+    ConnectionString string(text);
+    QCOMPARE(string.takeHardToRead(u"Database").value_or(QString()), taken);
+    QTEST(string.text(), "left");
 }
 
 void ConnectionStringTest::setItems_data() {
