@@ -18,7 +18,8 @@ void CatalogReading::open() {
     try {
         m_connection.Open();
     } catch (const ado::Error& error) {
-        throw OpeningError(error);
+        m_failure = std::make_exception_ptr(OpeningError(error));
+        std::rethrow_exception(m_failure);
     }
     if (m_pool) m_pool->keep(m_connectionString, m_connection);
 }
@@ -30,14 +31,14 @@ bool CatalogReading::openKept() {
         m_rows.Open(m_statement, *kept);
     } catch (const ado::Error& error) {
         if (error.number() != ado::numbers::TimeOut) return false;
-        m_timeOut = std::current_exception();
+        m_failure = std::current_exception();
     }
     m_connection = *kept;
     return true;
 }
 
 ado::Recordset& CatalogReading::rows() {
-    if (m_timeOut) std::rethrow_exception(m_timeOut);
+    if (m_failure) std::rethrow_exception(m_failure);
     if (!m_rows.isOpen()) m_rows.Open(m_statement, m_connection);
     return m_rows;
 }

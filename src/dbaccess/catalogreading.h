@@ -30,7 +30,7 @@ class CatalogReading {
 
     /// Opens the connection; throws OpeningError.
     void open();
-    /// The rows of the statement. Throws what it throws, Error 3709 when the connection is not open.
+    /// The rows of the statement. Throws what it throws; when the connection could not be opened, why.
     ado::Recordset& rows();
     const ado::Connection& connection() const { return m_connection; }
 
@@ -42,7 +42,8 @@ class CatalogReading {
     QString m_statement;
     ado::Connection m_connection;
     ado::Recordset m_rows;
-    std::exception_ptr m_timeOut;  ///< of the statement on a kept connection: not worth waiting for twice
+    /// Of opening, or the time-out of the statement on a kept connection, not worth waiting for twice.
+    std::exception_ptr m_failure;
 };
 
 }  // namespace tw

@@ -42,8 +42,7 @@ bool DBConnection::FillCbTable(controls::ComboItems& combo, const QString& datab
             m_connectionLost = true;
             return;
         }
-        // Any other failure to open shows again, and is reported, when the statement finds no open
-        // connection.
+        // Any other failure to open shows again, and is reported, when the rows are asked for.
         catalog::forEachText(tables.rows(), QStringLiteral("Name"), [&](QStringView name) {
             if (!catalog::isHiddenTable(name)) combo.addItem(name.toString());
         });

@@ -62,13 +62,11 @@ void addDatabase(Nodes& tree, Node& root, const QString& name, const QString& co
     connection.setConnectionString(catalog::inDatabase(connectionString, name));
     qint32 failure = ado::numbers::TimeOut;
     if (!patience.isOver()) failure = skipFailing([&] { connection.Open(); });
-    if (failure == 0) {
-        failure = skipFailing([&] { addTables(tree, database, connection); });
-    } else {
-        const QString marker = QStringLiteral("<No Permission>");
-        tree.add(&database, name + marker, marker, Table, Table);
-    }
+    if (failure == 0) failure = skipFailing([&] { addTables(tree, database, connection); });
     patience.note(failure);
+    // Also behind the tables that came before the rest was refused or the line was lost.
+    const QString marker = QStringLiteral("<No Permission>");
+    if (failure != 0) tree.add(&database, name + marker, marker, Table, Table);
 }
 
 }  // namespace
@@ -83,13 +81,15 @@ bool DBConnection::FillTvDB(controls::Nodes& tree) {
 
     Node& root = addRoot(tree, m_server);
     Patience patience;
-    skipFailing([&] {
+    const qint32 failure = skipFailing([&] {
         catalog::forEachText(
             connection, catalog::databaseList(), QStringLiteral("Name"), [&](QStringView name) {
                 if (catalog::isSystemDatabase(name)) return;
                 skipFailing([&] { addDatabase(tree, root, name.toString(), m_connectionString, patience); });
             });
     });
+    const QString marker = QStringLiteral("<No Connection>");
+    if (failure != 0) skipFailing([&] { tree.add(&root, marker, marker, Database, Database); });
     return true;
 }
 

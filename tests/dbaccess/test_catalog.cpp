@@ -180,7 +180,7 @@ void TestCatalog::reportsFailure_data() {
                                                << "Error: -2147217843." << true;
     QTest::newRow("tables, wrong password") << "FillCbTable"
                                             << "wrong"
-                                            << "Error: " << false;
+                                            << "Error: -2147217843." << true;
     QTest::newRow("columns, wrong password") << "FillCbColumn"
                                              << "wrong"
                                              << "Error: -2147217843." << true;

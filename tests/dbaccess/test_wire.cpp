@@ -26,6 +26,8 @@ class TestWire : public QObject {
     void roundTripsOfTree();
     void triesOwnersInOrder_data();
     void triesOwnersInOrder();
+    void treeTellsWhatIsMissing_data();
+    void treeTellsWhatIsMissing();
     void lineBreaks_data();
     void lineBreaks();
 
@@ -175,9 +177,7 @@ void TestWire::triesOwnersInOrder_data() {
                               << QStringList{"[gone]", "[dbo].[gone]", "[maria].[gone]",
                                              "[shop clerk].[gone]"}
                               << QStringList{"FillLvTblData"};
-    QTest::newRow("a bracket in the name")
-        << "a]b" << QStringList{"[a]b]", "[dbo].[a]b]", "[maria].[a]b]", "[shop clerk].[a]b]"}
-        << QStringList{"FillLvTblData"};
+    QTest::newRow("a bracket in the name") << "a]b" << none << QStringList{"FillLvTblData"};
 }
 
 void TestWire::triesOwnersInOrder() {
@@ -192,6 +192,28 @@ void TestWire::triesOwnersInOrder() {
         text.remove(QStringLiteral("Select count(*) as x from "));
     QCOMPARE(counted, tried);
     QVERIFY(list.headerCount() > 0);
+}
+
+void TestWire::treeTellsWhatIsMissing_data() {
+    QTest::addColumn<QByteArray>("mark");
+    QTest::addColumn<QString>("above");
+    QTest::addColumn<QString>("marker");
+    QTest::newRow("line lost among the databases") << wide("Large2") << "R"
+                                                   << "<No Connection>";
+    QTest::newRow("line lost among the tables") << wide("Table0250") << Large2 << "<No Permission>";
+}
+
+void TestWire::treeTellsWhatIsMissing() {
+    QFETCH(QByteArray, mark);
+    QFETCH(QString, above);
+    const testsupport::Answers answers;
+    m_relay->cutAt(mark, 1);
+    controls::Nodes tree;
+    QVERIFY(connection().FillTvDB(tree));
+    const controls::Node* node = tree.find(above);
+    QVERIFY(node && !node->children.empty());
+    QVERIFY(node->children.size() < 250);
+    QTEST(node->children.back()->text, "marker");
 }
 
 void TestWire::lineBreaks_data() {
