@@ -10,8 +10,8 @@ namespace sampleserver {
 /// A session of the engine whose login counts as a connection once it is accepted.
 class CountedSession : public engine::Session {
   public:
-    CountedSession(std::shared_ptr<const engine::World> world, int spid)
-        : engine::Session(world, spid), m_world(std::move(world)) {}
+    CountedSession(std::shared_ptr<const engine::World> world, int spid, const engine::QueryLimits& limits)
+        : engine::Session(world, spid, limits), m_world(std::move(world)) {}
 
     std::vector<engine::SqlMessage> login(const engine::LoginRequest& request) override {
         std::vector<engine::SqlMessage> refusals = engine::Session::login(request);

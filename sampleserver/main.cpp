@@ -33,8 +33,11 @@ bool listenOn(tds::TdsServer& server, const Options& options) {
 
 int serve(const Options& options) {
     const std::shared_ptr<const engine::World> world = makeWorld(options);
-    tds::TdsServer server({.serverName = world->serverName()},
-                          [world](int spid) { return std::make_unique<CountedSession>(world, spid); });
+    const engine::QueryLimits limits{.milliseconds = qint64(options.querySeconds) * 1000,
+                                     .bytes = qint64(options.queryMegabytes) * 1024 * 1024};
+    tds::TdsServer server(
+        {.serverName = world->serverName(), .idleMilliseconds = options.idleMinutes * 60 * 1000},
+        [world, limits](int spid) { return std::make_unique<CountedSession>(world, spid, limits); });
     if (!listenOn(server, options))
         return tell(
             QStringLiteral("Cannot listen on port %1: %2").arg(options.port).arg(server.errorString()),

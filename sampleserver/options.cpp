@@ -31,8 +31,8 @@ class OptionsReader {
         m_parser.setApplicationDescription(
             QStringLiteral("A server on 127.0.0.1 that answers as SQL Server does, read-only, for trying "
                            "and testing."));
-        m_parser.addOptions(
-            {m_port, m_nextFree, m_script, m_noData, m_large, m_many, m_details, m_stay, m_help});
+        m_parser.addOptions({m_port, m_nextFree, m_script, m_noData, m_large, m_many, m_details, m_idle,
+                             m_seconds, m_megabytes, m_stay, m_help});
     }
 
     std::variant<Options, OptionsRefusal> read(const QStringList& arguments) {
@@ -49,6 +49,7 @@ class OptionsReader {
         options.port = m_parser.value(m_port).toUShort(&good);
         if (!good) return refusal("'%1' is no port.", m_parser.value(m_port));
         if (auto wrong = readGenerated(options)) return *wrong;
+        if (auto wrong = readLimits(options)) return *wrong;
         return options;
     }
 
@@ -81,6 +82,23 @@ class OptionsReader {
         return std::nullopt;
     }
 
+    std::optional<OptionsRefusal> readLimits(Options& options) {
+        constexpr int most = 30'000;  // as minutes, nearly what milliseconds in an int can hold
+        const std::pair<const QCommandLineOption&, int&> limits[]{{m_idle, options.idleMinutes},
+                                                                  {m_seconds, options.querySeconds},
+                                                                  {m_megabytes, options.queryMegabytes}};
+        for (const auto& [option, limit] : limits) {
+            if (!m_parser.isSet(option)) continue;
+            limit = m_parser.value(option).toInt();
+            if (limit >= 1 && limit <= most) continue;
+            return OptionsRefusal{QStringLiteral("--%1 wants a number from 1 to %2, not '%3'.")
+                                      .arg(option.names().constFirst())
+                                      .arg(most)
+                                      .arg(m_parser.value(option))};
+        }
+        return std::nullopt;
+    }
+
     static constexpr qint64 kUsualRows = 10;
 
     static QCommandLineOption option(const char* name, const char* text, const char* value = nullptr,
@@ -100,6 +118,11 @@ class OptionsReader {
     QCommandLineOption m_details = option(
         "details", "Adds a database Details of many check constraints, index columns and foreign keys.",
         "CHECKS,INDEXROWS,KEYS");
+    QCommandLineOption m_idle = option("idle-minutes", "Lets go who is silent for so long; usually 30.", "N");
+    QCommandLineOption m_seconds =
+        option("query-seconds", "Ends a batch that works for so long; usually 300.", "N");
+    QCommandLineOption m_megabytes =
+        option("query-megabytes", "Ends a batch that takes so much memory; usually 512.", "N");
     QCommandLineOption m_stay = option("stay-with-stdin", "Ends when the standard input closes.");
     QCommandLineOption m_help = option("help", "Shows this.");
 };

@@ -35,6 +35,9 @@ struct Options {
     bool nextFreePort = false;  ///< try the ports that follow when it is taken
     bool sampleData = true;
     bool stayWithStdin = false;        ///< end when the standard input closes
+    int idleMinutes = 30;              ///< until a client that is silent is let go
+    int querySeconds = 300;            ///< of work for one batch
+    int queryMegabytes = 512;          ///< of memory for one batch
     QStringList scripts;               ///< files, in order
     std::vector<LargeDatabase> large;  ///< two at most, named Large and Large2
     std::optional<ManyDatabases> many;

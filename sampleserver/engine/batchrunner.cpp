@@ -37,7 +37,7 @@ void cutLongValue(Value& value, const SqlType& type, qint64 bytes) {
 
 void BatchRunner::run(const QString& batch) {
     m_facts.variables.clear();
-    m_store.watch([](void* sink) { return static_cast<ResultSink*>(sink)->cancelled(); }, &m_sink);
+    m_store.watch([this] { return m_sink.cancelled() || m_bound.isExceeded(); });
     try {
         const auto statements = Parser(batch, m_options.quotedIdentifiers).batch();
         for (const ast::Statement& statement : statements) {
@@ -51,7 +51,7 @@ void BatchRunner::run(const QString& batch) {
              .text =
                  QStringLiteral("Internal SQL Server error: %1.").arg(QString::fromLocal8Bit(error.what()))});
     }
-    m_store.watch(nullptr, nullptr);
+    m_store.watch({});
 }
 
 bool BatchRunner::runStatement(const ast::Statement& statement) {
@@ -107,6 +107,7 @@ void BatchRunner::run(const ast::Select& statement) {
         if (!assigns) m_sink.row(row);
     }
     if (m_sink.cancelled()) return;
+    m_bound.check();
     for (size_t i = 0; assigns && m_rows > 0 && i < width; ++i)
         variable(query.variables[i]).value = row[i];
     m_facts.rowCount = m_rows;
@@ -158,6 +159,7 @@ BatchVariable BatchRunner::evaluate(const ast::Expr& expr) {
     const StatementPtr prepared = m_store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
     BatchVariable result{bound.type, {}};
     if (m_store.step(prepared.get())) result.value = readStored(prepared.get(), 0, bound.type);
+    m_bound.check();
     return result;
 }
 
@@ -211,7 +213,10 @@ void BatchRunner::run(const ast::WaitFor& statement) {
     while (!m_sink.cancelled()) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         if (left <= 0) return done(-1, false);
-        QThread::msleep(static_cast<unsigned long>(std::clamp<qint64>(left, 1, 5)));
+        const qint64 nap = std::clamp<qint64>(left, 1, 5);
+        QThread::msleep(static_cast<unsigned long>(nap));
+        m_bound.addWaiting(nap);
+        if (m_bound.isExceeded()) m_bound.check();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/ast.h"
+#include "engine/batchbound.h"
 #include "engine/session.h"
 #include "engine/sessionfacts.h"
 #include "engine/storeconnection.h"
@@ -18,8 +19,9 @@ struct SessionOptions {
 /// Runs the statements of one batch.
 class BatchRunner {
   public:
-    BatchRunner(SessionFacts& facts, SessionOptions& options, StoreConnection& store, ResultSink& sink)
-        : m_facts(facts), m_options(options), m_store(store), m_sink(sink) {}
+    BatchRunner(SessionFacts& facts, SessionOptions& options, StoreConnection& store,
+                const QueryLimits& limits, ResultSink& sink)
+        : m_facts(facts), m_options(options), m_store(store), m_bound(limits), m_sink(sink) {}
 
     /// Never throws: what fails is told to the sink.
     void run(const QString& batch);
@@ -48,6 +50,7 @@ class BatchRunner {
     SessionFacts& m_facts;
     SessionOptions& m_options;
     StoreConnection& m_store;
+    BatchBound m_bound;
     ResultSink& m_sink;
     bool m_hadColumns = false;  // of the statement at work
     qint64 m_rows = 0;

@@ -28,7 +28,7 @@ bool isHexDigit(QChar c) {
 
 class Lexer {
   public:
-    explicit Lexer(const QString& batch) : m_batch(batch) {}
+    Lexer(const QString& batch, size_t most) : m_batch(batch), m_most(most) {}
 
     std::vector<Token> run() {
         while (skipBlanks()) {
@@ -37,6 +37,7 @@ class Lexer {
             m_token.line = m_line;
             readToken();
             m_token.end = m_at;
+            if (m_tokens.size() >= m_most) throw insufficientMemory();
             m_tokens.push_back(std::move(m_token));
         }
         Token end;
@@ -205,6 +206,7 @@ class Lexer {
     }
 
     const QString& m_batch;
+    const size_t m_most;
     qsizetype m_at = 0;
     int m_line = 1;
     Token m_token;
@@ -221,8 +223,8 @@ bool Token::isSymbol(QLatin1String symbol) const {
     return kind == TokenKind::Symbol && text == symbol;
 }
 
-std::vector<Token> tokenize(const QString& batch) {
-    return Lexer(batch).run();
+std::vector<Token> tokenize(const QString& batch, size_t most) {
+    return Lexer(batch, most).run();
 }
 
 std::vector<ScriptBatch> splitBatches(const QString& script) {

@@ -37,7 +37,8 @@ struct Token {
 
 /// Splits a batch into tokens, the last of kind End.
 /// Throws SqlError 105 (unclosed quotation mark), 113 (missing end comment mark), 102 (anything else).
-std::vector<Token> tokenize(const QString& batch);
+/// With `most`, 701 for more tokens than that.
+std::vector<Token> tokenize(const QString& batch, size_t most = SIZE_MAX);
 
 /// Splits a script at lines that hold nothing but GO; `line` of a batch is the line it begins on.
 struct ScriptBatch {

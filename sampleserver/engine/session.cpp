@@ -10,10 +10,13 @@ struct Session::State {
     SessionFacts facts;
     SessionOptions options;
     StoreConnection store{facts};
+    QueryLimits limits;
     bool admitted = false;
 };
 
-Session::Session(std::shared_ptr<const World> world, int spid) : m_state(std::make_unique<State>()) {
+Session::Session(std::shared_ptr<const World> world, int spid, const QueryLimits& limits)
+    : m_state(std::make_unique<State>()) {
+    m_state->limits = limits;
     m_state->facts.world = std::move(world);
     m_state->facts.spid = spid;
 }
@@ -55,7 +58,7 @@ void Session::execute(const QString& batch, ResultSink& sink) {
         sink.message({.number = 18456, .severity = 14, .text = QStringLiteral("Login failed for user ''.")});
         return;
     }
-    BatchRunner(m_state->facts, m_state->options, m_state->store, sink).run(batch);
+    BatchRunner(m_state->facts, m_state->options, m_state->store, m_state->limits, sink).run(batch);
 }
 
 }  // namespace engine

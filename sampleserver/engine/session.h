@@ -51,6 +51,12 @@ struct LoginRequest {
     QString application;
 };
 
+/// What one batch may take.
+struct QueryLimits {
+    qint64 milliseconds = 300'000;             ///< at work or in WAITFOR; waiting for its client is free
+    qint64 bytes = qint64(512) * 1024 * 1024;  ///< of memory
+};
+
 /// One client's session as the wire sees it. Not thread-safe; each client has its own.
 class ClientSession {
   public:
@@ -72,7 +78,7 @@ class ClientSession {
 /// A session over a world. All sessions share the one sealed world without a lock.
 class Session : public ClientSession {
   public:
-    Session(std::shared_ptr<const World> world, int spid);
+    Session(std::shared_ptr<const World> world, int spid, const QueryLimits& limits = {});
     ~Session() override;
 
     std::vector<SqlMessage> login(const LoginRequest& request) override;

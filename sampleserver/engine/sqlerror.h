@@ -27,4 +27,8 @@ class SqlError {
     SqlMessage m_message;
 };
 
+inline SqlError insufficientMemory() {
+    return {701, 17, QStringLiteral("There is insufficient system memory to run this query.")};
+}
+
 }  // namespace engine

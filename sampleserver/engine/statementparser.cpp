@@ -6,7 +6,15 @@ namespace engine {
 
 using namespace ast;
 
-Parser::Parser(const QString& batch, bool quotedIdentifiers) : m_tokens(tokenize(batch), quotedIdentifiers) {}
+namespace {
+
+// Far more than any statement that SQLite would take; keeps what a batch makes of itself in bounds.
+constexpr size_t mostTokens = 1'000'000;
+
+}  // namespace
+
+Parser::Parser(const QString& batch, bool quotedIdentifiers)
+    : m_tokens(tokenize(batch, mostTokens), quotedIdentifiers) {}
 
 std::vector<Statement> Parser::batch() {
     std::vector<Statement> statements;

@@ -17,8 +17,8 @@ constexpr size_t mostAttached = 10;          // SQLite's own limit
 constexpr int instructionsPerWatch = 20000;  // a fraction of a millisecond
 
 int progress(void* context) {
-    auto* self = static_cast<std::pair<bool (*)(void*), void*>*>(context);
-    return self->first && self->first(self->second) ? 1 : 0;
+    const auto& interrupted = *static_cast<std::function<bool()>*>(context);
+    return interrupted && interrupted() ? 1 : 0;
 }
 
 }  // namespace
@@ -37,11 +37,9 @@ void StoreConnection::open() {
     registerMetadataFunctions(m_store, m_facts);
     // The stores are only read once sessions exist: no table locks are needed.
     sqlite3_exec(m_store, "PRAGMA read_uncommitted = 1", nullptr, nullptr, nullptr);
-    sqlite3_progress_handler(m_store, instructionsPerWatch, progress, &m_watch);
-}
-
-void StoreConnection::watch(bool (*interrupted)(void*), void* context) {
-    m_watch = {interrupted, context};
+    // What a statement sorts and gathers stays where its size can be seen, not in files.
+    sqlite3_exec(m_store, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr);
+    sqlite3_progress_handler(m_store, instructionsPerWatch, progress, &m_interrupted);
 }
 
 void StoreConnection::attach(const std::vector<const Database*>& databases) {

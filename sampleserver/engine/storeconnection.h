@@ -5,8 +5,8 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
-#include <utility>
 #include <vector>
 
 struct sqlite3;
@@ -35,8 +35,8 @@ class StoreConnection {
     /// Moves to the next row; false at the end. Throws SqlError for what goes wrong in it.
     bool step(sqlite3_stmt* statement);
 
-    /// Called while a statement works; true ends the statement.
-    void watch(bool (*interrupted)(void*), void* context);
+    /// `interrupted` is called while a statement works; true ends the statement.
+    void watch(std::function<bool()> interrupted) { m_interrupted = std::move(interrupted); }
 
   private:
     void open();
@@ -46,7 +46,7 @@ class StoreConnection {
     const SessionFacts& m_facts;
     sqlite3* m_store = nullptr;
     std::vector<const Database*> m_attached;  // the one used last at the end
-    std::pair<bool (*)(void*), void*> m_watch{nullptr, nullptr};
+    std::function<bool()> m_interrupted;
 };
 
 }  // namespace engine

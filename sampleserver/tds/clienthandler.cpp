@@ -14,7 +14,6 @@ namespace tds {
 namespace {
 
 constexpr qsizetype kLargestHandshake = 128 * 1024;
-constexpr QDeadlineTimer kForever(QDeadlineTimer::Forever);
 
 // There is nothing to commit on a read-only server, so any name of a transaction will do.
 QByteArrayView transactionName() {
@@ -45,11 +44,13 @@ ClientHandler::ClientHandler(SocketChannel& channel, int spid, const ServerSetti
                              const SessionFactory& makeSession)
     : m_stream(channel, quint16(spid)), m_spid(spid), m_settings(settings), m_makeSession(makeSession) {}
 
-void ClientHandler::serve() {
+namespace {
+
+/// Talks with a client until there is nothing more to say.
+template <typename Talk>
+void untilEnd(Talk talk) {
     try {
-        if (!shakeHands()) return m_stream.closeInOrder();
-        for (;;)
-            answer(m_stream.readMessage(m_settings.largestMessage, kForever));
+        talk();
     } catch (const ProtocolError&) {
         // Nothing behind a broken message can be told apart, so the connection is over.
     } catch (const ConnectionEnded&) {
@@ -57,7 +58,31 @@ void ClientHandler::serve() {
     }
 }
 
-bool ClientHandler::shakeHands() {
+}  // namespace
+
+void ClientHandler::serve() {
+    untilEnd([this] {
+        if (!acceptLogin(readLogin())) return m_stream.closeInOrder();
+        for (;;)
+            answer(
+                m_stream.readMessage(m_settings.largestMessage, QDeadlineTimer(m_settings.idleMilliseconds)));
+    });
+}
+
+void ClientHandler::turnAway() {
+    untilEnd([this] {
+        m_login = readLogin();
+        refuse({{.number = 17809,
+                 .severity = 20,
+                 .text = QStringLiteral("Could not connect because the maximum number of '%1' user "
+                                        "connections has already been reached. The connection has been "
+                                        "closed.")
+                             .arg(m_settings.mostClients)}});
+        m_stream.closeInOrder();
+    });
+}
+
+Login7 ClientHandler::readLogin() {
     const QDeadlineTimer deadline(m_settings.handshakeMilliseconds);
     Message message = m_stream.readMessage(kLargestHandshake, deadline);
     if (message.type == PacketType::PreLogin) {
@@ -66,7 +91,7 @@ bool ClientHandler::shakeHands() {
         message = m_stream.readMessage(kLargestHandshake, deadline);
     }
     if (message.type != PacketType::Login7) throw ProtocolError("request before the login");
-    return acceptLogin(parseLogin7(message.payload));
+    return parseLogin7(message.payload);
 }
 
 bool ClientHandler::acceptLogin(const Login7& login) {

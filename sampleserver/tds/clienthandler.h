@@ -19,8 +19,9 @@ using SessionFactory = std::function<std::unique_ptr<engine::ClientSession>(int 
 struct ServerSettings {
     QString serverName = QStringLiteral("SAMPLE");
     int handshakeMilliseconds = 15000;            ///< from the connection to the end of the login
+    int idleMilliseconds = 30 * 60 * 1000;        ///< for which a client may send and read nothing
     qsizetype largestMessage = 16 * 1024 * 1024;  ///< bytes of a request
-    int mostClients = 500;                        ///< further ones are turned away
+    int mostClients = 500;                        ///< further ones are told why they are turned away
 };
 
 /// Serves one client from its first packet to its last.
@@ -32,8 +33,11 @@ class ClientHandler {
     /// Returns when the client has gone, broke the protocol, was refused, or the server ends.
     void serve();
 
+    /// Reads the login of a client for whom there is no place, and says so.
+    void turnAway();
+
   private:
-    bool shakeHands();
+    Login7 readLogin();
     bool acceptLogin(const Login7& login);
     bool refuse(const std::vector<engine::SqlMessage>& messages);
     void tellLoggedIn();

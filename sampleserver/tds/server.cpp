@@ -13,6 +13,9 @@ namespace {
 // Lower numbers are the server's own processes.
 constexpr int kFirstClientSpid = 51;
 
+// So many may be told at a time that there is no place; whoever comes then is cut off.
+constexpr int kMostTurnedAway = 50;
+
 }  // namespace
 
 TdsServer::TdsServer(ServerSettings settings, SessionFactory makeSession)
@@ -24,8 +27,8 @@ TdsServer::TdsServer(ServerSettings settings, SessionFactory makeSession)
 TdsServer::~TdsServer() {
     close();
     m_stopping = true;
-    for (const auto& [spid, thread] : m_clients)
-        thread->wait();
+    for (const auto& [spid, client] : m_clients)
+        client.thread->wait();
 }
 
 int TdsServer::freeSpid() const {
@@ -36,24 +39,27 @@ int TdsServer::freeSpid() const {
 }
 
 void TdsServer::incomingConnection(qintptr descriptor) {
-    if (m_clients.size() >= std::size_t(m_settings.mostClients)) {
+    const bool full = int(m_clients.size()) - m_turnedAway >= m_settings.mostClients;
+    if (full && m_turnedAway >= kMostTurnedAway) {
         QTcpSocket turnedAway;
         turnedAway.setSocketDescriptor(descriptor);
         return;
     }
     const int spid = freeSpid();
     std::unique_ptr<QThread> thread(
-        QThread::create([this, descriptor, spid] { serveClient(descriptor, spid); }));
+        QThread::create([this, descriptor, spid, full] { serveClient(descriptor, spid, full); }));
     connect(thread.get(), &QThread::finished, this, [this, spid] { clientEnded(spid); });
     thread->start();
-    m_clients.emplace(spid, std::move(thread));
+    m_clients.emplace(spid, Client{std::move(thread), full});
+    if (full) ++m_turnedAway;
     ++m_liveClients;
 }
 
-void TdsServer::serveClient(qintptr descriptor, int spid) noexcept {
+void TdsServer::serveClient(qintptr descriptor, int spid, bool turnedAway) noexcept {
     try {
-        SocketChannel channel(descriptor, m_stopping);
-        ClientHandler(channel, spid, m_settings, m_makeSession).serve();
+        SocketChannel channel(descriptor, m_stopping, m_settings.idleMilliseconds);
+        ClientHandler handler(channel, spid, m_settings, m_makeSession);
+        turnedAway ? handler.turnAway() : handler.serve();
     } catch (const std::exception& failure) {
         qWarning("client %d: %s", spid, failure.what());
     } catch (...) {
@@ -63,7 +69,8 @@ void TdsServer::serveClient(qintptr descriptor, int spid) noexcept {
 
 void TdsServer::clientEnded(int spid) {
     const auto found = m_clients.find(spid);
-    found->second->wait();
+    found->second.thread->wait();
+    if (found->second.turnedAway) --m_turnedAway;
     m_clients.erase(found);
     --m_liveClients;
 }

@@ -26,14 +26,19 @@ class TdsServer : public QTcpServer {
 
   private:
     int freeSpid() const;
-    void serveClient(qintptr descriptor, int spid) noexcept;
+    void serveClient(qintptr descriptor, int spid, bool turnedAway) noexcept;
     void clientEnded(int spid);
 
     const ServerSettings m_settings;
     const SessionFactory m_makeSession;
     std::atomic_bool m_stopping = false;
     std::atomic_int m_liveClients = 0;
-    std::map<int, std::unique_ptr<QThread>> m_clients;  // by server process id
+    struct Client {
+        std::unique_ptr<QThread> thread;
+        bool turnedAway;
+    };
+    std::map<int, Client> m_clients;  // by server process id
+    int m_turnedAway = 0;
 };
 
 }  // namespace tds

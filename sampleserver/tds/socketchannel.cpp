@@ -13,7 +13,8 @@ constexpr qint64 kUnreadBytes = 64 * 1024;
 
 }  // namespace
 
-SocketChannel::SocketChannel(qintptr descriptor, const std::atomic_bool& stopping) : m_stopping(stopping) {
+SocketChannel::SocketChannel(qintptr descriptor, const std::atomic_bool& stopping, int patienceMilliseconds)
+    : m_stopping(stopping), m_patienceMilliseconds(patienceMilliseconds) {
     m_socket.setReadBufferSize(kUnreadBytes);
     if (!m_socket.setSocketDescriptor(descriptor)) throw ConnectionEnded();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
@@ -40,9 +41,11 @@ void SocketChannel::read(char* into, qsizetype count, QDeadlineTimer deadline) {
 bool SocketChannel::write(QByteArrayView bytes) {
     if (!isAlive()) return false;
     m_socket.write(bytes.data(), bytes.size());
+    QDeadlineTimer deadline(m_patienceMilliseconds);
     while (m_socket.bytesToWrite() > 0) {
-        if (!isAlive()) return false;
-        m_socket.waitForBytesWritten(kSliceMilliseconds);
+        if (!isAlive() || deadline.hasExpired()) return false;
+        if (m_socket.waitForBytesWritten(kSliceMilliseconds))
+            deadline.setRemainingTime(m_patienceMilliseconds);
     }
     return isAlive();
 }

@@ -19,7 +19,8 @@ class ConnectionEnded : public std::exception {
 /// server's end is looked for, so neither a silent client nor one that does not read can hold the server.
 class SocketChannel {
   public:
-    SocketChannel(qintptr descriptor, const std::atomic_bool& stopping);
+    /// A client that takes nothing of what is sent for so long has gone.
+    SocketChannel(qintptr descriptor, const std::atomic_bool& stopping, int patienceMilliseconds);
 
     /// Fills `into` with `count` bytes. Throws ConnectionEnded.
     void read(char* into, qsizetype count, QDeadlineTimer deadline);
@@ -39,6 +40,7 @@ class SocketChannel {
   private:
     QTcpSocket m_socket;
     const std::atomic_bool& m_stopping;
+    const int m_patienceMilliseconds;
 };
 
 }  // namespace tds

@@ -24,6 +24,8 @@ class SessionTest : public QObject {
     void cancelWhileWaiting();
     void cancelBetweenRows();
     void cancelWithinAQuery();
+    void limits_data();
+    void limits();
 
   private:
     std::shared_ptr<const engine::World> m_world;
@@ -252,6 +254,39 @@ void SessionTest::cancelWithinAQuery() {
         sink);
     QVERIFY(sink.rows.isEmpty());
     QVERIFY(sink.errors.empty());
+}
+
+void SessionTest::limits_data() {
+    QTest::addColumn<QString>("batch");
+    QTest::addColumn<QString>("errors");
+    const auto row = [](const char* name, const QString& batch, const char* errors) {
+        QTest::newRow(name) << batch << QString::fromLatin1(errors);
+    };
+    const QString many =
+        QStringLiteral("%1 FROM syscolumns a, syscolumns b, syscolumns c, syscolumns d, syscolumns e%2");
+    row("work", many.arg(QStringLiteral("SELECT COUNT(*)"), QString()), "8649");
+    row("work for a variable",
+        QStringLiteral("DECLARE @n int ") + many.arg(QStringLiteral("SELECT @n = COUNT(*)"), QString()),
+        "8649");
+    row("waiting", QStringLiteral("WAITFOR DELAY '23:00'"), "8649");
+    row("sorting", many.arg(QStringLiteral("SELECT REPLICATE('x', 8000)"), QStringLiteral(" ORDER BY 1")),
+        "701");
+    row("a long batch", QStringLiteral("SELECT 1") + QStringLiteral(",1").repeated(600'000), "701");
+    row("little", QStringLiteral("SELECT 1"), "");
+}
+
+void SessionTest::limits() {
+    QFETCH(QString, batch);
+    QFETCH(QString, errors);
+    engine::Session session(m_world, 51, {.milliseconds = 300, .bytes = 1024 * 1024});
+    session.login(
+        {.user = QStringLiteral("sa"), .password = {}, .database = {}, .clientHost = {}, .application = {}});
+    RecordingSink sink;
+    session.execute(batch, sink);
+    QCOMPARE(sink.errorNumbers(), errors);
+    RecordingSink next;
+    session.execute(QStringLiteral("SELECT 1"), next);
+    QCOMPARE(next.rows.size(), 1);
 }
 
 QTEST_APPLESS_MAIN(SessionTest)

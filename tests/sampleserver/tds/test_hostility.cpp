@@ -36,6 +36,7 @@ class TestHostility : public QObject {
     void vanishesAtEveryByte();
     void vanishesWhileRowsFlow();
     void vanishesWhileServerWaits();
+    void saysNothing_data();
     void saysNothing();
     void tooManyClients();
     void endWhileClientDoesNotRead();
@@ -161,14 +162,27 @@ void TestHostility::vanishesWhileServerWaits() {
     QTRY_COMPARE(host.liveClients(), 0);
 }
 
+void TestHostility::saysNothing_data() {
+    QTest::addColumn<QByteArray>("sent");
+    QTest::addColumn<bool>("loggedIn");
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("half a pre-login") << preLoginMessage().left(20) << false;
+    QTest::newRow("nothing more") << QByteArray() << true;
+    QTest::newRow("half a batch") << batchMessage(QStringLiteral("echo x")).left(20) << true;
+    QTest::newRow("reads no rows") << batchMessage(QStringLiteral("rows")) << true;
+}
+
 void TestHostility::saysNothing() {
-    ServerHost host({}, {.handshakeMilliseconds = 30});
-    WireClient silent(host.port());
-    QVERIFY(silent.waitForEnd());
-    WireClient half(host.port());
-    half.send(preLoginMessage().left(20));
-    QVERIFY(half.waitForEnd());
+    QFETCH(QByteArray, sent);
+    QFETCH(bool, loggedIn);
+    ServerHost host({}, {.handshakeMilliseconds = loggedIn ? 15000 : 30, .idleMilliseconds = 30});
+    WireClient client(host.port());
+    if (loggedIn) client.logIn();
+    client.socket().setReadBufferSize(1024);
+    client.send(sent);
     QTRY_COMPARE(host.liveClients(), 0);
+    client.socket().setReadBufferSize(0);
+    QVERIFY(client.waitForEnd());
 }
 
 void TestHostility::tooManyClients() {
@@ -179,6 +193,7 @@ void TestHostility::tooManyClients() {
         WireClient second(host.port());
         second.logIn();
         WireClient third(host.port());
+        QCOMPARE(third.logIn().messages, QList<int>{17809});
         QVERIFY(third.waitForEnd());
         QCOMPARE(first.runBatch(QStringLiteral("echo on")).text, QStringLiteral("on"));
     }

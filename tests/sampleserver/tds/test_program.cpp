@@ -80,6 +80,7 @@ void TestProgram::refusesOptions_data() {
     row("--many 3,4,5", "3,4,5");
     row("--many -1,1", "-1,1");
     row("--details 3,4", "--details");
+    row("--idle-minutes 0", "--idle-minutes");
 }
 
 void TestProgram::refusesOptions() {
