@@ -61,8 +61,7 @@ struct ComparingFrame : FrameFixture {
         connection.setServer(m_server.serverText());
         connection.setDatabase(database);
         connection.setTable(table);
-        connection.setConnectionString(
-            QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_server.serverText()));
+        connection.setConnectionString(m_server.connectionString());
     }
 
     const testsupport::SampleServerProcess& m_server;

@@ -3,6 +3,7 @@
 #include "dbaccess/dbconnection.h"
 #include "platform/desktop/settingsstore.h"
 #include "shell/appstate.h"
+#include "support/sampleserverprocess.h"
 
 #include <QTemporaryDir>
 
@@ -26,7 +27,7 @@ struct OpenDocuments {
         document->connection()->setServer(server);
         if (!user.isEmpty()) {
             document->connection()->setConnectionString(
-                QStringLiteral("driver={SQL Server};server=%1;uid=%2;pwd=%3").arg(server, user, password));
+                testsupport::connectionString(server, user, password));
         }
         state.documents.add(*document, QString::number(++state.documentNumber));
         documents.push_back(std::move(document));

@@ -1,8 +1,12 @@
 #include "pairwise.h"
 
+#include "support/rowtexts.h"
+
 #include <cmath>
 
 namespace {
+
+using testsupport::rowText;
 
 using Row = FakeSchema::DetailRow;
 using Rows = std::vector<Row>;
@@ -27,6 +31,8 @@ class Pairwise {
             compareTable(table1, table2);
         }
         update(9, QStringLiteral("Finished"));
+        const QStringList headers{"Names", "Attribute", "Attribute", "Attribute", "Attribute"};
+        outcome.headers = headers + headers;
     }
 
   private:
@@ -194,13 +200,6 @@ class Pairwise {
 };
 
 }  // namespace
-
-QString rowText(int icon, const QStringList& texts) {
-    QStringList five = texts;
-    while (five.size() < 5)
-        five += QString();
-    return QString::number(icon) + u' ' + five.join(u'|');
-}
 
 QString updateText(int state, const QString& item, qsizetype rows1, qsizetype rows2) {
     return QStringLiteral("update %1 '%2' at %3, %4").arg(state).arg(item).arg(rows1).arg(rows2);

@@ -7,13 +7,12 @@
 struct Outcome {
     QStringList rows1;  ///< of system 1's list: "icon text|sub-item|.."
     QStringList rows2;
+    QStringList headers;
     Log log;  ///< readings and what the progress was told, each with the number of rows so far
 
     bool operator==(const Outcome&) const = default;
 };
 
-/// A row as Outcome tells it.
-QString rowText(int icon, const QStringList& texts);
 /// A progress update as Outcome's log tells it.
 QString updateText(int state, const QString& item, qsizetype rows1, qsizetype rows2);
 

@@ -1,6 +1,7 @@
 #include "compare/frmcompareprogress.h"
 #include "platform/desktop/settingsstore.h"
 #include "shell/appstate.h"
+#include "support/table.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -80,30 +81,18 @@ void TestCompareProgress::opens() {
 }
 
 void TestCompareProgress::counts_data() {
-    QTest::addColumn<qint32>("expected");
-    QTest::addColumn<QString>("states");
-    QTest::addColumn<QString>("counters");
-    QTest::newRow("percentages rounded down") << 100 << "110"
-                                              << "2 1 66 33 3";
-    QTest::newRow("29 of 100 stay 29") << 1000 << QString(29, u'1') + QString(71, u'0') << "29 71 29 71 10";
-    QTest::newRow("counted already: only the bar") << 10 << "1222"
-                                                   << "1 0 100 0 40";
-    QTest::newRow("nothing compared yet") << 10 << "2"
-                                          << "0 0 0 0 10";
-    QTest::newRow("none expected") << 0 << "101"
-                                   << "2 1 66 33 0";
-    QTest::newRow("none expected, at the end") << 0 << "1019"
-                                               << "2 1 66 33 100";
-    QTest::newRow("a negative estimate") << -5 << "10"
-                                         << "1 1 50 50 0";
-    QTest::newRow("as many as expected") << 4 << "1111"
-                                         << "4 0 100 0 99";
-    QTest::newRow("more than expected") << 2 << "111011"
-                                        << "5 1 83 16 99";
-    QTest::newRow("fewer than expected, at the end") << 1000 << "19"
-                                                     << "1 0 100 0 100";
-    QTest::newRow("a large estimate") << std::numeric_limits<qint32>::max() << "1111"
-                                      << "4 0 100 0 0";
+    const testsupport::Table<qint32, QString, QString> row("expected", "states", "counters");
+    row("percentages rounded down", 100, "110", "2 1 66 33 3");
+    row("29 of 100 stay 29", 1000, QString(29, u'1') + QString(71, u'0'), "29 71 29 71 10");
+    row("counted already: only the bar", 10, "1222", "1 0 100 0 40");
+    row("nothing compared yet", 10, "2", "0 0 0 0 10");
+    row("none expected", 0, "101", "2 1 66 33 0");
+    row("none expected, at the end", 0, "1019", "2 1 66 33 100");
+    row("a negative estimate", -5, "10", "1 1 50 50 0");
+    row("as many as expected", 4, "1111", "4 0 100 0 99");
+    row("more than expected", 2, "111011", "5 1 83 16 99");
+    row("fewer than expected, at the end", 1000, "19", "1 0 100 0 100");
+    row("a large estimate", std::numeric_limits<qint32>::max(), "1111", "4 0 100 0 0");
 }
 
 void TestCompareProgress::counts() {
@@ -150,25 +139,21 @@ void TestCompareProgress::nothingMovesWhileNumbersGrow() {
 }
 
 void TestCompareProgress::ends_data() {
-    QTest::addColumn<QStringList>("steps");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("open");
-    QTest::addColumn<bool>("cancelled");
-    QTest::newRow("running") << QStringList{} << Running << true << false;
-    QTest::newRow("finished") << QStringList{"finish"} << Finished << true << false;
-    QTest::newRow("finished, then clicked") << QStringList{"finish", "click"} << Finished << false << false;
-    QTest::newRow("finished, then Enter") << QStringList{"finish", "enter"} << Finished << false << false;
-    QTest::newRow("clicked") << QStringList{"click"} << Cancelled << true << true;
-    QTest::newRow("clicked twice") << QStringList{"click", "click"} << Cancelled << false << true;
-    QTest::newRow("Enter while running") << QStringList{"enter"} << Running << true << false;
-    QTest::newRow("Escape") << QStringList{"escape"} << Cancelled << true << true;
-    QTest::newRow("closed by its title bar") << QStringList{"close"} << Cancelled << false << true;
-    QTest::newRow("finished, then closed") << QStringList{"finish", "close"} << Finished << false << false;
-    QTest::newRow("clicked after another cancelled")
-        << QStringList{"flag", "click"} << Cancelled << false << true;
-    QTest::newRow("connection lost") << QStringList{"lost"} << Cancelled << true << true;
-    QTest::newRow("ended without its button") << QStringList{"flag", "end"} << Cancelled << true << false;
-    QTest::newRow("ended after it finished") << QStringList{"finish", "end"} << Finished << true << false;
+    const testsupport::Table<QStringList, QString, bool, bool> row("steps", "text", "open", "cancelled");
+    row("running", {}, Running, true, false);
+    row("finished", {"finish"}, Finished, true, false);
+    row("finished, then clicked", {"finish", "click"}, Finished, false, false);
+    row("finished, then Enter", {"finish", "enter"}, Finished, false, false);
+    row("clicked", {"click"}, Cancelled, true, true);
+    row("clicked twice", {"click", "click"}, Cancelled, false, true);
+    row("Enter while running", {"enter"}, Running, true, false);
+    row("Escape", {"escape"}, Cancelled, true, true);
+    row("closed by its title bar", {"close"}, Cancelled, false, true);
+    row("finished, then closed", {"finish", "close"}, Finished, false, false);
+    row("clicked after another cancelled", {"flag", "click"}, Cancelled, false, true);
+    row("connection lost", {"lost"}, Cancelled, true, true);
+    row("ended without its button", {"flag", "end"}, Cancelled, true, false);
+    row("ended after it finished", {"finish", "end"}, Finished, true, false);
 }
 
 void TestCompareProgress::ends() {

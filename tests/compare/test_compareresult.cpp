@@ -2,7 +2,10 @@
 #include "compare/comparison.h"
 #include "comparingframe.h"
 #include "platform/desktop/twips.h"
+#include "support/rowtexts.h"
+#include "support/table.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using desktop::toPixels;
@@ -13,17 +16,8 @@ QRect placeOf(const tw::frmCompareResult& result, const char* name) {
     return result.findChild<QWidget*>(QString::fromLatin1(name))->geometry();
 }
 
-/// Texts of the rows with an icon, each with its sub-items behind it.
 QStringList rowsWith(const controls::ListItems& items, int icon) {
-    QStringList rows;
-    for (int i = 0; i < items.count(); ++i) {
-        if (items.icon(i) != icon) continue;
-        QStringList texts{items.text(i)};
-        for (int column = 1; column < items.headerCount(); ++column)
-            texts += items.subItem(i, column);
-        rows += texts.join(u'|');
-    }
-    return rows;
+    return testsupport::rowsOf(items).filter(QRegularExpression(QStringLiteral("^%1 ").arg(icon)));
 }
 
 int rightOf(const QRect& rectangle) {
@@ -39,7 +33,6 @@ class TestCompareResult : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void goesToItsPlace_data();
     void goesToItsPlace();
     void standsSideBySide();
@@ -50,22 +43,16 @@ class TestCompareResult : public QObject {
     void queriesSystem1();
 
   private:
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
 
-void TestCompareResult::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
-
 void TestCompareResult::goesToItsPlace_data() {
-    QTest::addColumn<QRect>("frame");
-    QTest::addColumn<bool>("maximised");
-    QTest::addColumn<QRect>("place");
+    const testsupport::Table<QRect, bool, QRect> row("frame", "maximised", "place");
     // The active child stands at 30, 45: 450 and 675 twips.
-    QTest::newRow("normal") << QRect(100, 120, 800, 600) << false << QRect(33, 48, 600, 300);
-    QTest::newRow("maximised") << QRect(0, 0, 1001, 701) << true << QRect(1, 1, 751, 351);
-    QTest::newRow("left of the screen") << QRect(-8, 10, 800, 600) << false << QRect(1, 48, 600, 300);
-    QTest::newRow("above the screen") << QRect(10, -1, 800, 600) << false << QRect(33, 1, 600, 300);
+    row("normal", QRect(100, 120, 800, 600), false, QRect(33, 48, 600, 300));
+    row("maximised", QRect(0, 0, 1001, 701), true, QRect(1, 1, 751, 351));
+    row("left of the screen", QRect(-8, 10, 800, 600), false, QRect(1, 48, 600, 300));
+    row("above the screen", QRect(10, -1, 800, 600), false, QRect(33, 1, 600, 300));
 }
 
 void TestCompareResult::goesToItsPlace() {
@@ -170,13 +157,11 @@ void TestCompareResult::comparesDatabases() {
 
     const controls::ListItems& items1 = itemsOf(result, 1);
     const controls::ListItems& items2 = itemsOf(result, 2);
-    QCOMPARE(rowsWith(items1, tw::Comparison::Index),
-             QStringList{QStringLiteral("Indexes|Index Table|Index Column||")});
-    QCOMPARE(rowsWith(items2, tw::Comparison::ForeignKey).size(), 1);
-    QVERIFY(rowsWith(items1, tw::Comparison::Table)
-                .contains(QStringLiteral("Table: OpeningHours|Data type|Nullable|Foreign key|")));
-    QVERIFY(!rowsWith(items2, tw::Comparison::Table)
-                 .contains(QStringLiteral("Table: OpeningHours|Data type|Nullable|Foreign key|")));
+    for (const int kind : {tw::Comparison::Constraint, tw::Comparison::Index, tw::Comparison::ForeignKey})
+        QCOMPARE(rowsWith(items1, kind).size(), 1);
+    const QString table = QStringLiteral("4 Table: OpeningHours|Data type|Nullable|Foreign key");
+    QVERIFY(rowsWith(items1, tw::Comparison::Table).contains(table));
+    QVERIFY(!rowsWith(items2, tw::Comparison::Table).contains(table));
     // What the window counted is what the lists hold.
     QCOMPARE(textOf(progress, "lblNumMatch").toInt(), rowsWith(items1, tw::Comparison::Matched).size());
     QCOMPARE(textOf(progress, "lblNumUnmatch").toInt(),

@@ -4,6 +4,7 @@
 #include "support/answers.h"
 #include "support/picking.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -55,7 +56,6 @@ class TestCompareSelect : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void offersServers();
     void tellsThatThereIsNoServer();
     void tabOrder();
@@ -73,12 +73,8 @@ class TestCompareSelect : public QObject {
     void documentThatGoes();
 
   private:
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
-
-void TestCompareSelect::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
 
 void TestCompareSelect::offersServers() {
     OpenDocuments documents;
@@ -146,24 +142,13 @@ void TestCompareSelect::fillsLists() {
 }
 
 void TestCompareSelect::refusesIncompleteEntries_data() {
-    QTest::addColumn<QList<bool>>("chosen");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("focus");
-    QTest::newRow("nothing") << QList<bool>{false, false, false, false}
-                             << "Please select server for system 1.     "
-                             << "cbServer1";
-    QTest::newRow("no database 1") << QList<bool>{true, false, true, true}
-                                   << "Please select database for system 1.     "
-                                   << "cbDatabase1";
-    QTest::newRow("no server 2") << QList<bool>{true, true, false, false}
-                                 << "Please select server for system 2.     "
-                                 << "cbServer2";
-    QTest::newRow("no database 2") << QList<bool>{true, true, true, false}
-                                   << "Please select a database for system 2.     "
-                                   << "cbDatabase2";
-    QTest::newRow("only system 2") << QList<bool>{false, false, true, true}
-                                   << "Please select server for system 1.     "
-                                   << "cbServer1";
+    const testsupport::Table<QList<bool>, QString, QString> row("chosen", "message", "focus");
+    row("nothing", {false, false, false, false}, "Please select server for system 1.     ", "cbServer1");
+    row("no database 1", {true, false, true, true}, "Please select database for system 1.     ",
+        "cbDatabase1");
+    row("no server 2", {true, true, false, false}, "Please select server for system 2.     ", "cbServer2");
+    row("no database 2", {true, true, true, false}, "Please select a database for system 2.     ",
+        "cbDatabase2");
 }
 
 void TestCompareSelect::refusesIncompleteEntries() {
@@ -188,15 +173,10 @@ void TestCompareSelect::refusesIncompleteEntries() {
 }
 
 void TestCompareSelect::refusesDatabasesWithoutPermission_data() {
-    QTest::addColumn<QString>("database1");
-    QTest::addColumn<QString>("database2");
-    QTest::addColumn<int>("unreadable");
-    QTest::newRow("system 1") << "Payroll"
-                              << "Workshop" << 1;
-    QTest::newRow("system 2") << "Workshop"
-                              << "Payroll" << 2;
-    QTest::newRow("both") << "Payroll"
-                          << "Payroll" << 1;
+    const testsupport::Table<QString, QString, int> row("database1", "database2", "unreadable");
+    row("system 1", "Payroll", "Workshop", 1);
+    row("system 2", "Workshop", "Payroll", 2);
+    row("both", "Payroll", "Payroll", 1);
 }
 
 void TestCompareSelect::refusesDatabasesWithoutPermission() {
@@ -225,23 +205,15 @@ void TestCompareSelect::refusesDatabasesWithoutPermission() {
 }
 
 void TestCompareSelect::normalisesTables_data() {
-    QTest::addColumn<QString>("chosen1");
-    QTest::addColumn<QString>("chosen2");
-    QTest::addColumn<QString>("table1");
-    QTest::addColumn<QString>("table2");
-    QTest::newRow("nothing") << ""
-                             << "" << AllTables << AllTables;
-    QTest::newRow("one each") << "Part"
-                              << "Supplier"
-                              << "Part"
-                              << "Supplier";
-    QTest::newRow("one and all") << "Part" << AllTables << AllTables << AllTables;
-    QTest::newRow("all and one") << AllTables << "Part" << AllTables << AllTables;
-    QTest::newRow("one and nothing") << "Part"
-                                     << "" << AllTables << AllTables;
-    QTest::newRow("nothing and one") << ""
-                                     << "Part" << AllTables << AllTables;
-    QTest::newRow("all and nothing") << AllTables << "" << AllTables << AllTables;
+    const testsupport::Table<QString, QString, QString, QString> row("chosen1", "chosen2", "table1",
+                                                                     "table2");
+    row("nothing", "", "", AllTables, AllTables);
+    row("one each", "Part", "Supplier", "Part", "Supplier");
+    row("one and all", "Part", AllTables, AllTables, AllTables);
+    row("all and one", AllTables, "Part", AllTables, AllTables);
+    row("one and nothing", "Part", "", AllTables, AllTables);
+    row("nothing and one", "", "Part", AllTables, AllTables);
+    row("all and nothing", AllTables, "", AllTables, AllTables);
 }
 
 void TestCompareSelect::normalisesTables() {
@@ -324,9 +296,9 @@ void TestCompareSelect::serverThatDoesNotAnswer() {
 }
 
 void TestCompareSelect::documentThatGoes_data() {
-    QTest::addColumn<bool>("whileBoxIsOpen");
-    QTest::newRow("before it is chosen") << false;
-    QTest::newRow("while a message box is open") << true;
+    const testsupport::Table<bool> row("whileBoxIsOpen");
+    row("before it is chosen", false);
+    row("while a message box is open", true);
 }
 
 void TestCompareSelect::documentThatGoes() {

@@ -1,10 +1,14 @@
 #include "pairwise.h"
 #include "platform/controls/listitems.h"
 #include "randomschemas.h"
+#include "support/rowtexts.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using controls::ListItems;
+using testsupport::headersOf;
+using testsupport::rowsOf;
 using tw::ComparedKinds;
 
 namespace {
@@ -37,17 +41,6 @@ class LoggingProgress : public tw::ComparisonProgress {
     const ListItems& m_results1;
     const ListItems& m_results2;
 };
-
-QStringList rowsOf(const ListItems& list) {
-    QStringList rows;
-    for (int row = 0; row < list.count(); ++row) {
-        QStringList texts;
-        for (int column = 0; column < 5; ++column)
-            texts += list.subItem(row, column);
-        rows += rowText(list.icon(row), texts);
-    }
-    return rows;
-}
 
 /// One comparison of two made-up systems.
 struct Trial {
@@ -83,6 +76,7 @@ struct Trial {
         comparison.run();
         outcome.rows1 = rowsOf(results1);
         outcome.rows2 = rowsOf(results2);
+        outcome.headers = headersOf(results1) + headersOf(results2);
         return outcome;
     }
 };
@@ -141,7 +135,6 @@ class TestComparison : public QObject {
   private Q_SLOTS:
     void equalsPairwise_data();
     void equalsPairwise();
-    void headsLists();
     void yieldsForRowsAndPairs();
     void cancels_data();
     void cancels();
@@ -150,9 +143,9 @@ class TestComparison : public QObject {
 };
 
 void TestComparison::equalsPairwise_data() {
-    QTest::addColumn<bool>("allTables");
-    QTest::newRow("all tables") << true;
-    QTest::newRow("one table with one table") << false;
+    const testsupport::Table<bool> row("allTables");
+    row("all tables", true);
+    row("one table with one table", false);
 }
 
 void TestComparison::equalsPairwise() {
@@ -171,23 +164,6 @@ void TestComparison::equalsPairwise() {
     }
 }
 
-void TestComparison::headsLists() {
-    ListItems results1;
-    ListItems results2;
-    Log log;
-    FakeSystem system({}, AllTables, 1, log);
-    LoggingProgress progress(log, results1, results2);
-    tw::Comparison(
-        {system, results1, {}}, {system, results2, {}}, {}, progress, [] {}, [] { return false; })
-        .run();
-    for (const ListItems* list : {&results1, &results2}) {
-        QCOMPARE(list->headerCount(), 5);
-        QCOMPARE(list->header(0), QStringLiteral("Names"));
-        QCOMPARE(list->header(1), QStringLiteral("Attribute"));
-        QCOMPARE(list->header(4), QStringLiteral("Attribute"));
-    }
-}
-
 /// Three equal columns against two: six pairs and a row on each side, besides the pair of tables.
 void TestComparison::yieldsForRowsAndPairs() {
     const FakeSchema::Column column{"Id", "Integer", "", ""};
@@ -201,9 +177,7 @@ void TestComparison::yieldsForRowsAndPairs() {
 }
 
 void TestComparison::cancels_data() {
-    QTest::addColumn<bool>("allTables");
-    QTest::newRow("all tables") << true;
-    QTest::newRow("one table with one table") << false;
+    equalsPairwise_data();
 }
 
 /// In every single yield: what stands stays, and of what would follow only the headings are added that the
@@ -246,38 +220,22 @@ void TestComparison::cancels() {
 }
 
 void TestComparison::losesConnection_data() {
-    QTest::addColumn<bool>("allTables");
-    QTest::addColumn<int>("readings");
-    QTest::addColumn<QStringList>("log");
-    QTest::addColumn<QStringList>("rows");
+    const testsupport::Table<bool, int, QStringList, QStringList> row("allTables", "readings", "log", "rows");
 
-    const QString constraints = QStringLiteral("1 Constraints|Constraint Table|Constraint Check||");
-    const QString table = QStringLiteral("4 Table: T|Data type|Nullable|Foreign key|");
+    const QString constraints = QStringLiteral("1 Constraints|Constraint Table|Constraint Check");
+    const QString table = QStringLiteral("4 Table: T|Data type|Nullable|Foreign key");
     const QStringList setUp{"begin", "need 1", "captions one, two"};
-    QTest::newRow("at once, with one table")
-        << false << 0 << QStringList{"read 1 details of db1"} + setUp + QStringList{"cancel"}
-        << QStringList{constraints, table};
-    QTest::newRow("before the tables are known")
-        << true << 1
-        << QStringList{"read 1 details of db1", "read 2 details of db2", "read 1 tables of db1"} + setUp +
-               QStringList{"cancel"}
-        << QStringList{constraints, "4 Table: None defined|Data type|Nullable|Foreign key|"};
-    QTest::newRow("at the second of three tables")
-        << true << 3
-        << QStringList{"read 1 details of db1",
-                       "read 2 details of db2",
-                       "read 1 tables of db1",
-                       "read 2 tables of db2",
-                       "begin",
-                       "need 20",
-                       "captions one, two",
-                       "read 1 table T",
-                       "read 2 table T",
-                       "update 1 'Tablew: T' at 3, 2",
-                       "update 2 'Table: T' at 3, 3",
-                       "read 1 table U",
-                       "cancel"}
-        << QStringList{constraints, table, "5 Id|Integer|||", "4 Table: U|Data type|Nullable|Foreign key|"};
+    row("at once, with one table", false, 0,
+        QStringList{"read 1 details of db1"} + setUp + QStringList{"cancel"}, {constraints, table});
+    row("before the tables are known", true, 1,
+        QStringList{"read 1 details of db1", "read 2 details of db2", "read 1 tables of db1"} + setUp +
+            QStringList{"cancel"},
+        {constraints, "4 Table: None defined|Data type|Nullable|Foreign key"});
+    row("at the second of three tables", true, 3,
+        {"read 1 details of db1", "read 2 details of db2", "read 1 tables of db1", "read 2 tables of db2",
+         "begin", "need 20", "captions one, two", "read 1 table T", "read 2 table T",
+         "update 1 'Tablew: T' at 3, 2", "update 2 'Table: T' at 3, 3", "read 1 table U", "cancel"},
+        {constraints, table, "5 Id|Integer", "4 Table: U|Data type|Nullable|Foreign key"});
 }
 
 /// Nothing is read any more, and no box is shown a second time.
