@@ -2,20 +2,22 @@
 #include "platform/controls/comboitems.h"
 #include "platform/controls/nodes.h"
 #include "support/answers.h"
+#include "support/rowtexts.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using controls::ComboItems;
 using controls::Node;
 using controls::Nodes;
+using testsupport::textsOf;
 
 /// The catalog routines over the real driver and wire.
 class TestCatalog : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void fillsTree();
     void fillsTreeAgain();
     void treeKeepsRootOfUnreachableServer();
@@ -32,7 +34,7 @@ class TestCatalog : public QObject {
     tw::DBConnection connectionOf(const QString& user, const QString& password) const;
     tw::DBConnection clerk() const { return connectionOf(QStringLiteral("clerk"), QStringLiteral("clerk")); }
 
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server{{QStringLiteral("--script"), QFINDTESTDATA("keys.sql")}};
 };
 
 namespace {
@@ -45,26 +47,12 @@ QStringList childrenOf(const Nodes& tree, const char* key) {
     return texts;
 }
 
-QStringList entriesOf(const ComboItems& combo) {
-    QStringList texts;
-    for (int i = 0; i < combo.count(); ++i) {
-        texts += combo.text(i);
-    }
-    return texts;
-}
-
 }  // namespace
-
-void TestCatalog::initTestCase() {
-    QVERIFY2(m_server.start({QStringLiteral("--script"), QFINDTESTDATA("keys.sql")}),
-             qUtf8Printable(m_server.errorText()));
-}
 
 tw::DBConnection TestCatalog::connectionOf(const QString& user, const QString& password) const {
     tw::DBConnection connection;
     connection.setServer(QStringLiteral("stored"));
-    connection.setConnectionString(QStringLiteral("driver={SQL Server};server=") + m_server.serverText() +
-                                   QStringLiteral(";uid=") + user + QStringLiteral(";pwd=") + password);
+    connection.setConnectionString(m_server.connectionString(user, password));
     return connection;
 }
 
@@ -121,23 +109,20 @@ void TestCatalog::listsDatabases() {
     ComboItems combo;
     combo.addItem(QStringLiteral("old"));
     QVERIFY(clerk().FillCbDB(combo));
-    QCOMPARE(entriesOf(combo).join(u'|'),
+    QCOMPARE(textsOf(combo).join(u'|'),
              QStringLiteral("Archive|Odd Names|Payroll|R|Stock|Stockroom|Stockroom1|"
                             "TypeSamples|Workshop|Workshop2"));
 }
 
 void TestCatalog::listsTables_data() {
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<QStringList>("present");
-    QTest::addColumn<QStringList>("absent");
+    const testsupport::Table<QString, QStringList, QStringList> row("database", "present", "absent");
     const auto list = [](const char* texts) {
         return QString::fromUtf8(texts).split(u'|', Qt::SkipEmptyParts);
     };
-    QTest::newRow("both") << "Stockroom" << list("1|2") << QStringList();
-    QTest::newRow("filters and odd names")
-        << "Odd Names" << list("Bob's bikes|two words|SYSTEM|a]b|中文表|Müller-Straße")
-        << list("dtproperties|sysfiles1x|sysdiagrams_copy|sys|sysobjects");
-    QTest::newRow("none") << "Archive" << QStringList() << QStringList();
+    row("both", "Stockroom", list("1|2"), {});
+    row("filters and odd names", "Odd Names", list("Bob's bikes|two words|SYSTEM|a]b|中文表|Müller-Straße"),
+        list("dtproperties|sysfiles1x|sysdiagrams_copy|sys|sysobjects"));
+    row("none", "Archive", {}, {});
 }
 
 void TestCatalog::listsTables() {
@@ -147,7 +132,7 @@ void TestCatalog::listsTables() {
     ComboItems combo;
     combo.addItem(QStringLiteral("old"));
     QVERIFY(clerk().FillCbTable(combo, database));
-    QStringList tables = entriesOf(combo);
+    QStringList tables = textsOf(combo);
     QVERIFY(!tables.contains(QStringLiteral("old")));
     for (const QString& table : present) {
         QVERIFY2(tables.contains(table), qUtf8Printable(table));
@@ -165,28 +150,17 @@ void TestCatalog::listsTables() {
 void TestCatalog::listsColumns() {
     ComboItems combo;
     clerk().FillCbColumn(combo, QStringLiteral("Odd Names"), QStringLiteral("two words"));
-    QCOMPARE(entriesOf(combo).join(u'|'), QStringLiteral("first name|last name"));
+    QCOMPARE(textsOf(combo).join(u'|'), QStringLiteral("first name|last name"));
     clerk().FillCbColumn(combo, QStringLiteral("Odd Names"), QStringLiteral("no such table"));
     QCOMPARE(combo.count(), 0);
 }
 
 void TestCatalog::reportsFailure_data() {
-    QTest::addColumn<QString>("procedure");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("head");
-    QTest::addColumn<bool>("loginHint");
-    QTest::newRow("databases, wrong password") << "FillCbDB"
-                                               << "wrong"
-                                               << "Error: -2147217843." << true;
-    QTest::newRow("tables, wrong password") << "FillCbTable"
-                                            << "wrong"
-                                            << "Error: -2147217843." << true;
-    QTest::newRow("columns, wrong password") << "FillCbColumn"
-                                             << "wrong"
-                                             << "Error: -2147217843." << true;
-    QTest::newRow("columns, a quote in the name") << "FillCbColumn"
-                                                  << "clerk"
-                                                  << "Error: -2147217900." << false;
+    const testsupport::Table<QString, QString, QString, bool> row("procedure", "password", "head",
+                                                                  "loginHint");
+    for (const char* procedure : {"FillCbDB", "FillCbTable", "FillCbColumn"})
+        row(procedure, procedure, "wrong", "Error: -2147217843.", true);
+    row("columns, a quote in the name", "FillCbColumn", "clerk", "Error: -2147217900.", false);
 }
 
 void TestCatalog::reportsFailure() {
@@ -217,9 +191,9 @@ void TestCatalog::reportsFailure() {
 }
 
 void TestCatalog::tellsLackOfPermission_data() {
-    QTest::addColumn<QString>("database");
-    QTest::newRow("closed to the login") << "Payroll";
-    QTest::newRow("unknown") << "Nowhere";
+    const testsupport::Table<QString> row("database");
+    row("closed to the login", "Payroll");
+    row("unknown", "Nowhere");
 }
 
 void TestCatalog::tellsLackOfPermission() {

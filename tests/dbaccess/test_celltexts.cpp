@@ -1,7 +1,9 @@
 #include "dbaccess/dbconnection.h"
 #include "platform/controls/listitems.h"
 #include "support/answers.h"
+#include "support/rowtexts.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QMap>
 #include <QTest>
@@ -22,7 +24,7 @@ class TestCellTexts : public QObject {
   private:
     QString difference(int item, int column, const QString& text) const;
 
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
     controls::ListItems m_list;
 };
 
@@ -51,61 +53,53 @@ QString TestCellTexts::difference(int item, int column, const QString& text) con
 }
 
 void TestCellTexts::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
     tw::DBConnection connection;
     connection.setConnectionString(
-        QStringLiteral("driver={SQL Server};server=%1;uid=clerk;pwd=clerk").arg(m_server.serverText()));
+        m_server.connectionString(QStringLiteral("clerk"), QStringLiteral("clerk")));
     const testsupport::Answers answers;
     QCOMPARE(connection.FillLvTblData(m_list, QStringLiteral("TypeSamples"), QStringLiteral("AllTypes"), 0),
              QStringLiteral("Table: AllTypes.  Total rows: 12.  Selected rows: 12"));
 }
 
 void TestCellTexts::headers() {
-    QStringList headers;
-    for (int column = 0; column < m_list.headerCount(); ++column)
-        headers += m_list.header(column);
-    QCOMPARE(headers, Columns);
+    QCOMPARE(testsupport::headersOf(m_list), Columns);
 }
 
 void TestCellTexts::fullRows_data() {
-    QTest::addColumn<QStringList>("texts");
-    const auto column = [](const char* name, const QString& least, const QString& greatest,
-                           const QString& empty, const QString& steps) {
-        QTest::newRow(name) << QStringList{least, greatest, empty, steps};
-    };
+    const testsupport::Table<QStringList> column("texts");
     const QString blanks(10, u' ');
-    column("Id", "2", "3", "4", "5");
-    column("What", "least", "greatest", "empty", "smallest steps");
-    column("ABit", "False", "True", "False", "True");
-    column("ATinyInt", "0", "255", "0", "1");
-    column("ASmallInt", "-32768", "32767", "0", "-1");
-    column("AnInt", "-2147483648", "2147483647", "0", "-1");
-    column("ADecimal", "-99999999999999.9999", "99999999999999.9999", "0.0000", "0.0001");
-    column("AWideDecimal", "-9999999999999999999999999999.9999999999",
-           "9999999999999999999999999999.9999999999", "0.0000000000", "0.0000000001");
-    column("AHugeDecimal", "-99999999999999999999999999999999999999",
-           "99999999999999999999999999999999999999", "0", "1");
-    column("ANumeric", "-9999999999999999999999999999", "9999999999999999999999999999", "0", "1");
-    column("AMoney", "-922337203685477.5808", "922337203685477.5807", "0.0000", "0.0001");
-    column("ASmallMoney", "-214748.3648", "214748.3647", "0.0000", "-0.0001");
-    column("AFloat", "-1.79E+308", "1.79E+308", "0", "2.23E-308");
-    column("AReal", "-3.4E+38", "3.4E+38", "0", "1.18E-38");
-    column("ADateTime", "1753-01-01 00:00:00", "9999-12-31 23:59:59.997", "1900-01-01 00:00:00",
-           "1998-07-01 12:34:56.003");
-    column("ASmallDate", "1900-01-01 00:00:00", "2079-06-06 23:59:00", "1900-01-01 00:00:00",
-           "1998-07-01 12:34:00");
-    column("AChar", "a         ", "zzzzzzzzzz", blanks, "ends in   ");
-    column("AVarChar", "a", QString(8000, u'z'), "", "ends in  ");
-    column("AText", "a", "z", "", "ends in  ");
-    column("ANChar", "a         ", "zzzzzzzzzz", blanks, "ends in   ");
-    column("ANVarChar", "a", QString(4000, u'\u03A9'), "", "ends in  ");
-    column("ANText", "a", "z", "", "ends in  ");
+    column("Id", {"2", "3", "4", "5"});
+    column("What", {"least", "greatest", "empty", "smallest steps"});
+    column("ABit", {"False", "True", "False", "True"});
+    column("ATinyInt", {"0", "255", "0", "1"});
+    column("ASmallInt", {"-32768", "32767", "0", "-1"});
+    column("AnInt", {"-2147483648", "2147483647", "0", "-1"});
+    column("ADecimal", {"-99999999999999.9999", "99999999999999.9999", "0.0000", "0.0001"});
+    column("AWideDecimal", {"-9999999999999999999999999999.9999999999",
+                            "9999999999999999999999999999.9999999999", "0.0000000000", "0.0000000001"});
+    column("AHugeDecimal",
+           {"-99999999999999999999999999999999999999", "99999999999999999999999999999999999999", "0", "1"});
+    column("ANumeric", {"-9999999999999999999999999999", "9999999999999999999999999999", "0", "1"});
+    column("AMoney", {"-922337203685477.5808", "922337203685477.5807", "0.0000", "0.0001"});
+    column("ASmallMoney", {"-214748.3648", "214748.3647", "0.0000", "-0.0001"});
+    column("AFloat", {"-1.79E+308", "1.79E+308", "0", "2.23E-308"});
+    column("AReal", {"-3.4E+38", "3.4E+38", "0", "1.18E-38"});
+    column("ADateTime", {"1753-01-01 00:00:00", "9999-12-31 23:59:59.997", "1900-01-01 00:00:00",
+                         "1998-07-01 12:34:56.003"});
+    column("ASmallDate",
+           {"1900-01-01 00:00:00", "2079-06-06 23:59:00", "1900-01-01 00:00:00", "1998-07-01 12:34:00"});
+    column("AChar", {"a         ", "zzzzzzzzzz", blanks, "ends in   "});
+    column("AVarChar", {"a", QString(8000, u'z'), "", "ends in  "});
+    column("AText", {"a", "z", "", "ends in  "});
+    column("ANChar", {"a         ", "zzzzzzzzzz", blanks, "ends in   "});
+    column("ANVarChar", {"a", QString(4000, u'\u03A9'), "", "ends in  "});
+    column("ANText", {"a", "z", "", "ends in  "});
     for (const char* name : {"ABinary", "AVarBinary", "AnImage"})
-        column(name, Unprintable, Unprintable, Unprintable, Unprintable);
-    column("AGuid", "{00000000-0000-0000-0000-000000000000}", "{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}",
-           "{6F9619FF-8B86-D011-B42D-00C04FC964FF}", "{01234567-89AB-CDEF-0123-456789ABCDEF}");
-    column("ASysname", "a", "z", "", "x");
-    column("AStamp", Unprintable, Unprintable, Unprintable, Unprintable);
+        column(name, {Unprintable, Unprintable, Unprintable, Unprintable});
+    column("AGuid", {"{00000000-0000-0000-0000-000000000000}", "{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}",
+                     "{6F9619FF-8B86-D011-B42D-00C04FC964FF}", "{01234567-89AB-CDEF-0123-456789ABCDEF}"});
+    column("ASysname", {"a", "z", "", "x"});
+    column("AStamp", {Unprintable, Unprintable, Unprintable, Unprintable});
 }
 
 void TestCellTexts::fullRows() {

@@ -1,5 +1,6 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -18,31 +19,14 @@ class TestDBConnection : public QObject {
 };
 
 void TestDBConnection::textHelpers_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("capitalized");
-    QTest::addColumn<QString>("baseName");
-    QTest::addColumn<bool>("blank");
-    QTest::newRow("empty") << ""
-                           << ""
-                           << "" << false;
-    QTest::newRow("one letter") << "a"
-                                << "A"
-                                << "a" << false;
-    QTest::newRow("type") << "nvarchar"
-                          << "Nvarchar"
-                          << "nvarchar" << false;
-    QTest::newRow("only the first letter changes") << "mIxed"
-                                                   << "MIxed"
-                                                   << "mixed" << false;
-    QTest::newRow("two words") << "Int Identity"
-                               << "Int Identity"
-                               << "int" << true;
-    QTest::newRow("blank in front") << " a"
-                                    << " a"
-                                    << "" << true;
-    QTest::newRow("a tab is no blank") << "a\tb"
-                                       << "A\tb"
-                                       << "a\tb" << false;
+    const testsupport::Table<QString, QString, QString, bool> row("text", "capitalized", "baseName", "blank");
+    row("empty", "", "", "", false);
+    row("one letter", "a", "A", "a", false);
+    row("type", "nvarchar", "Nvarchar", "nvarchar", false);
+    row("only the first letter changes", "mIxed", "MIxed", "mixed", false);
+    row("two words", "Int Identity", "Int Identity", "int", true);
+    row("blank in front", " a", " a", "", true);
+    row("a tab is no blank", "a\tb", "A\tb", "a\tb", false);
 }
 
 void TestDBConnection::textHelpers() {
@@ -53,31 +37,19 @@ void TestDBConnection::textHelpers() {
 }
 
 void TestDBConnection::namesServer_data() {
-    QTest::addColumn<QString>("connectionString");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("this machine") << "SERVER=(local);WSID=MYPC"
-                                  << "MYPC(local)";
-    QTest::newRow("this machine by name") << "SERVER=mypc;WSID=MYPC"
-                                          << "mypc(local)";
-    QTest::newRow("another machine") << "SERVER=DB1;WSID=MYPC"
-                                     << "DB1";
-    QTest::newRow("with the driver's name in front")
-        << "driver={SQL Server};server=db1,1433;uid=sa;pwd=x;wsid=mypc"
-        << "db1,1433";
-    QTest::newRow("last item of quoted properties") << "x=\"Server=mypc;WSID=MYPC\""
-                                                    << "mypc(local)";
-    QTest::newRow("workstation first") << "WSID=MYPC;SERVER=(local)"
-                                       << "MYPC(local)";
-    QTest::newRow("(local) in another case is a name") << "SERVER=(LOCAL);WSID=MYPC"
-                                                       << "(LOCAL)";
-    QTest::newRow("empty server") << "SERVER=;WSID=MYPC"
-                                  << "";
-    QTest::newRow("no workstation") << "SERVER=DB1"
-                                    << "stored";
-    QTest::newRow("no server") << "DSN=Sales;WSID=MYPC"
-                               << "stored";
-    QTest::newRow("nothing") << ""
-                             << "stored";
+    const testsupport::Table<QString, QString> row("connectionString", "name");
+    row("this machine", "SERVER=(local);WSID=MYPC", "MYPC(local)");
+    row("this machine by name", "SERVER=mypc;WSID=MYPC", "mypc(local)");
+    row("another machine", "SERVER=DB1;WSID=MYPC", "DB1");
+    row("with the driver's name in front", "driver={SQL Server};server=db1,1433;uid=sa;pwd=x;wsid=mypc",
+        "db1,1433");
+    row("last item of quoted properties", "x=\"Server=mypc;WSID=MYPC\"", "mypc(local)");
+    row("workstation first", "WSID=MYPC;SERVER=(local)", "MYPC(local)");
+    row("(local) in another case is a name", "SERVER=(LOCAL);WSID=MYPC", "(LOCAL)");
+    row("empty server", "SERVER=;WSID=MYPC", "");
+    row("no workstation", "SERVER=DB1", "stored");
+    row("no server", "DSN=Sales;WSID=MYPC", "stored");
+    row("nothing", "", "stored");
 }
 
 void TestDBConnection::namesServer() {
@@ -90,18 +62,16 @@ void TestDBConnection::namesServer() {
 }
 
 void TestDBConnection::leavesOut_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("systemDatabase");
-    QTest::addColumn<bool>("hiddenTable");
-    QTest::newRow("system database") << "tempdb" << true << false;
-    QTest::newRow("system database in another case") << "Master" << false << false;
-    QTest::newRow("begins like one") << "model2" << false << false;
-    QTest::newRow("diagram table") << "dtproperties" << false << true;
-    QTest::newRow("diagram table in another case") << "DTproperties" << false << false;
-    QTest::newRow("sys alone") << "sys" << false << true;
-    QTest::newRow("begins with sys") << "sysdiagrams_copy" << false << true;
-    QTest::newRow("begins with Sys") << "Systems" << false << false;
-    QTest::newRow("shorter than sys") << "sy" << false << false;
+    const testsupport::Table<QString, bool, bool> row("name", "systemDatabase", "hiddenTable");
+    row("system database", "tempdb", true, false);
+    row("system database in another case", "Master", false, false);
+    row("begins like one", "model2", false, false);
+    row("diagram table", "dtproperties", false, true);
+    row("diagram table in another case", "DTproperties", false, false);
+    row("sys alone", "sys", false, true);
+    row("begins with sys", "sysdiagrams_copy", false, true);
+    row("begins with Sys", "Systems", false, false);
+    row("shorter than sys", "sy", false, false);
 }
 
 void TestDBConnection::leavesOut() {

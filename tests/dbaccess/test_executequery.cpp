@@ -1,6 +1,7 @@
 #include "dbaccess/dbconnection.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QTemporaryFile>
 #include <QTest>
@@ -24,10 +25,8 @@ class TestExecuteQuery : public QObject {
 namespace {
 
 /// Names that a connection string would take for more than a name, were they put into it as they stand.
-const QStringList OddDatabases{QStringLiteral("plain"),  QStringLiteral("a;Port=1"),
-                               QStringLiteral("a=b,c"),  QStringLiteral(" blank"),
-                               QStringLiteral("blank "), QStringLiteral("{a"),
-                               QStringLiteral("a}b"),    QStringLiteral("a};Driver=none;{b")};
+const QStringList OddDatabases{"plain",  "a;Port=1", "a=b,c", " blank",
+                               "blank ", "{a",       "a}b",   "a};Driver=none;{b"};
 
 }  // namespace
 
@@ -43,21 +42,15 @@ void TestExecuteQuery::initTestCase() {
 
 tw::DBConnection TestExecuteQuery::connection() const {
     tw::DBConnection connection;
-    connection.setConnectionString(QStringLiteral("driver={SQL Server};server=") + m_server.serverText() +
-                                   QStringLiteral(";uid=sa;pwd="));
+    connection.setConnectionString(m_server.connectionString());
     return connection;
 }
 
 void TestExecuteQuery::handsOutRows_data() {
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<QString>("database");
-    QTest::newRow("no rows") << QStringLiteral("select 1 where 1 = 0") << QStringList{}
-                             << QStringLiteral("Workshop");
+    const testsupport::Table<QString, QString, QStringList> row("database", "query", "texts");
+    row("no rows", "Workshop", "select 1 where 1 = 0", {});
     for (const QString& name : OddDatabases)
-        QTest::addRow("rows, in %s", qUtf8Printable(name))
-            << QStringLiteral("select db_name() union all select 'second'") << QStringList{name, "second"}
-            << name;
+        row(qUtf8Printable(name), name, "select db_name() union all select 'second'", {name, "second"});
 }
 
 void TestExecuteQuery::handsOutRows() {
@@ -74,19 +67,13 @@ void TestExecuteQuery::handsOutRows() {
 }
 
 void TestExecuteQuery::reportsBothTexts_data() {
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QString>("head");
-    QTest::newRow("unknown database") << QStringLiteral("Nowhere") << QStringLiteral("select 1")
-                                      << QStringLiteral("Error: -2147467259.\r\n");
-    QTest::newRow("a database that cannot be asked for")
-        << QStringLiteral("\u0416};b") << QStringLiteral("select 1")
-        << QStringLiteral("Error: -2147467259.\r\nThe driver cannot");
-    QTest::newRow("a name that would be cut")
-        << QStringLiteral("Workshop") + QChar(0) << QStringLiteral("select 1")
-        << QStringLiteral("Error: -2147467259.\r\nA connection string cannot");
-    QTest::newRow("wrong statement") << QStringLiteral("Workshop") << QStringLiteral("SELECTX")
-                                     << QStringLiteral("Error: -2147217900.\r\n");
+    const testsupport::Table<QString, QString, QString> row("database", "query", "head");
+    row("unknown database", "Nowhere", "select 1", "Error: -2147467259.\r\n");
+    row("a database that cannot be asked for", "\u0416};b", "select 1",
+        "Error: -2147467259.\r\nThe driver cannot");
+    row("a name that would be cut", QStringLiteral("Workshop") + QChar(0), "select 1",
+        "Error: -2147467259.\r\nA connection string cannot");
+    row("wrong statement", "Workshop", "SELECTX", "Error: -2147217900.\r\n");
 }
 
 void TestExecuteQuery::reportsBothTexts() {

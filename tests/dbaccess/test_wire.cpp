@@ -4,6 +4,7 @@
 #include "support/answers.h"
 #include "support/relay.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -78,8 +79,7 @@ void TestWire::initTestCase() {
 
 tw::DBConnection TestWire::connection() const {
     tw::DBConnection connection;
-    connection.setConnectionString(
-        QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_relay->serverText()));
+    connection.setConnectionString(testsupport::connectionString(m_relay->serverText()));
     return connection;
 }
 
@@ -97,14 +97,12 @@ QString TestWire::fill(Routine routine, ListItems& list) {
 }
 
 void TestWire::serverSendsNoMoreThanShown_data() {
-    QTest::addColumn<int>("most");
-    QTest::addColumn<int>("sent");
-    QTest::addColumn<QStringList>("limits");
+    const testsupport::Table<int, int, QStringList> row("most", "sent", "limits");
     const QStringList none;
-    QTest::newRow("50 of them") << 50 << 50 << QStringList{"SET ROWCOUNT 50"};
-    QTest::newRow("one") << 1 << 1 << QStringList{"SET ROWCOUNT 1"};
-    QTest::newRow("more than there are") << RowCount + 1 << RowCount << QStringList{"SET ROWCOUNT 10001"};
-    QTest::newRow("all") << 0 << RowCount << none;
+    row("50 of them", 50, 50, {"SET ROWCOUNT 50"});
+    row("one", 1, 1, {"SET ROWCOUNT 1"});
+    row("more than there are", RowCount + 1, RowCount, {"SET ROWCOUNT 10001"});
+    row("all", 0, RowCount, none);
 }
 
 void TestWire::serverSendsNoMoreThanShown() {
@@ -120,36 +118,22 @@ void TestWire::serverSendsNoMoreThanShown() {
     QCOMPARE(m_relay->batches(),
              QStringList({"sp_columns 'Table0001'", "sp_helpuser", "Select count(*) as x from [Table0001]"}) +
                  limits + QStringList{"select * from [Table0001]"});
+    QCOMPARE(m_relay->turns(), TurnsOfLogin + m_relay->batches().size());
 }
 
 void TestWire::roundTrips_data() {
-    QTest::addColumn<std::function<void(tw::DBConnection&, ListItems&)>>("routine");
-    QTest::addColumn<int>("logins");
-    QTest::addColumn<int>("statements");
-    const auto row = [](const char* name, int logins, int statements,
-                        const std::function<void(tw::DBConnection&, ListItems&)>& routine) {
-        QTest::newRow(name) << routine << logins << statements;
-    };
-    row("definition", 1, 3,
-        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblDef(list, Large, Table); });
-    row("all rows", 1, 4,
-        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblData(list, Large, Table, 0); });
-    row("some rows", 1, 5,
-        [](tw::DBConnection& server, ListItems& list) { server.FillLvTblData(list, Large, Table, 50); });
-    row("details", 3, 3,
-        [](tw::DBConnection& server, ListItems& list) { server.FillLvDBDetail(list, Large2); });
+    const testsupport::Table<int, int> row("routine", "turns");
+    row("definition", Definition, TurnsOfLogin + 3);
+    row("details", Details, 3 * TurnsOfLogin + 3);
 }
 
 /// Nothing is asked twice, however far away the server is.
 void TestWire::roundTrips() {
-    QFETCH(std::function<void(tw::DBConnection&, ListItems&)>, routine);
-    QFETCH(int, logins);
-    QFETCH(int, statements);
+    QFETCH(int, routine);
     const testsupport::Answers answers;
-    tw::DBConnection server = connection();
     ListItems list;
-    routine(server, list);
-    QCOMPARE(m_relay->turns(), TurnsOfLogin * logins + statements);
+    fill(static_cast<Routine>(routine), list);
+    QTEST(int(m_relay->turns()), "turns");
 }
 
 void TestWire::roundTripsOfTree() {
@@ -162,22 +146,16 @@ void TestWire::roundTripsOfTree() {
 }
 
 void TestWire::triesOwnersInOrder_data() {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QStringList>("tried");
-    QTest::addColumn<QStringList>("procedures");
+    const testsupport::Table<QString, QStringList, QStringList> row("table", "tried", "procedures");
     // Users in the order of sp_helpuser, which names Maria once for each of her roles.
     const QStringList none;
-    QTest::newRow("no owner needed") << "Notes" << QStringList{"[Notes]"} << none;
-    QTest::newRow("the second owner's")
-        << "Sketches" << QStringList{"[Sketches]", "[dbo].[Sketches]", "[maria].[Sketches]"} << none;
-    QTest::newRow("the last owner's")
-        << "to do" << QStringList{"[to do]", "[dbo].[to do]", "[maria].[to do]", "[shop clerk].[to do]"}
-        << none;
-    QTest::newRow("nobody's") << "gone"
-                              << QStringList{"[gone]", "[dbo].[gone]", "[maria].[gone]",
-                                             "[shop clerk].[gone]"}
-                              << QStringList{"FillLvTblData"};
-    QTest::newRow("a bracket in the name") << "a]b" << none << QStringList{"FillLvTblData"};
+    row("no owner needed", "Notes", {"[Notes]"}, none);
+    row("the second owner's", "Sketches", {"[Sketches]", "[dbo].[Sketches]", "[maria].[Sketches]"}, none);
+    row("the last owner's", "to do", {"[to do]", "[dbo].[to do]", "[maria].[to do]", "[shop clerk].[to do]"},
+        none);
+    row("nobody's", "gone", {"[gone]", "[dbo].[gone]", "[maria].[gone]", "[shop clerk].[gone]"},
+        {"FillLvTblData"});
+    row("a bracket in the name", "a]b", none, {"FillLvTblData"});
 }
 
 void TestWire::triesOwnersInOrder() {
@@ -195,12 +173,9 @@ void TestWire::triesOwnersInOrder() {
 }
 
 void TestWire::treeTellsWhatIsMissing_data() {
-    QTest::addColumn<QByteArray>("mark");
-    QTest::addColumn<QString>("above");
-    QTest::addColumn<QString>("marker");
-    QTest::newRow("line lost among the databases") << wide("Large2") << "R"
-                                                   << "<No Connection>";
-    QTest::newRow("line lost among the tables") << wide("Table0250") << Large2 << "<No Permission>";
+    const testsupport::Table<QByteArray, QString, QString> row("mark", "above", "marker");
+    row("line lost among the databases", wide("Large2"), "R", "<No Connection>");
+    row("line lost among the tables", wide("Table0250"), Large2, "<No Permission>");
 }
 
 void TestWire::treeTellsWhatIsMissing() {
@@ -217,17 +192,8 @@ void TestWire::treeTellsWhatIsMissing() {
 }
 
 void TestWire::lineBreaks_data() {
-    QTest::addColumn<int>("routine");
-    QTest::addColumn<QByteArray>("mark");
-    QTest::addColumn<int>("times");
-    QTest::addColumn<QStringList>("procedures");
-    QTest::addColumn<int>("headers");
-    QTest::addColumn<int>("fewest");
-    QTest::addColumn<int>("most");
-    const auto row = [](const char* name, Routine routine, const QByteArray& mark, int times,
-                        const QStringList& procedures, int headers, int fewest, int most) {
-        QTest::newRow(name) << int(routine) << mark << times << procedures << headers << fewest << most;
-    };
+    const testsupport::Table<int, QByteArray, int, QStringList, int, int, int> row(
+        "routine", "mark", "times", "procedures", "headers", "fewest", "most");
     const QByteArray login = wide("Large");  // the new database is told at the end of the login
     row("rows, at the login", Rows, login, 1, {"FillLvTblData"}, 0, 0, 0);
     row("rows, in the columns", Rows, wide("Code4"), 1, {"FillLvTblData"}, 0, 0, 0);
