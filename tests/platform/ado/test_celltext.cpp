@@ -1,5 +1,6 @@
 #include "expectations.h"
 #include "platform/ado/celltext.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -24,25 +25,20 @@ static Cell cellOf(const T& value) {
 }
 
 void CellTextTest::floats_data() {
-    QTest::addColumn<double>("value");
-    QTest::addColumn<bool>("single");
-    QTest::addColumn<QString>("text");
-    const auto row = [](double value, bool single, const char* text) {
-        QTest::newRow(text) << value << single << QString::fromLatin1(text);
-    };
-    row(0.1, false, "0.1");
-    row(double(0.1F), true, "0.1");
-    row(-0.0, false, "0");
-    row(100000, false, "100000");
-    row(1.0 / 3, false, "0.3333333333333333");
-    row(double(1.0F / 3), true, "0.33333334");
-    row(123456789012345, false, "123456789012345");
-    row(1e15, false, "1E+15");
-    row(0.00001, false, "0.00001");
-    row(0.0000012, false, "1.2E-06");
-    row(-1.7976931348623157e308, false, "-1.7976931348623157E+308");
-    row(5e-324, false, "5E-324");
-    row(double(3.4028235e38F), true, "3.4028235E+38");
+    const testsupport::TextTable<double, bool> row("text", "value", "single");
+    row("0.1", 0.1, false);
+    row("0.1", double(0.1F), true);
+    row("0", -0.0, false);
+    row("100000", 100000, false);
+    row("0.3333333333333333", 1.0 / 3, false);
+    row("0.33333334", double(1.0F / 3), true);
+    row("123456789012345", 123456789012345, false);
+    row("1E+15", 1e15, false);
+    row("0.00001", 0.00001, false);
+    row("1.2E-06", 0.0000012, false);
+    row("-1.7976931348623157E+308", -1.7976931348623157e308, false);
+    row("5E-324", 5e-324, false);
+    row("3.4028235E+38", double(3.4028235e38F), true);
 }
 
 void CellTextTest::floats() {
@@ -61,12 +57,7 @@ void CellTextTest::floats() {
 }
 
 void CellTextTest::integers_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isNumber");
-    QTest::addColumn<qint64>("number");
-    const auto row = [](const char* text, bool isNumber, qint64 number) {
-        QTest::newRow(text) << QString::fromUtf8(text) << isNumber << number;
-    };
+    const testsupport::TextTable<bool, qint64> row("text", "isNumber", "number");
     row("42", true, 42);
     row(" -42 ", true, -42);
     row("9223372036854775807", true, 9223372036854775807);

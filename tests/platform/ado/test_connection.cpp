@@ -2,6 +2,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
+#include "support/table.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -100,17 +101,8 @@ void ConnectionTest::opens() {
 }
 
 void ConnectionTest::userAndPassword_data() {
-    QTest::addColumn<QString>("items");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("userThere");
-    QTest::addColumn<QString>("passwordThere");
-    const auto row = [](const char* name, const char* items, const char* user, const char* password,
-                        const char* userThere, const char* passwordThere) {
-        QTest::newRow(name) << QString::fromUtf8(items) << QString::fromUtf8(user)
-                            << QString::fromUtf8(password) << QString::fromUtf8(userThere)
-                            << QString::fromUtf8(passwordThere);
-    };
+    const testsupport::Table<QString, QString, QString, QString, QString> row("items", "user", "password",
+                                                                              "userThere", "passwordThere");
     row("from the string", "uid=a;pwd=b", "", "", "a", "b");
     row("from the arguments", "uid=a;pwd=b", "c", "d", "c", "d");
     row("only a user", "pwd=b", "c", "", "c", "b");
@@ -131,11 +123,7 @@ void ConnectionTest::userAndPassword() {
 }
 
 void ConnectionTest::failures_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<qint32>("number");
-    const auto row = [](const char* name, const QString& text, qint32 number) {
-        QTest::newRow(name) << text << number;
-    };
+    const testsupport::Table<QString, qint32> row("text", "number");
     QTcpServer closed;
     closed.listen(QHostAddress::LocalHost);
     const QString nobody = QString::number(closed.serverPort());
@@ -144,9 +132,9 @@ void ConnectionTest::failures_data() {
     row("wrong password", m_server->connectionString() + QStringLiteral(";pwd=wrong"), -2147217843);
     row("nobody listens", driver + QStringLiteral("server=127.0.0.1,%1;uid=sa").arg(nobody), -2147467259);
     row("unknown host", driver + QStringLiteral("server=nobody.invalid;uid=sa"), -2147467259);
-    row("no driver", QStringLiteral("driver={No Driver};server=127.0.0.1"), -2147467259);
-    row("no source", QStringLiteral("DSN=No Source;"), -2147467259);
-    row("nothing", QString(), -2147467259);
+    row("no driver", "driver={No Driver};server=127.0.0.1", -2147467259);
+    row("no source", "DSN=No Source;", -2147467259);
+    row("nothing", "", -2147467259);
     row("no ticket", driver + QStringLiteral("server=127.0.0.1,%1;uid=;pwd=").arg(m_server->port()),
         -2147467259);
 }
@@ -162,12 +150,11 @@ void ConnectionTest::failures() {
 }
 
 void ConnectionTest::badListeners_data() {
-    QTest::addColumn<int>("manner");
-    QTest::addColumn<qint32>("number");
-    QTest::newRow("never says a word") << int(Listener::Silent) << -2147217871;
-    QTest::newRow("hangs up") << int(Listener::HangsUp) << -2147467259;
-    QTest::newRow("stops halfway") << int(Listener::StopsHalfway) << -2147217871;
-    QTest::newRow("a byte now and then") << int(Listener::Trickles) << -2147217871;
+    const testsupport::Table<int, qint32> row("manner", "number");
+    row("never says a word", int(Listener::Silent), -2147217871);
+    row("hangs up", int(Listener::HangsUp), -2147467259);
+    row("stops halfway", int(Listener::StopsHalfway), -2147217871);
+    row("a byte now and then", int(Listener::Trickles), -2147217871);
 }
 
 void ConnectionTest::badListeners() {

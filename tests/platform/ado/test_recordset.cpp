@@ -2,6 +2,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -47,9 +48,9 @@ static QString textOf(const Field& field) {
 }
 
 void RecordsetTest::values_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::newRow("in blocks") << QStringLiteral("types");
-    QTest::newRow("in pieces") << QStringLiteral("types and texts");
+    const testsupport::Table<QString> row("statement");
+    row("in blocks", "types");
+    row("in pieces", "types and texts");
 }
 
 void RecordsetTest::values() {

@@ -2,6 +2,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -69,11 +70,10 @@ void ResultsTest::tablesAreSelected() {
 }
 
 void ResultsTest::otherRecordSetsAreReadAhead_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("count");
-    QTest::newRow("blocks") << QStringLiteral("count 20000") << 20000;
-    QTest::newRow("one block") << QStringLiteral("count 3") << 3;
-    QTest::newRow("pieces") << QStringLiteral("long 200000") << 2;
+    const testsupport::Table<QString, int> row("statement", "count");
+    row("blocks", "count 20000", 20000);
+    row("one block", "count 3", 3);
+    row("pieces", "long 200000", 2);
 }
 
 void ResultsTest::otherRecordSetsAreReadAhead() {

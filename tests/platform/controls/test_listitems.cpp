@@ -1,5 +1,6 @@
 #include "platform/controls/listitems.h"
 #include "platform/runtimeerror.h"
+#include "support/table.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -27,14 +28,14 @@ class ListItemsTest : public QObject {
 };
 
 void ListItemsTest::textsComeBackToTheLetter_data() {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("Latin-1, 127 characters") << QString(127, QChar(0xff));
-    QTest::newRow("Latin-1, 8192 characters") << QString(8192, u'x');
-    QTest::newRow("one wide character") << QStringLiteral("price in €");
-    QTest::newRow("outside the basic plane") << QStringLiteral("\U0001F600\U0001F601");
-    QTest::newRow("half a pair") << QString(QChar(0xd800));
-    QTest::newRow("null character, line ends") << QStringLiteral("a\0b\r\n").append(QChar(0));
+    const testsupport::Table<QString> row("text");
+    row("empty", "");
+    row("Latin-1, 127 characters", QString(127, QChar(0xff)));
+    row("Latin-1, 8192 characters", QString(8192, u'x'));
+    row("one wide character", "price in €");
+    row("outside the basic plane", "\U0001F600\U0001F601");
+    row("half a pair", QString(QChar(0xd800)));
+    row("null character, line ends", QStringLiteral("a\0b\r\n").append(QChar(0)));
 }
 
 void ListItemsTest::textsComeBackToTheLetter() {

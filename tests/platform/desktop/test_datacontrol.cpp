@@ -2,6 +2,7 @@
 #include "platform/desktop/datacontrol.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -15,13 +16,11 @@ class DataControlTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void results_data();
     void results();
     void failures_data();
     void failures();
     void cellKinds();
-    void longText();
     void sessionsAreNotShared_data();
     void sessionsAreNotShared();
     void timeOuts_data();
@@ -31,7 +30,7 @@ class DataControlTest : public QObject {
   private:
     std::unique_ptr<DataControl> makeControl() const;
 
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
 
 namespace {
@@ -71,39 +70,25 @@ std::optional<qint32> failureOf(DataControl& control, const QString& statement) 
 
 }  // namespace
 
-void DataControlTest::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
-
 std::unique_ptr<DataControl> DataControlTest::makeControl() const {
     auto control = std::make_unique<DataControl>();
-    control->setConnectionString(QStringLiteral("driver={SQL Server};server=") + m_server.serverText() +
-                                 QStringLiteral(";uid=sa;pwd=;database=TypeSamples"));
+    control->setConnectionString(m_server.connectionString() + QStringLiteral(";database=TypeSamples"));
     return control;
 }
 
 void DataControlTest::results_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("most");
-    QTest::addColumn<QStringList>("lines");
-    const auto row = [](const char* name, const QString& statement, int most, const QStringList& lines) {
-        QTest::newRow(name) << statement << most << lines;
-    };
-    const QStringList three{QStringLiteral("n"), QStringLiteral("1"), QStringLiteral("2"),
-                            QStringLiteral("3")};
+    const testsupport::Table<QString, int, QStringList> row("statement", "most", "lines");
+    const QStringList three{"n", "1", "2", "3"};
     row("no limit", ThreeRows, 0, three);
     row("smaller limit", ThreeRows, 2, three.mid(0, 3));
     row("equal limit", ThreeRows, 3, three);
     row("larger limit", ThreeRows, 4, three);
     row("largest limit", ThreeRows, 2147483647, three);
-    row("null and empty", QStringLiteral("select null as a, '' as b"), 0,
-        {QStringLiteral("a|b"), QStringLiteral("NULL|")});
-    row("unnamed and repeated names", QStringLiteral("select 1, 2 as a, 3 as A"), 0,
-        {QStringLiteral("|a|A"), QStringLiteral("1|2|3")});
-    row("no rows", QStringLiteral("select 1 as a where 1 = 0"), 0, {QStringLiteral("a")});
-    row("no columns", QStringLiteral("set nocount on"), 0, {QString()});
-    row("first of several results", QStringLiteral("set nocount on select 1 as a select 2 as b"), 0,
-        {QStringLiteral("a"), QStringLiteral("1")});
+    row("null and empty", "select null as a, '' as b", 0, {"a|b", "NULL|"});
+    row("unnamed and repeated names", "select 1, 2 as a, 3 as A", 0, {"|a|A", "1|2|3"});
+    row("no rows", "select 1 as a where 1 = 0", 0, {"a"});
+    row("no columns", "set nocount on", 0, {QString()});
+    row("first of several results", "set nocount on select 1 as a select 2 as b", 0, {"a", "1"});
 }
 
 void DataControlTest::results() {
@@ -118,17 +103,12 @@ void DataControlTest::results() {
 }
 
 void DataControlTest::failures_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("words");
-    QTest::newRow("syntax") << QStringLiteral("SELECTX") << ado::numbers::StatementError
-                            << QStringLiteral("SELECTX");
-    QTest::newRow("no such table") << QStringLiteral("select * from Nowhere") << ado::numbers::ObjectNotFound
-                                   << QStringLiteral("Nowhere");
-    QTest::newRow("in a later result") << QStringLiteral("select 1 select * from Nowhere")
-                                       << ado::numbers::ObjectNotFound << QStringLiteral("Nowhere");
-    QTest::newRow("among the rows") << QStringLiteral("select 6 / (3 - n) from (%1) as t").arg(ThreeRows)
-                                    << ado::numbers::StatementError << QStringLiteral("zero");
+    const testsupport::Table<QString, int, QString> row("statement", "number", "words");
+    row("syntax", "SELECTX", ado::numbers::StatementError, "SELECTX");
+    row("no such table", "select * from Nowhere", ado::numbers::ObjectNotFound, "Nowhere");
+    row("in a later result", "select 1 select * from Nowhere", ado::numbers::ObjectNotFound, "Nowhere");
+    row("among the rows", QStringLiteral("select 6 / (3 - n) from (%1) as t").arg(ThreeRows),
+        ado::numbers::StatementError, "zero");
 }
 
 void DataControlTest::failures() {
@@ -165,24 +145,13 @@ void DataControlTest::cellKinds() {
     QCOMPARE(rows.index(1, 8).data().toString(), QStringLiteral("<Binary>"));
 }
 
-void DataControlTest::longText() {
-    const auto control = makeControl();
-    run(*control, QStringLiteral("select replicate(cast(N'\u00e4\u20ac' as nvarchar(10)), 4000) as a, "
-                                 "AnText as b, AText as c from AllTypes where What = 'long'"));
-    QCOMPARE(control->rows().index(0, 2).data(Qt::EditRole).toString(),
-             QStringLiteral("0123456789abcdef").repeated(8192));
-    QCOMPARE(control->rows().index(0, 1).data(Qt::EditRole).toString(),
-             QStringLiteral("L\u00e4nge \u00fcber alles \U0001F6B2 ").repeated(5000));
-}
-
 void DataControlTest::sessionsAreNotShared_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("most");
-    QTest::newRow("limit of rows") << QStringLiteral("select 1 set rowcount 1") << 0;
-    QTest::newRow("limit of its own") << ThreeRows << 1;
-    QTest::newRow("another database") << QStringLiteral("select 1 use master") << 0;
-    QTest::newRow("no rows at all") << QStringLiteral("select 1 set fmtonly on") << 0;
-    QTest::newRow("open transaction") << QStringLiteral("select 1 begin tran") << 0;
+    const testsupport::Table<QString, int> row("statement", "most");
+    row("limit of rows", "select 1 set rowcount 1", 0);
+    row("limit of its own", ThreeRows, 1);
+    row("another database", "select 1 use master", 0);
+    row("no rows at all", "select 1 set fmtonly on", 0);
+    row("open transaction", "select 1 begin tran", 0);
 }
 
 void DataControlTest::sessionsAreNotShared() {
@@ -191,20 +160,16 @@ void DataControlTest::sessionsAreNotShared() {
     const auto control = makeControl();
     run(*control, statement, most);
     run(*control, QStringLiteral("select db_name() as d, @@trancount as t union all select 'x', 0"));
-    QCOMPARE(shown(*control),
-             (QStringList{QStringLiteral("d|t"), QStringLiteral("TypeSamples|0"), QStringLiteral("x|0")}));
+    QCOMPARE(shown(*control), (QStringList{"d|t", "TypeSamples|0", "x|0"}));
 }
 
 void DataControlTest::timeOuts_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("seconds");
-    QTest::addColumn<bool>("inTime");
+    const testsupport::Table<QString, int, bool> row("statement", "seconds", "inTime");
     const QString briefly = QStringLiteral("select 1 as n waitfor delay '0:0:0.2'");
-    QTest::newRow("reached before the rows")
-        << QStringLiteral("waitfor delay '0:0:5' ") + ThreeRows << 1 << false;
-    QTest::newRow("not reached") << briefly << 30 << true;
-    QTest::newRow("none") << briefly << 0 << true;
-    QTest::newRow("longest") << briefly << 2147483647 << true;
+    row("reached before the rows", QStringLiteral("waitfor delay '0:0:5' ") + ThreeRows, 1, false);
+    row("not reached", briefly, 30, true);
+    row("none", briefly, 0, true);
+    row("longest", briefly, 2147483647, true);
 }
 
 void DataControlTest::timeOuts() {

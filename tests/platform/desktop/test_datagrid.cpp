@@ -1,5 +1,6 @@
 #include "platform/controls/gridrows.h"
 #include "platform/desktop/datagrid.h"
+#include "support/table.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
@@ -89,12 +90,12 @@ void DataGridTest::rowsAreReplaced() {
 }
 
 void DataGridTest::selects_data() {
-    QTest::addColumn<QList<QPoint>>("cells");  // column and row; -1 is the header beside or above
-    QTest::addColumn<QString>("text");
-    QTest::newRow("cell") << QList<QPoint>{{1, 0}} << QStringLiteral("Name\none\n");
-    QTest::newRow("row") << QList<QPoint>{{-1, 2}} << QStringLiteral("Id\tName\t\n3\tNULL\tlast\n");
-    QTest::newRow("column") << QList<QPoint>{{0, -1}} << QStringLiteral("Id\n1\n2\n3\n");
-    QTest::newRow("apart") << QList<QPoint>{{2, 2}, {0, 0}} << QStringLiteral("Id\t\n1\t\n\tlast\n");
+    // column and row; -1 is the header beside or above
+    const testsupport::Table<QList<QPoint>, QString> row("cells", "text");
+    row("cell", {{1, 0}}, "Name\none\n");
+    row("row", {{-1, 2}}, "Id\tName\t\n3\tNULL\tlast\n");
+    row("column", {{0, -1}}, "Id\n1\n2\n3\n");
+    row("apart", {{2, 2}, {0, 0}}, "Id\t\n1\t\n\tlast\n");
 }
 
 void DataGridTest::selects() {

@@ -1,7 +1,6 @@
 #include "platform/desktop/doevents.h"
 #include "platform/desktop/failures.h"
-#include "platform/desktop/filedialog.h"
-#include "support/answers.h"
+#include "support/table.h"
 
 #include <QTest>
 #include <QTimer>
@@ -26,19 +25,16 @@ class FailuresTest : public QObject {
     void guardHandsFailuresOn_data();
     void guardHandsFailuresOn();
     void guardedConnections();
-    void boxesAreAnswered();
     void eventsAreServedNowAndThen();
     void eventsMayYieldThemselves();
 };
 
 void FailuresTest::guardHandsFailuresOn_data() {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("description");
-    QTest::newRow("a failure with a number") << 0 << 3021 << QStringLiteral("No current record");
-    QTest::newRow("another exception") << 1 << 51 << QStringLiteral("odd");
-    QTest::newRow("something else") << 2 << 51 << QStringLiteral("Internal error");
-    QTest::newRow("none") << 3 << 0 << QString();
+    const testsupport::Table<int, int, QString> row("kind", "number", "description");
+    row("a failure with a number", 0, 3021, "No current record");
+    row("another exception", 1, 51, "odd");
+    row("something else", 2, 51, "Internal error");
+    row("none", 3, 0, "");
 }
 
 void FailuresTest::guardHandsFailuresOn() {
@@ -74,25 +70,6 @@ void FailuresTest::guardedConnections() {
     QCOMPARE(receiver.received, 7);
     QCOMPARE(text, QStringLiteral("seven"));
     QCOMPARE(failures, 1);
-}
-
-void FailuresTest::boxesAreAnswered() {
-    testsupport::Answers answers;
-    QCOMPARE(MsgBox(QStringLiteral("Replace?"), MsgBoxIcon::Exclamation, QStringLiteral("T"),
-                    MsgBoxButtons::OkCancel, MsgBoxResult::Cancel),
-             MsgBoxResult::Cancel);
-    answers.press(MsgBoxResult::Ok);
-    QCOMPARE(MsgBox(QStringLiteral("Replace?"), MsgBoxIcon::None, {}, MsgBoxButtons::OkCancel,
-                    MsgBoxResult::Cancel),
-             MsgBoxResult::Ok);
-    QCOMPARE(answers.takeBox().title, QStringLiteral("T"));
-    QCOMPARE(answers.takeBox().title, QCoreApplication::applicationName());
-
-    answers.saveAs(QStringLiteral("/tmp/x.txt"));
-    QCOMPARE(askSaveFileName({QStringLiteral("Export"), {}, {}}), QStringLiteral("/tmp/x.txt"));
-    QCOMPARE(askSaveFileName({QStringLiteral("Export"), {}, {}}), std::nullopt);
-    QCOMPARE(answers.takeSaveFile().title, QStringLiteral("Export"));
-    QCOMPARE(answers.takeSaveFile().title, QStringLiteral("Export"));
 }
 
 void FailuresTest::eventsAreServedNowAndThen() {

@@ -3,6 +3,7 @@
 #include "platform/desktop/helpviewer.h"
 #include "platform/desktop/helpwindow.h"
 #include "support/answers.h"
+#include "support/table.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QFile>
@@ -181,17 +182,11 @@ void HelpViewerTest::oneWindow() {
 }
 
 void HelpViewerTest::missingOrUnreadable_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("failure");
-    QTest::newRow("missing") << QStringLiteral("none.hlp") << QByteArray()
-                             << QStringLiteral("cannot be found.");
-    QTest::newRow("empty") << QStringLiteral("guide.hlp") << QByteArray(" \n")
-                           << QStringLiteral("cannot be read.");
-    QTest::newRow("no UTF-8") << QStringLiteral("guide.hlp") << QByteArray("# \xff\xfe")
-                              << QStringLiteral("cannot be read.");
-    QTest::newRow("binary") << QStringLiteral("guide.hlp") << QByteArray("?_\x03\0\0x", 6)
-                            << QStringLiteral("cannot be read.");
+    const testsupport::Table<QString, QByteArray, QString> row("name", "content", "failure");
+    row("missing", "none.hlp", QByteArray(), "cannot be found.");
+    row("empty", "guide.hlp", QByteArray(" \n"), "cannot be read.");
+    row("no UTF-8", "guide.hlp", QByteArray("# \xff\xfe"), "cannot be read.");
+    row("binary", "guide.hlp", QByteArray("?_\x03\0\0x", 6), "cannot be read.");
 }
 
 void HelpViewerTest::missingOrUnreadable() {

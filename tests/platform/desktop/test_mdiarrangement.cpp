@@ -1,6 +1,7 @@
 #include "platform/desktop/mdiarrangement.h"
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
+#include "support/table.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -8,13 +9,13 @@
 #include <QTest>
 
 #include <algorithm>
+#include <map>
 #include <numeric>
 
 class MdiArrangementTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void tilesCoverTheArea_data();
     void tilesCoverTheArea();
     void tilesOfManyChildren();
     void cascadeStaysInside();
@@ -26,36 +27,26 @@ class MdiArrangementTest : public QObject {
     void manyChildrenKeepTheirSmallestSize();
 };
 
-void MdiArrangementTest::tilesCoverTheArea_data() {
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("lines");
-    QTest::newRow("1") << 1 << 1;
-    QTest::newRow("2") << 2 << 1;
-    QTest::newRow("3") << 3 << 1;
-    QTest::newRow("4") << 4 << 2;
-    QTest::newRow("7") << 7 << 2;
-    QTest::newRow("10") << 10 << 3;
-    QTest::newRow("37") << 37 << 6;
-}
-
 void MdiArrangementTest::tilesCoverTheArea() {
-    QFETCH(int, count);
-    QFETCH(int, lines);
     const QSize area(1001, 703);
-    for (const bool stacked : {true, false}) {
-        const auto tiles = desktop::arrangement::tiles(area, count, stacked);
-        QCOMPARE(int(tiles.size()), count);
-        QRegion covered;
-        qint64 pixels = 0;
-        int atTheEdge = 0;
-        for (const QRect& tile : tiles) {
-            covered += tile;
-            pixels += qint64(tile.width()) * tile.height();
-            atTheEdge += stacked ? tile.top() == 0 : tile.left() == 0;
+    // How many children, and in how many lines they stand.
+    const std::map<int, int> linesOf{{1, 1}, {2, 1}, {3, 1}, {4, 2}, {7, 2}, {10, 3}, {37, 6}};
+    for (const auto& [count, lines] : linesOf) {
+        for (const bool stacked : {true, false}) {
+            const auto tiles = desktop::arrangement::tiles(area, count, stacked);
+            QCOMPARE(int(tiles.size()), count);
+            QRegion covered;
+            qint64 pixels = 0;
+            int atTheEdge = 0;
+            for (const QRect& tile : tiles) {
+                covered += tile;
+                pixels += qint64(tile.width()) * tile.height();
+                atTheEdge += stacked ? tile.top() == 0 : tile.left() == 0;
+            }
+            QCOMPARE(covered, QRegion(QRect(QPoint(), area)));
+            QCOMPARE(pixels, qint64(area.width()) * area.height());
+            QCOMPARE(atTheEdge, lines);
         }
-        QCOMPARE(covered, QRegion(QRect(QPoint(), area)));
-        QCOMPARE(pixels, qint64(area.width()) * area.height());
-        QCOMPARE(atTheEdge, lines);
     }
 }
 
@@ -84,12 +75,10 @@ void MdiArrangementTest::iconsFillRowsUpwards() {
 }
 
 void MdiArrangementTest::centring_data() {
-    QTest::addColumn<double>("outside");
-    QTest::addColumn<double>("inside");
-    QTest::addColumn<double>("position");
-    QTest::newRow("the half stays") << 9000.0 << 6015.0 << 1492.5;
-    QTest::newRow("larger than the area") << 3000.0 << 6015.0 << -1507.5;
-    QTest::newRow("rounded before halving") << 100.0 << 0.6 << 49.5;
+    const testsupport::Table<double, double, double> row("outside", "inside", "position");
+    row("the half stays", 9000.0, 6015.0, 1492.5);
+    row("larger than the area", 3000.0, 6015.0, -1507.5);
+    row("rounded before halving", 100.0, 0.6, 49.5);
 }
 
 void MdiArrangementTest::centring() {
