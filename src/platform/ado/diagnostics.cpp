@@ -9,7 +9,9 @@ namespace {
 
 enum Phases : unsigned { WhileOpening = 1, WhileRunning = 2, Always = 3 };
 
-/// One entry: a native error number, or a SQLSTATE where the number is 0.
+constexpr qint32 any = -1;
+
+/// One entry: a native error number; or a SQLSTATE where the number is 0, or "any" but 0.
 struct Rule {
     qint32 nativeError;
     const char* sqlState;
@@ -18,7 +20,8 @@ struct Rule {
 };
 
 // The earlier entry wins, whatever the order of the records: a server that refuses a database says 18456
-// beside it. 20002 to 20047 are FreeTDS's own numbers (sybdb.h), the others SQL Server's.
+// beside it, and where Microsoft's drivers reach no server the system's error comes with a time-out. 20002 to
+// 20047 are FreeTDS's own numbers (sybdb.h), the others SQL Server's.
 constexpr std::array rules{
     Rule{4060, nullptr, WhileOpening, numbers::Unspecified},      // cannot open database
     Rule{4061, nullptr, WhileOpening, numbers::Unspecified},      // nor the login's default database
@@ -34,6 +37,7 @@ constexpr std::array rules{
     Rule{18487, nullptr, WhileOpening, numbers::LoginFailed},     // password expired
     Rule{18488, nullptr, WhileOpening, numbers::LoginFailed},     // password must be changed
     Rule{0, "28000", WhileOpening, numbers::LoginFailed},         // invalid authorization
+    Rule{any, "08001", WhileOpening, numbers::Unspecified},       // the network's error, the certificate's
     Rule{0, "HYT00", Always, numbers::TimeOut},                   // time-out
     Rule{0, "HYT01", Always, numbers::TimeOut},                   // connection time-out
     Rule{20003, nullptr, Always, numbers::TimeOut},               // time-out
@@ -58,8 +62,20 @@ constexpr std::array rules{
 };
 
 bool matches(const Rule& rule, const DiagnosticRecord& record) {
-    return rule.sqlState ? record.sqlState == QLatin1StringView(rule.sqlState)
-                         : record.nativeError == rule.nativeError;
+    if (!rule.sqlState) return record.nativeError == rule.nativeError;
+    return record.sqlState == QLatin1StringView(rule.sqlState) &&
+           (rule.nativeError != any || record.nativeError != 0);
+}
+
+/// FreeTDS numbers what it says itself, even what it calls a warning.
+bool isFreeTdsNumber(qint32 nativeError) {
+    return nativeError >= 20000 && nativeError < 20300;
+}
+
+/// An error message of the server's. FreeTDS marks its own as the server's, too.
+bool isServersError(const DiagnosticRecord& record) {
+    return record.nativeError != 0 && !isFreeTdsNumber(record.nativeError) && tellsFailure(record) &&
+           record.text.contains(QLatin1StringView("[SQL Server]"));
 }
 
 Error makeError(qint32 number, const DiagnosticRecord& record) {
@@ -74,7 +90,11 @@ Error errorFrom(const std::vector<DiagnosticRecord>& records, Phase phase) {
         if (!(rule.phases & wanted)) continue;
         const auto found = std::ranges::find_if(
             records, [&](const DiagnosticRecord& record) { return matches(rule, record); });
-        if (found != records.end()) return makeError(rule.number, *found);
+        if (found == records.end()) continue;
+        // Why a login is refused is the server's to say; the driver sums up that there is no connection.
+        const bool sumsUp = rule.number == numbers::Unspecified && !isServersError(*found);
+        const auto reason = std::ranges::find_if(records, isServersError);
+        return makeError(rule.number, sumsUp && reason != records.end() ? *reason : *found);
     }
     const qint32 number = phase == Phase::Opening ? numbers::Unspecified : numbers::StatementError;
     if (records.empty()) return {number, QStringLiteral("Unspecified error"), {}, 0};
@@ -85,8 +105,7 @@ Error errorFrom(const std::vector<DiagnosticRecord>& records, Phase phase) {
 bool tellsFailure(const DiagnosticRecord& record) {
     const bool warning = record.sqlState.startsWith(QLatin1StringView("01")) ||
                          record.sqlState.startsWith(QLatin1StringView("00"));
-    const bool driversOwn = record.nativeError >= 20000 && record.nativeError < 20300;
-    return !warning || driversOwn;
+    return !warning || isFreeTdsNumber(record.nativeError);
 }
 
 }  // namespace ado

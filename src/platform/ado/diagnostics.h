@@ -16,7 +16,8 @@ struct DiagnosticRecord {
 enum class Phase { Opening, Statement };
 
 /// The failure that a call's records tell: the first entry of the table of numbers that matches one of them
-/// decides, and that record's text is the description.
+/// decides, and that record's text is the description; where the driver only says that there is no
+/// connection, the server's reason is.
 Error errorFrom(const std::vector<DiagnosticRecord>& records, Phase phase);
 
 /// True when a call that returned "success with information" has failed all the same: an error that comes
