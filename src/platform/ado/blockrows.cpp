@@ -48,11 +48,12 @@ void BlockRows::bind(const std::vector<Column>& columns, qint64 most) {
     if (most > 0) rows = std::min<qsizetype>(rows, most);
     m_block = std::make_unique_for_overwrite<std::byte[]>(static_cast<size_t>(rows * m_rowSize));
     const auto set = [this](SQLINTEGER attribute, SQLPOINTER value) {
-        odbc::check(SQLSetStmtAttrW(m_statement.get(), attribute, value, 0), m_statement);
+        return SQL_SUCCEEDED(SQLSetStmtAttrW(m_statement.get(), attribute, value, 0));
     };
-    set(SQL_ATTR_ROW_BIND_TYPE, odbc::number(static_cast<SQLULEN>(m_rowSize)));
-    set(SQL_ATTR_ROW_ARRAY_SIZE, odbc::number(static_cast<SQLULEN>(rows)));
-    set(SQL_ATTR_ROWS_FETCHED_PTR, m_fetched.get());
+    // A driver that cannot do one of these fetches row by row, the only way without the next.
+    m_counts = set(SQL_ATTR_ROWS_FETCHED_PTR, m_fetched.get());
+    if (m_counts && set(SQL_ATTR_ROW_BIND_TYPE, odbc::number(static_cast<SQLULEN>(m_rowSize))))
+        set(SQL_ATTR_ROW_ARRAY_SIZE, odbc::number(static_cast<SQLULEN>(rows)));
     for (size_t i = 0; i < columns.size(); ++i) {
         std::byte* length = m_block.get() + m_slots[i].offset;
         // Of binary values only the length is asked for.
@@ -78,7 +79,8 @@ bool BlockRows::fetch() {
         throw *std::exchange(m_failure, std::nullopt);
     }
     if (!m_statement) return false;
-    m_position = *m_fetched = 0;
+    m_position = 0;
+    *m_fetched = m_counts ? 0 : 1;
     const SQLRETURN code = SQLFetch(m_statement.get());
     if (code == SQL_SUCCESS_WITH_INFO) {
         const auto records = odbc::readDiagnostics(SQL_HANDLE_STMT, m_statement.get());

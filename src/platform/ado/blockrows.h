@@ -31,6 +31,7 @@ class BlockRows final : public RowSource {
     std::unique_ptr<SQLULEN> m_fetched = std::make_unique<SQLULEN>(0);
     odbc::StatementHandle m_statement;  // ends before the memory that is bound to it
     SQLULEN m_position = 0;
+    bool m_counts = true;            ///< the driver says how many rows it fetched; else it is one
     std::optional<Error> m_failure;  ///< waits behind the block's rows
 };
 
