@@ -1,6 +1,7 @@
 #include "commandlineclient.h"
 
 #include "dbaccess/catalog.h"
+#include "platform/ado/connectionstring.h"
 
 #include <QFile>
 #include <QProcess>
@@ -11,11 +12,11 @@ namespace bench {
 
 namespace {
 
-/// The server's host and port, out of "...;server=127.0.0.1,1433;...".
 QStringList hostAndPort(const QString& connectionString) {
-    const QString before = QStringLiteral("server=");
-    const QString rest = connectionString.sliced(connectionString.indexOf(before) + before.size());
-    return rest.left(rest.indexOf(u';')).split(u',');
+    const ado::ConnectionString string(connectionString);
+    const QString server = string.value({u"Server"}).value();
+    const auto port = string.value({u"Port"});
+    return port ? QStringList{server, *port} : server.split(u',');
 }
 
 class Client {

@@ -1,6 +1,7 @@
 #include "wirecase.h"
 
 #include "figures.h"
+#include "platform/ado/connectionstring.h"
 #include "support/relay.h"
 #include "support/sampleserverprocess.h"
 
@@ -12,6 +13,11 @@ namespace {
 
 QString connectionStringTo(const QString& server) {
     return QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(server);
+}
+
+/// The string of a program that knows its driver.
+QString driversOwn(const QString& connectionString) {
+    return ado::driverText(ado::ConnectionString(connectionString));
 }
 
 /// What the first run of ours takes; texts are not counted yet.
@@ -27,7 +33,7 @@ RoundTrips countRoundTrips(const WireCase& wireCase, testsupport::Relay& relay) 
     const qint64 start = relay.turns();
     wireCase.ours(connectionString);
     const qint64 middle = relay.turns();
-    wireCase.yardstick(connectionString);
+    wireCase.yardstick(driversOwn(connectionString));
     return {middle - start, relay.turns() - middle, wireCase.leastRoundTrips};
 }
 
@@ -47,7 +53,7 @@ Result runWireCase(const Request& request, const WireCase& wireCase) {
     const bool distant = request.delay > 0;
     const QString connectionString = connectionStringTo(distant ? relay.serverText() : server.serverText());
     const auto ours = [&] { wireCase.ours(connectionString); };
-    const auto yardstick = [&] { wireCase.yardstick(connectionString); };
+    const auto yardstick = [&, text = driversOwn(connectionString)] { wireCase.yardstick(text); };
 
     Memory memory = memoryOf(ours);
     yardstick();

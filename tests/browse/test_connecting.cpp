@@ -114,7 +114,7 @@ void TestConnecting::connectsThroughDataSource() {
     const auto connection = desk.document->connection();
     QVERIFY(connection->getDSN());
     QCOMPARE(connection->getConnectionString(), QStringLiteral("DSN=Sample;"));
-    QCOMPARE(connection->getServer(), QStringLiteral("127.0.0.1"));
+    QCOMPARE(connection->getServer(), m_server.serverText());
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 

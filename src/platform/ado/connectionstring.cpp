@@ -10,13 +10,20 @@ bool needsBraces(const QString& value) {
     return value.contains(u';') || value.startsWith(u'{') || value.trimmed().size() != value.size();
 }
 
+QString inBraces(QString value) {
+    value.replace(u'}', QStringLiteral("}}"));
+    return u'{' + value + u'}';
+}
+
+bool isOneOf(const QString& keyword, std::initializer_list<QStringView> keywords) {
+    return std::ranges::any_of(
+        keywords, [&](QStringView one) { return one.compare(keyword, Qt::CaseInsensitive) == 0; });
+}
+
 }  // namespace
 
 QString itemValue(const QString& value) {
-    if (!needsBraces(value)) return value;
-    QString inside = value;
-    inside.replace(u'}', QStringLiteral("}}"));
-    return u'{' + inside + u'}';
+    return needsBraces(value) ? inBraces(value) : value;
 }
 
 ConnectionString::ConnectionString(QString text) : m_text(std::move(text)) {
@@ -69,11 +76,8 @@ void ConnectionString::parseValue(Item& item) const {
 }
 
 const ConnectionString::Item* ConnectionString::find(std::initializer_list<QStringView> keywords) const {
-    const auto found = std::ranges::find_if(m_items, [&](const Item& item) {
-        return std::ranges::any_of(keywords, [&](QStringView keyword) {
-            return keyword.compare(item.keyword, Qt::CaseInsensitive) == 0;
-        });
-    });
+    const auto found =
+        std::ranges::find_if(m_items, [&](const Item& item) { return isOneOf(item.keyword, keywords); });
     return found == m_items.end() ? nullptr : &*found;
 }
 
@@ -84,7 +88,8 @@ std::optional<QString> ConnectionString::value(std::initializer_list<QStringView
 
 void ConnectionString::setValue(std::initializer_list<QStringView> keywords, const QString& value) {
     if (const Item* item = find(keywords)) {
-        m_text.replace(item->valueBegin, item->end - item->valueBegin, itemValue(value));
+        m_text.replace(item->valueBegin, item->end - item->valueBegin,
+                       item->braced ? inBraces(value) : itemValue(value));
         parse();
     } else {
         append(*keywords.begin(), value);
@@ -105,9 +110,7 @@ void ConnectionString::append(QStringView keyword, const QString& value) {
 std::optional<QString> ConnectionString::takeHardToRead(QStringView keyword) {
     std::optional<QString> taken;
     for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
-        if (!item->braced || !item->value.contains(u'}') ||
-            keyword.compare(item->keyword, Qt::CaseInsensitive) != 0)
-            continue;
+        if (!item->braced || !item->value.contains(u'}') || !isOneOf(item->keyword, {keyword})) continue;
         if (!taken) taken = item->value;
         m_text.remove(item->begin, item->end - item->begin);
     }
@@ -115,10 +118,17 @@ std::optional<QString> ConnectionString::takeHardToRead(QStringView keyword) {
     return taken;
 }
 
+void ConnectionString::remove(std::initializer_list<QStringView> keywords) {
+    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item)
+        if (isOneOf(item->keyword, keywords)) m_text.remove(item->begin, item->end + 1 - item->begin);
+    parse();
+}
+
 void ConnectionString::normalize() {
     if (!m_items.empty() && m_items.back().braced && m_items.back().end == m_text.size()) m_text += u';';
     for (auto item = m_items.rbegin(); item != m_items.rend(); ++item)
-        m_text.replace(item->begin, item->valueBegin - 1 - item->begin, item->keyword);
+        m_text.replace(item->begin, item->valueBegin - 1 - item->begin,
+                       isOneOf(item->keyword, {u"PWD"}) ? item->keyword.toUpper() : item->keyword);
     parse();
 }
 

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringView>
 
-#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <vector>
@@ -23,8 +22,8 @@ class ConnectionString {
     std::optional<QString> value(std::initializer_list<QStringView> keywords) const;
     bool has(std::initializer_list<QStringView> keywords) const { return value(keywords).has_value(); }
 
-    /// Replaces the value of the first item with one of the keywords, in its place; a new item is put behind
-    /// the others under the first keyword.
+    /// Replaces the value of the first item with one of the keywords, in its place and in braces where it
+    /// was; a new item is put behind the others under the first keyword.
     void setValue(std::initializer_list<QStringView> keywords, const QString& value);
     /// Puts an item before or behind all others, the rest untouched.
     void prepend(QStringView keyword, const QString& value);
@@ -33,8 +32,12 @@ class ConnectionString {
     /// not every driver reads back as it was meant; gives the value of the last.
     std::optional<QString> takeHardToRead(QStringView keyword);
 
+    /// Takes out every item with one of the keywords.
+    void remove(std::initializer_list<QStringView> keywords);
+
     /// Writes the items so that a driver which reads them to the letter understands them: no blanks around a
-    /// keyword, a semicolon behind a last value in braces.
+    /// keyword, a semicolon behind a last value in braces; and "PWD" in capitals, by which the driver manager
+    /// knows what its trace must not show.
     void normalize();
 
   private:
@@ -58,17 +61,12 @@ class ConnectionString {
 /// A value as an item holds it: as it stands, or in braces where it would not come back as it is.
 QString itemValue(const QString& value);
 
-/// Reads an entry of a data source's definition; empty when there is none.
-using DefinitionReader = std::function<QString(const QString& source, const QString& entry)>;
-
-/// What a connection string turns into on its way to the driver, beside the string itself: a server named
-/// "(local)" or "." is this machine; the FreeTDS driver gets a port and a protocol version where none is
-/// named, since it looks for no default port and would try one version after the other, each for a whole
-/// time-out; and a data source's own user goes along, which that driver does not read.
-QString driverText(const ConnectionString& string, const DefinitionReader& definition);
+/// What a connection string turns into on its way to the driver: the driver that plays "SQL Server" in the
+/// place of that name, and what this driver's family needs or takes (driverfamilies.h). What the string or
+/// its data source names itself stays.
+QString driverText(const ConnectionString& string);
 
 /// The string of an opened connection: with the items "SERVER=" and "WSID=" that the driver left out.
-QString expandedText(const ConnectionString& string, const DefinitionReader& definition,
-                     const QString& machine);
+QString expandedText(const ConnectionString& string, const QString& machine);
 
 }  // namespace ado

@@ -1,7 +1,6 @@
 #include "platform/ado/session.h"
 
 #include "platform/ado/connectionstring.h"
-#include "platform/ado/definitions.h"
 #include "platform/ado/wirerows.h"
 
 #include <QSysInfo>
@@ -20,12 +19,12 @@ void Session::open(const QString& user, const QString& password) {
     ConnectionString string(connectionText);
     if (!user.isEmpty()) string.setValue({u"UID"}, user);
     if (!password.isEmpty()) string.setValue({u"PWD"}, password);
-    ConnectionString readable = string;
-    const QString database = readable.takeHardToRead(u"Database").value_or(QString());
-    m_link = openConnection(driverText(readable, sourceDefinition), database, connectionTimeout);
+    ConnectionString handed(driverText(string));
+    const QString database = handed.takeHardToRead(u"Database").value_or(QString());
+    m_link = openConnection(handed.text(), database, connectionTimeout);
     m_rowLimit = 0;
     m_failed = false;
-    m_openedText = expandedText(string, sourceDefinition, QSysInfo::machineHostName());
+    m_openedText = expandedText(string, QSysInfo::machineHostName());
 }
 
 void Session::close() {

@@ -1,11 +1,8 @@
 #include "platform/ado/connectionstring.h"
 
-#include <QMap>
 #include <QTest>
 
 using namespace ado;
-
-using Definitions = QMap<QString, QString>;
 
 class ConnectionStringTest : public QObject {
     Q_OBJECT
@@ -17,10 +14,6 @@ class ConnectionStringTest : public QObject {
     void hardToRead();
     void setItems_data();
     void setItems();
-    void driverTexts_data();
-    void driverTexts();
-    void expandedTexts_data();
-    void expandedTexts();
 };
 
 void ConnectionStringTest::items_data() {
@@ -97,72 +90,6 @@ void ConnectionStringTest::setItems() {
     string.setValue({u"PWD"}, value);
     QTEST(string.text(), "result");
     QCOMPARE(string.value({u"PWD"}), std::optional(value));
-}
-
-static DefinitionReader readerOf(const Definitions& entries) {
-    return [entries](const QString& source, const QString& entry) {
-        return source == QStringLiteral("X") ? entries.value(entry) : QString();
-    };
-}
-
-void ConnectionStringTest::driverTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<Definitions>("entries");
-    QTest::addColumn<QString>("result");
-    const auto row = [](const char* name, const char* text, const char* result,
-                        const Definitions& entries = {}) {
-        QTest::newRow(name) << QString::fromUtf8(text) << entries << QString::fromUtf8(result);
-    };
-    const auto text = [](const char* characters) { return QString::fromLatin1(characters); };
-    row("this machine", "driver={SQL Server};server=(local);uid=sa;pwd=x",
-        "TDS_Version=7.4;Port=1433;driver={SQL Server};server=127.0.0.1;uid=sa;pwd=x");
-    row("this machine's instance", "server=(LOCAL)\\dev", "TDS_Version=7.4;server=127.0.0.1\\dev");
-    row("a dot", "Server=.", "TDS_Version=7.4;Port=1433;Server=127.0.0.1");
-    row("a named server", "server=DB1;uid=", "TDS_Version=7.4;Port=1433;server=DB1;uid=");
-    row("a port", "server=DB1,1500", "TDS_Version=7.4;server=DB1,1500");
-    row("what the string names itself", "server=DB1;port=1500;tds_version=7.0",
-        "server=DB1;port=1500;tds_version=7.0");
-    row("blanks", " server = DB1,1 ; uid = sa", "TDS_Version=7.4;server=DB1,1;uid= sa");
-    row("braces at the end", "server=DB1,1;pwd={a;b}", "TDS_Version=7.4;server=DB1,1;pwd={a;b};");
-    row("(local) in a password", "pwd=(local)", "pwd=(local)");
-    row("a password with odd characters", "server=DB1,1;uid=sa;pwd=a}b{c='d\"",
-        "TDS_Version=7.4;server=DB1,1;uid=sa;pwd=a}b{c='d\"");
-    row("a source", "DSN=X;", "TDS_Version=7.4;Port=1433;DSN=X;", {{text("Server"), text("DB1")}});
-    row("a source with a port", "DSN=X;;Database=pubs", "TDS_Version=7.4;DSN=X;;Database=pubs",
-        {{text("Server"), text("DB1")}, {text("Port"), text("1500")}});
-    row("a source with all it needs", "DSN=X;", "DSN=X;",
-        {{text("Server"), text("DB1,1")}, {text("TDS_Version"), text("7.1")}});
-    row("a source of the driver's own file", "DSN=X;", "DSN=X;", {{text("Servername"), text("DB1")}});
-    row("a source with a user", "DSN=X;", "UID=me;PWD={a;b};DSN=X;",
-        {{text("Servername"), text("DB1")}, {text("UID"), text("me")}, {text("PWD"), text("a;b")}});
-    row("a source with a user, another given", "DSN=X;UID=you", "DSN=X;UID=you",
-        {{text("Servername"), text("DB1")}, {text("UID"), text("me")}});
-    row("an unknown source", "DSN=Y;", "TDS_Version=7.4;DSN=Y;");
-    row("nothing", "", "");
-}
-
-void ConnectionStringTest::driverTexts() {
-    QFETCH(QString, text);
-    QFETCH(Definitions, entries);
-    QTEST(driverText(ConnectionString(text), readerOf(entries)), "result");
-}
-
-void ConnectionStringTest::expandedTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("result");
-    const auto row = [](const char* name, const char* text, const char* result) {
-        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(result);
-    };
-    row("as the user typed it", "server=(local);uid=sa", "server=(local);uid=sa;WSID=PC");
-    row("the source's server", "DSN=X;", "DSN=X;SERVER=DB1;WSID=PC");
-    row("the string's own items", "server=A;wsid=B", "server=A;wsid=B");
-    row("no server anywhere", "DSN=Y", "DSN=Y;WSID=PC");
-}
-
-void ConnectionStringTest::expandedTexts() {
-    QFETCH(QString, text);
-    const auto definition = readerOf({{QStringLiteral("Address"), QStringLiteral("DB1")}});
-    QTEST(expandedText(ConnectionString(text), definition, QStringLiteral("PC")), "result");
 }
 
 QTEST_GUILESS_MAIN(ConnectionStringTest)
