@@ -119,7 +119,9 @@ void HelpWindow::openTopic() {
 
 void HelpWindow::openLink(const QUrl& link) {
     if (!link.scheme().isEmpty()) {
-        QDesktopServices::openUrl(link);
+        // Other schemes start programs.
+        if (link.scheme() == QStringLiteral("https") || link.scheme() == QStringLiteral("http"))
+            QDesktopServices::openUrl(link);
         return;
     }
     const auto topic = std::find_if(m_topics.begin(), m_topics.end(), [&](const HelpTopic& candidate) {

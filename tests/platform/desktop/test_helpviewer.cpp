@@ -6,6 +6,7 @@
 #include "support/table.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QDesktopServices>
 #include <QFile>
 #include <QImage>
 #include <QLineEdit>
@@ -35,6 +36,9 @@ const char* const Guide =
 
 class HelpViewerTest : public QObject {
     Q_OBJECT
+
+  public Q_SLOTS:
+    void noteOpened(const QUrl& url) { m_opened += url; }
 
   private Q_SLOTS:
     void cutsTopics();
@@ -66,6 +70,7 @@ class HelpViewerTest : public QObject {
     }
 
     QTemporaryDir m_folder;
+    QList<QUrl> m_opened;
 };
 
 void HelpViewerTest::cutsTopics() {
@@ -134,8 +139,12 @@ void HelpViewerTest::followsLinks() {
     auto* page = help->findChild<HelpPage*>();
     Q_EMIT page->anchorClicked(QUrl(QStringLiteral("#ways-to-name-a-server-briefly")));
     QVERIFY(page->toPlainText().startsWith(QStringLiteral("Ways to name")));
-    Q_EMIT page->anchorClicked(QUrl(QStringLiteral("#no-such-topic")));
+    for (const char* scheme : {"https", "file", "help"})
+        QDesktopServices::setUrlHandler(QString::fromLatin1(scheme), this, "noteOpened");
+    for (const char* link : {"#no-such-topic", "https://a/", "file:///bin/sh", "help:x"})
+        Q_EMIT page->anchorClicked(QUrl(QString::fromLatin1(link)));
     QVERIFY(page->toPlainText().startsWith(QStringLiteral("Ways to name")));
+    QCOMPARE(m_opened, QList({QUrl(QStringLiteral("https://a/"))}));
 }
 
 void HelpViewerTest::fitsPictures() {
