@@ -59,7 +59,8 @@ std::optional<QString> plainConversion(const Bound& bound, const SqlType& to) {
         const SqlType exact = asDecimal(from);
         const int shift = to.scale - exact.scale;
         if (shift < 0 || to.precision - to.scale < exact.precision - exact.scale) return std::nullopt;
-        return shift == 0 ? bound.sql : QStringLiteral("(%1 * %2)").arg(bound.sql).arg(powerOfTen(shift));
+        return shift == 0 ? bound.sql
+                          : QStringLiteral("(%1 * %2)").arg(bound.sql, QString::number(powerOfTen(shift)));
     }
     if (to.id == TypeId::Money && isInteger(from.id)) return QStringLiteral("(%1 * 10000)").arg(bound.sql);
     if (to.id == TypeId::Money && from.id == TypeId::SmallMoney) return bound.sql;
