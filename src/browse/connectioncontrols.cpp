@@ -1,5 +1,6 @@
 #include "browse/connectioncontrols.h"
 
+#include "platform/desktop/combobox.h"
 #include "platform/desktop/named.h"
 
 #include <QCheckBox>
@@ -73,7 +74,7 @@ void ConnectionControls::setupControls(QDialog& dialog) {
 QGroupBox* ConnectionControls::makeDataSourceBox(QDialog& dialog) {
     auto* box =
         named(QStringLiteral("Frame2"), new QGroupBox(QStringLiteral(" Use ODBC Connection"), &dialog));
-    cbDSN = named(QStringLiteral("cbDSN"), new QComboBox(box));
+    cbDSN = named(QStringLiteral("cbDSN"), new desktop::ComboBox(box));
     greyWhenDisabled(cbDSN);
     auto* grid = new QGridLayout(box);
     grid->setColumnStretch(1, 1);
@@ -86,7 +87,7 @@ QGroupBox* ConnectionControls::makeDataSourceBox(QDialog& dialog) {
 QGroupBox* ConnectionControls::makeServerBox(QDialog& dialog) {
     auto* box = named(QStringLiteral("Frame1"),
                       new QGroupBox(QStringLiteral(" Use Server Direct Connection "), &dialog));
-    cbServer = named(QStringLiteral("cbServer"), new QComboBox(box));
+    cbServer = named(QStringLiteral("cbServer"), new desktop::ComboBox(box));
     cbServer->setEditable(true);
     cbServer->setInsertPolicy(QComboBox::NoInsert);
     // What is typed is meant: no completion to a longer name of the list.

@@ -5,6 +5,7 @@
 #include "compare/frmcompareselect.h"
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
+#include "platform/desktop/caption.h"
 #include "platform/desktop/failures.h"
 #include "platform/desktop/helpviewer.h"
 #include "platform/desktop/mdiarrangement.h"
@@ -132,7 +133,7 @@ frmDocument& frmMain::openDocument() {
     ++m_state.documentNumber;
     ++m_state.openDocuments;
     auto* document = new frmDocument(m_state, *this);  // owned by its sub-window
-    QMdiSubWindow* child = m_area->addSubWindow(document);
+    QMdiSubWindow* child = desktop::addCaptioned(*m_area, document);
     child->setWindowIcon(icon(QStringLiteral("server")));
 
     constexpr int Step = 28;
@@ -224,7 +225,7 @@ void frmMain::showComparison(std::unique_ptr<frmCompareResult> window) {
     const QRect place = frmCompareResult::placeIn(frameGeometry(), isMaximized(),
                                                   active == nullptr ? QRect() : active->geometry());
     frmCompareResult* result = window.release();  // owned by its sub-window
-    QMdiSubWindow* child = m_area->addSubWindow(result);
+    QMdiSubWindow* child = desktop::addCaptioned(*m_area, result);
     child->setWindowIcon(icon(QStringLiteral("Compare")));
     child->setGeometry(place);
     child->show();
@@ -247,7 +248,7 @@ void frmMain::mnuToolQuery_Click() {
 void frmMain::openQuery(const std::shared_ptr<DBConnection>& connection) {
     ++m_queryNumber;
     auto* query = new frmQuery(m_state, connection);  // owned by its sub-window
-    const QPointer<QMdiSubWindow> child = m_area->addSubWindow(query);
+    const QPointer<QMdiSubWindow> child = desktop::addCaptioned(*m_area, query);
     child->setWindowIcon(icon(QStringLiteral("Query")));
     query->Form_Load();
     if (child == nullptr) return;  // the program was ended while a failure was told

@@ -33,7 +33,7 @@ void WindowList::refresh() {
     m_entries.append(m_menu.addSeparator());
     int number = 0;
     for (QMdiSubWindow* window : windows) {
-        QAction* entry = m_menu.addAction(entryText(++number, window->widget()->windowTitle()));
+        QAction* entry = m_menu.addAction(entryText(++number, window->windowTitle()));
         entry->setCheckable(true);
         entry->setChecked(window == m_area.currentSubWindow());
         connect(entry, &QAction::triggered, window, [this, window] { m_area.setActiveSubWindow(window); });

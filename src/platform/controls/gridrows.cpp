@@ -1,5 +1,7 @@
 #include "platform/controls/gridrows.h"
 
+#include "platform/showntext.h"
+
 namespace controls {
 
 namespace {
@@ -54,7 +56,8 @@ QString GridRows::Line::text(int column) {
 QVariant GridRows::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation == Qt::Vertical) return QAbstractTableModel::headerData(section, orientation, role);
     if (section < 0 || section >= columnCount()) return {};
-    if (role == Qt::DisplayRole) return column(section).name;
+    if (role == Qt::DisplayRole) return platform::shownLine(column(section).name);
+    if (role == Qt::EditRole) return column(section).name;
     return role == Qt::TextAlignmentRole ? QVariant(alignment(column(section))) : QVariant();
 }
 

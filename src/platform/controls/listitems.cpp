@@ -1,6 +1,7 @@
 #include "platform/controls/listitems.h"
 
 #include "platform/runtimeerror.h"
+#include "platform/showntext.h"
 
 #include <algorithm>
 
@@ -110,8 +111,9 @@ QVariant ListItems::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ListItems::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-    return section >= 0 && section < headerCount() ? QVariant(m_headers.at(section)) : QVariant();
+    if (orientation != Qt::Horizontal || section < 0 || section >= headerCount()) return {};
+    if (role == Qt::DisplayRole) return platform::shownLine(m_headers.at(section));
+    return role == Qt::EditRole ? m_headers.at(section) : QVariant();
 }
 
 void ListItems::checkItem(int item) const {

@@ -1,26 +1,16 @@
 #include "platform/desktop/celldelegate.h"
 
 #include "platform/controls/listitems.h"
+#include "platform/desktop/tooltip.h"
+#include "platform/showntext.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
-#include <QToolTip>
 
 namespace desktop {
 
-QString oneLine(QString text) {
-    static constexpr qsizetype MostCharacters = 1000;
-    text.truncate(MostCharacters);
-    text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    for (QChar& character : text) {
-        const bool breaks = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
-        if (breaks || character.category() == QChar::Other_Control) character = u' ';
-    }
-    return text;
-}
-
 QString CellDelegate::displayText(const QVariant& value, const QLocale&) const {
-    return oneLine(value.toString());
+    return platform::shownLine(value.toString());
 }
 
 void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
@@ -44,11 +34,7 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const Q
     if (index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width()) {
         text = index.data().toString();
     }
-    // Tooltips that look like markup are shown as such unless escaped.
-    const QString shown =
-        text.isEmpty() ? QString()
-                       : QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(text.toHtmlEscaped());
-    QToolTip::showText(event->globalPos(), shown, view);
+    showToolTip(event->globalPos(), text, view);
     return true;
 }
 

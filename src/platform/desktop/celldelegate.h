@@ -30,7 +30,4 @@ class CellDelegate : public QStyledItemDelegate {
     QList<int> m_boldPictures;
 };
 
-/// A text on one line, cut where nobody could read on.
-QString oneLine(QString text);
-
 }  // namespace desktop

@@ -47,7 +47,9 @@ void CellTable::fitColumns() {
 int CellTable::wantedWidth(int column) const {
     static constexpr int Least = 72;
     static constexpr int Most = 360;
-    const int header = horizontalHeader()->sectionSizeHint(column);
+    static constexpr int LongestName = 128;
+    const int header =
+        std::min(horizontalHeader()->sectionSizeHint(column), LongestName * fontMetrics().averageCharWidth());
     int widest = std::max(Least, header);
     QStyleOptionViewItem option;
     initViewItemOption(&option);

@@ -106,7 +106,7 @@ QString DataGrid::selectedText() const {
         return true;
     };
     appendLine(
-        [&](int column) { return source->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(); });
+        [&](int column) { return source->headerData(column, Qt::Horizontal, Qt::EditRole).toString(); });
     for (const int row : rows) {
         controls::GridRows::Line line(*source, row);
         const bool fits = appendLine([&](int column) {

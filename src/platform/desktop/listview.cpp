@@ -2,6 +2,7 @@
 
 #include "platform/controls/listitems.h"
 #include "platform/desktop/celldelegate.h"
+#include "platform/showntext.h"
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -133,7 +134,7 @@ void ListView::paintItemsWithoutHeaders(QPainter& painter) const {
     painter.setPen(palette().color(QPalette::Text));
     for (int row = 0; row < items->rowCount() && rowViewportPosition(row) < viewport()->height(); ++row) {
         const QRect line(TextMargin, rowViewportPosition(row), viewport()->width(), rowHeight(row));
-        painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine, oneLine(items->text(row)));
+        painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine, platform::shownLine(items->text(row)));
     }
 }
 

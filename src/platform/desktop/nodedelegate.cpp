@@ -1,12 +1,12 @@
 #include "platform/desktop/nodedelegate.h"
 
 #include "platform/controls/nodes.h"
-#include "platform/desktop/celldelegate.h"
+#include "platform/showntext.h"
 
 namespace desktop {
 
 QString NodeDelegate::displayText(const QVariant& value, const QLocale&) const {
-    return oneLine(value.toString());
+    return platform::shownLine(value.toString());
 }
 
 void NodeDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {

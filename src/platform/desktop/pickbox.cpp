@@ -24,7 +24,7 @@ void PickBox::keyPressEvent(QKeyEvent* event) {
             showPopup();
             return;
         default:
-            if (!types) return QComboBox::keyPressEvent(event);
+            if (!types) return ComboBox::keyPressEvent(event);
             showPopup();
             view()->keyboardSearch(typed);
     }

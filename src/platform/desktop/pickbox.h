@@ -1,16 +1,16 @@
 #pragma once
 
-#include <QComboBox>
+#include "platform/desktop/combobox.h"
 
 namespace desktop {
 
 /// A list to pick from. What is picked acts at once, so it is picked in the open list only: the wheel does
 /// nothing, and keys that would move on in the closed list open it.
-class PickBox : public QComboBox {
+class PickBox : public ComboBox {
     Q_OBJECT
 
   public:
-    using QComboBox::QComboBox;
+    using ComboBox::ComboBox;
 
   protected:
     void wheelEvent(QWheelEvent* event) override;

@@ -1,8 +1,10 @@
 #include "platform/desktop/titlelabel.h"
 
+#include "platform/desktop/tooltip.h"
+#include "platform/showntext.h"
+
 #include <QHelpEvent>
 #include <QPainter>
-#include <QToolTip>
 
 namespace desktop {
 
@@ -15,18 +17,24 @@ TitleLabel::TitleLabel(const QString& text, QWidget* parent) : QLabel(text, pare
     setMargin(Indent);
 }
 
+QSize TitleLabel::sizeHint() const {
+    const QSize text(fontMetrics().horizontalAdvance(platform::shownLine(this->text())),
+                     fontMetrics().height());
+    return text.grownBy(QMargins(margin(), margin(), margin(), margin()));
+}
+
 QSize TitleLabel::minimumSizeHint() const {
-    return {0, QLabel::minimumSizeHint().height()};
+    return {0, sizeHint().height()};
 }
 
 QString TitleLabel::shownText() const {
-    return fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * margin());
+    return fontMetrics().elidedText(platform::shownLine(text()), Qt::ElideRight, width() - 2 * margin());
 }
 
 bool TitleLabel::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QLabel::event(event);
     const QString tip = shownText() == text() ? QString() : text();
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
+    showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), tip, this);
     return true;
 }
 

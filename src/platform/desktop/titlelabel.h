@@ -12,6 +12,7 @@ class TitleLabel : public QLabel {
   public:
     TitleLabel(const QString& text, QWidget* parent);
 
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     /// The text as it is shown.
     QString shownText() const;

@@ -1,8 +1,13 @@
+#include "platform/controls/gridrows.h"
 #include "platform/controls/listitems.h"
 #include "platform/controls/nodes.h"
-#include "platform/desktop/celldelegate.h"
+#include "platform/desktop/caption.h"
+#include "platform/desktop/datagrid.h"
 #include "platform/desktop/listview.h"
+#include "platform/desktop/pickbox.h"
+#include "platform/desktop/titlelabel.h"
 #include "platform/desktop/treeview.h"
+#include "platform/showntext.h"
 #include "support/answers.h"
 
 #include <QClipboard>
@@ -10,6 +15,9 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QListView>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -21,6 +29,7 @@ using controls::ListItems;
 using controls::Node;
 using controls::Nodes;
 using desktop::ListView;
+using desktop::TitleLabel;
 using desktop::TreeView;
 
 namespace {
@@ -71,8 +80,10 @@ class ViewsTest : public QObject {
     void listPictures();
     void listWithoutHeaders();
     void listTakesRowsWhileShown();
-    void cellTexts_data();
-    void cellTexts();
+    void shownTexts_data();
+    void shownTexts();
+    void namesAreShown_data();
+    void namesAreShown();
     void treeOpensBranches();
     void treePictures();
     void treeHotTracking();
@@ -255,6 +266,8 @@ void ViewsTest::listColumnWidths() {
     items.addItem(QStringLiteral("x"));
     items.notifyViews();
     QVERIFY(view.columnWidth(0) > name);
+    items.addHeader(QString(1'000'000, u'W'));
+    QVERIFY(view.columnWidth(1) < 20 * name);
 }
 
 void ViewsTest::listColumnsAreDragged() {
@@ -349,17 +362,100 @@ void ViewsTest::listTakesRowsWhileShown() {
     QVERIFY(view.selectedText().isEmpty());
 }
 
-void ViewsTest::cellTexts_data() {
+void ViewsTest::shownTexts_data() {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("plain") << QStringLiteral(" <b>a</b> & b ") << QStringLiteral(" <b>a</b> & b ");
-    QTest::newRow("lines") << QStringLiteral("a\r\nb\nc\u2028d") << QStringLiteral("a b c d");
-    QTest::newRow("long") << QString(100000, u'x') << QString(1000, u'x');
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("lines");
+    const auto same = [](const char* name, const QString& text) {
+        QTest::newRow(name) << text << text << text;
+    };
+    same("markup", QStringLiteral(" <b>a</b> & b"));
+    same("right to left, joined, outside the basic plane",
+         QStringLiteral("\u05d0\u0628 a\u200db \U0001F600"));
+    QTest::newRow("line ends") << QStringLiteral("a\r\nb\tc\n \r\n")
+                               << QStringLiteral("a⟨CR⟩⟨LF⟩b⟨TAB⟩c⟨LF⟩ ⟨CR⟩⟨LF⟩")
+                               << QStringLiteral("a\nb\tc");
+    const auto signs = QStringLiteral("⟨ESC⟩[⟨U+007F⟩ ⟨U+0085⟩⟨U+061C⟩⟨U+200F⟩⟨U+2028⟩⟨U+202E⟩⟨U+2066⟩");
+    QTest::newRow("obeyed") << QStringLiteral("\u001b[\u007f \u0085\u061c\u200f\u2028\u202e\u2066") << signs
+                            << signs;
+    const QString halves = QStringLiteral("⟨U+DC00⟩a⟨U+D800⟩");
+    QTest::newRow("half pairs") << QString(QChar(0xdc00)) + u'a' + QChar(0xd800) << halves << halves;
+    QTest::newRow("long") << QString(200'000, u'x') << QString(1000, u'x') + u'\u2026'
+                          << QString(100'000, u'x') + u'\u2026';
+    const QString pairs = QStringLiteral("\U0001F600").repeated(999);
+    QTest::newRow("cut beside a pair") << u'a' + pairs << u'a' + pairs.left(998) + u'\u2026' << u'a' + pairs;
 }
 
-void ViewsTest::cellTexts() {
+void ViewsTest::shownTexts() {
     QFETCH(QString, text);
-    QTEST(desktop::CellDelegate().displayText(text, QLocale()), "shown");
+    QTEST(platform::shownLine(text), "line");
+    QTEST(platform::shownLines(text), "lines");
+}
+
+void ViewsTest::namesAreShown_data() {
+    using Widget = std::unique_ptr<QWidget>;
+    QTest::addColumn<std::function<Widget(const QString&)>>("shownBy");
+    const auto row = [](const char* name, const std::function<Widget(const QString&)>& make) {
+        QTest::newRow(name) << make;
+    };
+    const auto list = [](const QString& header, const QString& item) -> Widget {
+        auto view = std::make_unique<ListView>();
+        auto* items = new ListItems(view.get());
+        if (!header.isEmpty()) items->addHeader(header);
+        items->addItem(item, 0);
+        view->setItems(items);
+        return view;
+    };
+    row("cell", [=](const QString& text) { return list(QStringLiteral("a"), text); });
+    row("header", [=](const QString& text) { return list(text, {}); });
+    row("item without headers", [=](const QString& text) { return list({}, text); });
+    row("grid's header", [](const QString& text) -> Widget {
+        auto view = std::make_unique<desktop::DataGrid>();
+        auto* rows = new controls::GridRows(view.get());
+        rows->reset({{text}}, {});
+        view->setRows(rows);
+        return view;
+    });
+    row("node", [](const QString& text) -> Widget {
+        auto view = std::make_unique<TreeView>();
+        auto* nodes = new Nodes(view.get());
+        nodes->add(nullptr, QString(), text, 0, 0);
+        view->setNodes(nodes);
+        return view;
+    });
+    const auto box = [](const QString& text) {
+        auto pick = std::make_unique<desktop::PickBox>();
+        pick->addItem(text);
+        return pick;
+    };
+    row("closed list", box);
+    row("open list", [=](const QString& text) -> Widget {
+        auto pick = box(text);
+        pick->showPopup();
+        return pick;
+    });
+    row("title", [](const QString& text) { return std::make_unique<TitleLabel>(text, nullptr); });
+    row("caption", [](const QString& text) -> Widget {
+        auto area = std::make_unique<QMdiArea>();
+        auto* window = new QWidget;
+        desktop::addCaptioned(*area, window)->resize(300, 200);
+        window->setWindowTitle(text);
+        return area;
+    });
+}
+
+/// Wherever a name is painted it looks as its shown text.
+void ViewsTest::namesAreShown() {
+    QFETCH(std::function<std::unique_ptr<QWidget>(const QString&)>, shownBy);
+    const auto picture = [&](const QString& name) {
+        const auto widget = shownBy(name);
+        widget->resize(300, 200);
+        const auto open = widget->findChild<QListView*>();
+        return (open && open->isVisible() ? open : widget.get())->grab().toImage();
+    };
+    const QString name = QStringLiteral("a\u202eb\rc");
+    QVERIFY(picture(name) == picture(platform::shownLine(name)));
+    QVERIFY(picture(name) != picture(QStringLiteral("abc")));
 }
 
 namespace {
