@@ -23,63 +23,42 @@ void fail(engine::ResultSink& sink, int number) {
 }
 
 void tellTypes(engine::ResultSink& sink, bool texts) {
-    std::vector<ResultColumn> columns{
-        column("bit", TypeId::Bit),
-        column("tinyint", TypeId::TinyInt),
-        column("int", TypeId::Int),
-        column("decimal", TypeId::Decimal, 0, 38, 10),
-        column("money", TypeId::Money),
-        column("smallmoney", TypeId::SmallMoney),
-        column("float", TypeId::Float),
-        column("real", TypeId::Real),
-        column("datetime", TypeId::DateTime),
-        column("smalldatetime", TypeId::SmallDateTime),
-        column("char", TypeId::Char, 5),
-        column("varchar", TypeId::VarChar, 8000),
-        column("nvarchar", TypeId::NVarChar, 50),
-        column("varbinary", TypeId::VarBinary, 8),
-        column("uniqueidentifier", TypeId::UniqueIdentifier),
+    struct Kind {
+        ResultColumn column;
+        Value first;
+        Value second;
     };
-    const QByteArray guid = QByteArray::fromHex("000102030405060708090a0b0c0d0eff");
-    std::vector<Value> first{qint64(1),
-                             qint64(255),
-                             qint64(-2147483648),
-                             QStringLiteral("-1234567890123456789012345678.0987654321"),
-                             qint64(-9223372036854775807 - 1),
-                             qint64(-12345678),
-                             0.1,
-                             double(0.1F),
-                             qint64(36524) * 25920000 + 3661 * 300 + 1,
-                             qint64(36524) * 25920000 + 61 * 60 * 300,
-                             QStringLiteral("ab   "),
-                             QString(8000, u'\u20AC'),
-                             QStringLiteral("\U0001F600\u0416\u6F22"),
-                             QByteArray("\1\2"),
-                             guid};
-    std::vector<Value> second{qint64(0),
-                              qint64(0),
-                              qint64(7),
-                              QStringLiteral("0.0000000005"),
-                              qint64(5),
-                              qint64(1),
-                              1e300,
-                              -2.0,
-                              qint64(0),
-                              qint64(0),
-                              QString(5, u' '),
-                              QString(),
-                              QString(),
-                              QByteArray(),
-                              QByteArray(16, '\0')};
+    std::vector<Kind> kinds{
+        {column("bit", TypeId::Bit), qint64(1), qint64(0)},
+        {column("tinyint", TypeId::TinyInt), qint64(255), qint64(0)},
+        {column("int", TypeId::Int), qint64(-2147483648), qint64(7)},
+        {column("decimal", TypeId::Decimal, 0, 38, 10),
+         QStringLiteral("-1234567890123456789012345678.0987654321"), QStringLiteral("0.0000000005")},
+        {column("money", TypeId::Money), qint64(-9223372036854775807 - 1), qint64(5)},
+        {column("smallmoney", TypeId::SmallMoney), qint64(-12345678), qint64(1)},
+        {column("float", TypeId::Float), 0.1, 1e300},
+        {column("real", TypeId::Real), double(0.1F), -2.0},
+        {column("datetime", TypeId::DateTime), qint64(36524) * 25920000 + 3661 * 300 + 1, qint64(0)},
+        {column("smalldatetime", TypeId::SmallDateTime), qint64(36524) * 25920000 + 61 * 60 * 300, qint64(0)},
+        {column("char", TypeId::Char, 5), QStringLiteral("ab   "), QString(5, u' ')},
+        {column("varchar", TypeId::VarChar, 8000), QString(8000, u'\u20AC'), QString()},
+        {column("nvarchar", TypeId::NVarChar, 50), QStringLiteral("\U0001F600\u0416\u6F22"), QString()},
+        {column("varbinary", TypeId::VarBinary, 8), QByteArray("\1\2"), QByteArray()},
+        {column("uniqueidentifier", TypeId::UniqueIdentifier),
+         QByteArray::fromHex("000102030405060708090a0b0c0d0eff"), QByteArray(16, '\0')},
+    };
     if (texts) {
-        columns.push_back(column("text", TypeId::Text));
-        columns.push_back(column("ntext", TypeId::NText));
-        columns.push_back(column("image", TypeId::Image));
-        for (auto* row : {&first, &second}) {
-            row->push_back(row == &first ? QStringLiteral("long \u20AC") : QString());
-            row->push_back(row == &first ? QStringLiteral("long \U0001F600") : QString());
-            row->push_back(QByteArray("\3"));
-        }
+        kinds.push_back({column("text", TypeId::Text), QStringLiteral("long \u20AC"), QString()});
+        kinds.push_back({column("ntext", TypeId::NText), QStringLiteral("long \U0001F600"), QString()});
+        kinds.push_back({column("image", TypeId::Image), QByteArray("\3"), QByteArray("\3")});
+    }
+    std::vector<ResultColumn> columns;
+    std::vector<Value> first;
+    std::vector<Value> second;
+    for (const Kind& kind : kinds) {
+        columns.push_back(kind.column);
+        first.push_back(kind.first);
+        second.push_back(kind.second);
     }
     sink.columns(columns);
     tellRow(sink, first);
