@@ -1,6 +1,7 @@
 #include "compare/frmcompareprogress.h"
 #include "platform/desktop/settingsstore.h"
 #include "shell/appstate.h"
+#include "support/captions.h"
 #include "support/table.h"
 
 #include <QLabel>
@@ -69,12 +70,15 @@ void TestCompareProgress::opens() {
     const tw::frmCompareProgress next(following.state, &following.result);
     QVERIFY(!following.state.cancelled);
 
-    QCOMPARE(following.progress.windowTitle(), QStringLiteral("Comparing Databases "));
+    QCOMPARE(testsupport::captionsOf(following.progress),
+             (QStringList{"Comparing Databases ", "lblProgress: " + Running,
+                          "Label6: System 1:", "Label7: System 2:", "lblNumMatch: 0", "lblNumUnmatch: 0",
+                          "lblPercentMatch: 0", "lblPercentUnmatch: 0", "Label1: Progress counters",
+                          "Label4: Items Matched:", "Label5: Items Unmatched:", "Label2: Percent Match:",
+                          "Label3: Percent Unmatch:", "lblCompareItem: Compare Item", "ProgressBar1: 0%",
+                          "cmdClose: &Cancel"}));
     QVERIFY(following.progress.isVisible());
     QVERIFY(!following.progress.isModal());
-    QCOMPARE(following.text("lblProgress"), Running);
-    QCOMPARE(following.cmdClose().text(), QStringLiteral("&Cancel"));
-    QCOMPARE(following.counters(), QStringLiteral("0 0 0 0 0"));
     following.progress.InitFormLables(QStringLiteral("a - b - c"), QStringLiteral("d & e"));
     QCOMPARE(following.text("lblSystem1"), QStringLiteral("a - b - c"));
     QCOMPARE(following.text("lblSystem2"), QStringLiteral("d & e"));
@@ -116,7 +120,6 @@ void TestCompareProgress::barNeverRunsBackwards() {
 
 void TestCompareProgress::keepsTheLastItem() {
     Following following;
-    QCOMPARE(following.text("lblCompareItem"), QStringLiteral("Compare Item"));
     following.progress.UpdateForm(tw::ComparedState::Matched, QStringLiteral("Tablew: Part"));
     following.progress.UpdateForm(tw::ComparedState::MatchedCounted, QString());
     QCOMPARE(following.text("lblCompareItem"), QStringLiteral("Tablew: Part"));

@@ -2,6 +2,7 @@
 #include "compare/frmcompareselect.h"
 #include "opendocuments.h"
 #include "support/answers.h"
+#include "support/captions.h"
 #include "support/picking.h"
 #include "support/sampleserverprocess.h"
 #include "support/table.h"
@@ -82,7 +83,13 @@ void TestCompareSelect::offersServers() {
         documents.open(QString::fromLatin1(server));
     const Selection selection(documents);
     QVERIFY(selection.loaded);
-    QCOMPARE(selection.dialog.windowTitle(), QStringLiteral("Databases Selection"));
+    QCOMPARE(
+        testsupport::captionsOf(selection.dialog),
+        (QStringList{"Databases Selection", "fraSystem1: System 1 Selection ", "lblServer: Server",
+                     "lblDataBase: Database", "lblTable: Table", "fraSystem2: System 2 Selection ",
+                     "Label1: Server", "Label2: Database", "Label3: Table", "fraOptions:  Compare Options ",
+                     "chkConstraint: Compare Contraints", "chkIndex: Compare Indexes",
+                     "chkForeignKey: Foreign Keys", "cmdOK: &OK", "cmdCancel: &Cancel"}));
     QCOMPARE(selection.focus(), QStringLiteral("cbServer1"));
     for (const char* name : {"cbServer1", "cbServer2"}) {
         const QString list = QString::fromLatin1(name);
@@ -187,6 +194,7 @@ void TestCompareSelect::refusesDatabasesWithoutPermission() {
     OpenDocuments documents;
     documents.open(m_server.serverText(), QStringLiteral("clerk"), QStringLiteral("clerk"));
     Selection selection(documents);
+    answers.whileOpen([](const auto&) { QVERIFY(QGuiApplication::overrideCursor() != nullptr); });
     selection.chooseSystem(1, m_server.serverText(), database1);
     selection.chooseSystem(2, m_server.serverText(), database2);
     for (const QString& database : {database1, database2}) {
@@ -194,6 +202,7 @@ void TestCompareSelect::refusesDatabasesWithoutPermission() {
         QVERIFY(answers.takeBox().text.startsWith(
             QStringLiteral("You don't have permission to access this database.")));
     }
+    answers.whileOpen({});
     selection.list(QStringLiteral("cbTable2")).setFocus();
     selection.dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     QCOMPARE(answers.takeBox().text,
@@ -278,6 +287,7 @@ void TestCompareSelect::cancels() {
 
 void TestCompareSelect::serverThatDoesNotAnswer() {
     testsupport::Answers answers;
+    answers.whileOpen([](const auto&) { QVERIFY(QGuiApplication::overrideCursor() != nullptr); });
     OpenDocuments documents;
     documents.open(m_server.serverText(), QStringLiteral("sa"));
     documents.open(QStringLiteral("127.0.0.1,1"), QStringLiteral("sa"));
