@@ -20,6 +20,8 @@ namespace {
 
 const QString ModuleName = QStringLiteral("frmConnection");
 
+const QString Unchecked = QStringLiteral("0");
+
 /// A check box's stored state: 1 is checked; 0 and 2 (grey, which is never stored) are not.
 bool isChecked(const QString& storedState) {
     const qint16 state = platform::toInteger(storedState);
@@ -27,8 +29,20 @@ bool isChecked(const QString& storedState) {
     return state == 1;
 }
 
-QString stateText(const QCheckBox& box) {
-    return box.isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+bool isState(const QString& stored) {
+    try {
+        isChecked(stored);
+        return true;
+    } catch (const platform::RuntimeError&) {
+        return false;
+    }
+}
+
+/// A stored text that is no state was told when it was read, and is left for whoever wants to mend it.
+void storeState(AppState& state, const QString& key, const QCheckBox& box) {
+    if (isState(state.setting(key, Unchecked))) {
+        state.saveSetting(key, box.isChecked() ? QStringLiteral("1") : Unchecked);
+    }
 }
 
 QString noDataAccessText() {
@@ -69,9 +83,7 @@ bool frmConnection::CheckDataAccess() {
 
 void frmConnection::RestoreUserSettings() {
     handle(QStringLiteral("RestoreUserSettings"), ModuleName, [this] {
-        const auto flag = [this](const QString& key) {
-            return isChecked(m_state.setting(key, QStringLiteral("0")));
-        };
+        const auto flag = [this](const QString& key) { return isChecked(m_state.setting(key, Unchecked)); };
         chkSaveUserID->setChecked(flag(QStringLiteral("SaveUserID")));
         chkSavePassword->setChecked(flag(QStringLiteral("SavePassword")));
         SavedUser = m_state.setting(QStringLiteral("User"), {});
@@ -84,11 +96,12 @@ void frmConnection::RestoreUserSettings() {
 
 void frmConnection::FillServer() {
     handle(QStringLiteral("FillServer"), ModuleName, [this] {
+        cbServer->clear();
+        cbServer->addItem(LocalServer);
         QStringList stored;
         for (int i = 1; i <= 4; ++i) {
             stored += m_state.setting(QStringLiteral("Server%1").arg(i), {});
         }
-        cbServer->clear();
         cbServer->addItems(recentServers(stored));
         cbServer->setCurrentIndex(0);
     });
@@ -118,15 +131,15 @@ void frmConnection::FillDSN() {
 void frmConnection::Form_Unload() {
     if (std::exchange(m_unloaded, true)) return;
     handle(QStringLiteral("Form_Unload"), ModuleName, [this] {
-        m_state.saveSetting(QStringLiteral("SaveUserID"), stateText(*chkSaveUserID));
-        m_state.saveSetting(QStringLiteral("SavePassword"), stateText(*chkSavePassword));
+        storeState(m_state, QStringLiteral("SaveUserID"), *chkSaveUserID);
+        storeState(m_state, QStringLiteral("SavePassword"), *chkSavePassword);
         if (!txtUserName->text().isEmpty() && chkSaveUserID->isChecked()) {
             m_state.saveSetting(QStringLiteral("User"), txtUserName->text());
         }
         if (!txtPassword->text().isEmpty() && chkSavePassword->isChecked()) {
             m_state.saveSetting(QStringLiteral("Password"), txtPassword->text());
         }
-        m_state.saveSetting(QStringLiteral("SQLAuthentication"), stateText(*chkSQLAuthentication));
+        storeState(m_state, QStringLiteral("SQLAuthentication"), *chkSQLAuthentication);
 
         QStringList offered;
         for (int i = 0; i < cbServer->count(); ++i) {

@@ -143,7 +143,11 @@ void frmConnection::markConnected() {
 void frmConnection::markNotConnected() {
     if (m_document == nullptr) return;
     m_document->setWindowTitle(QStringLiteral("<No Connection>"));
-    if (txtUserName->isEnabled()) txtUserName->setFocus();
+    if (txtUserName->isEnabled()) {
+        txtUserName->setFocus();
+        // It may have the focus already, or get it when the message has gone: neither counts as entering.
+        txtUserName_GotFocus();
+    }
     if (!m_document->isConnected()) return;
     m_document->setConnected(false);
     --m_state.connectedDocuments;

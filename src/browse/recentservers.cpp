@@ -8,7 +8,6 @@ QStringList recentServers(const QStringList& stored) {
     QStringList servers = stored;
     servers.removeAll(QString());
     servers.removeDuplicates();
-    servers.prepend(LocalServer);
     return servers;
 }
 

@@ -11,7 +11,8 @@ namespace tw {
 /// The entry for the server on the user's own machine: always first in the list, never stored.
 inline const QString LocalServer = QStringLiteral("(local)");
 
-/// The list to offer: "(local)", then the stored servers without empty ones and repetitions; the case counts.
+/// What the list offers below "(local)": the stored servers without empty ones and repetitions; the case
+/// counts.
 QStringList recentServers(const QStringList& stored);
 
 /// What is to be stored under which key, in the order of writing, when `text` was used last and `offered` is

@@ -140,6 +140,7 @@ void TestConnecting::tellsWhyItFailed() {
     closed.close();
 
     testsupport::Answers answers;
+    answers.whileOpen([](const auto&) { QVERIFY(QGuiApplication::overrideCursor() != nullptr); });
     Desk desk;
     QVERIFY(!connectAs(desk, reachable ? m_server.serverText() : nobody, QStringLiteral("clerk"),
                        QStringLiteral("wrong")));

@@ -1,13 +1,18 @@
 #include "browse/frmconnection.h"
 #include "desk.h"
 #include "support/answers.h"
+#include "support/textrows.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+
+using testsupport::textColumns;
+using testsupport::textRow;
 
 namespace {
 
@@ -37,12 +42,18 @@ class Dialog : public tw::frmConnection {
     }
 };
 
+void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
 }  // namespace
 
 class TestFrmConnection : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    void initTestCase();
     void opensWithNothingStored();
     void keepsRecentServers_data();
     void keepsRecentServers();
@@ -50,6 +61,8 @@ class TestFrmConnection : public QObject {
     void restoresEntries();
     void reportsStoredTextThatIsNoNumber_data();
     void reportsStoredTextThatIsNoNumber();
+    void loadsWithoutSettings();
+    void tellsThatTheDriverIsMissing();
     void storesEntries_data();
     void storesEntries();
     void switchesAuthentication();
@@ -59,7 +72,15 @@ class TestFrmConnection : public QObject {
     void refusesEntries();
     void endsWithoutConnecting_data();
     void endsWithoutConnecting();
+
+  private:
+    QTemporaryDir m_drivers;  ///< the driver manager's own folder, which it asks for once
 };
+
+void TestFrmConnection::initTestCase() {
+    qputenv("ODBCSYSINI", m_drivers.path().toLocal8Bit());
+    write(m_drivers.filePath(QStringLiteral("odbcinst.ini")), "[SQL Server]\nDriver=x\n");
+}
 
 void TestFrmConnection::opensWithNothingStored() {
     Desk desk;
@@ -125,36 +146,12 @@ void TestFrmConnection::keepsRecentServers() {
 }
 
 void TestFrmConnection::restoresEntries_data() {
-    QTest::addColumn<QString>("saveUserID");
-    QTest::addColumn<QString>("savePassword");
-    QTest::addColumn<QString>("authentication");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::newRow("both") << "1"
-                          << "1"
-                          << "1"
-                          << "ann"
-                          << "secret";
-    QTest::newRow("user only") << "1"
-                               << "0"
-                               << "1"
-                               << "ann"
-                               << "";
-    QTest::newRow("password only") << "0"
-                                   << "1"
-                                   << "1"
-                                   << ""
-                                   << "secret";
-    QTest::newRow("Windows NT authentication") << "1"
-                                               << "1"
-                                               << "0"
-                                               << ""
-                                               << "";
-    QTest::newRow("grey is not checked") << "2"
-                                         << "1"
-                                         << "1"
-                                         << ""
-                                         << "secret";
+    textColumns({"saveUserID", "savePassword", "authentication", "user", "password"});
+    textRow("both", {"1", "1", "1", "ann", "secret"});
+    textRow("user only", {"1", "0", "1", "ann", ""});
+    textRow("password only", {"0", "1", "1", "", "secret"});
+    textRow("Windows NT authentication", {"1", "1", "0", "", ""});
+    textRow("grey is not checked", {"2", "1", "1", "", "secret"});
 }
 
 void TestFrmConnection::restoresEntries() {
@@ -176,18 +173,10 @@ void TestFrmConnection::restoresEntries() {
 }
 
 void TestFrmConnection::reportsStoredTextThatIsNoNumber_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("no number") << "SaveUserID"
-                               << "yes"
-                               << "Error: 13.";
-    QTest::newRow("too large") << "SavePassword"
-                               << "99999"
-                               << "Error: 6.";
-    QTest::newRow("no state") << "SQLAuthentication"
-                              << "3"
-                              << "Error: 380.";
+    textColumns({"key", "text", "error"});
+    textRow("no number", {"SaveUserID", "yes", "Error: 13."});
+    textRow("too large", {"SavePassword", "99999", "Error: 6."});
+    textRow("no state", {"SQLAuthentication", "3", "Error: 380."});
 }
 
 void TestFrmConnection::reportsStoredTextThatIsNoNumber() {
@@ -204,29 +193,52 @@ void TestFrmConnection::reportsStoredTextThatIsNoNumber() {
     // The loading goes on behind the procedure that failed.
     QCOMPARE(dialog.servers().size(), 2);
     QVERIFY(!dialog.user()->isEnabled());
+    dialog.close();
+    QCOMPARE(desk.state.setting(key, {}), text);
+}
+
+void TestFrmConnection::loadsWithoutSettings() {
+    testsupport::Answers answers;
+    Desk desk;
+    write(desk.settings.filePath(), "{");
+    const Dialog dialog(desk);
+    for (const char* procedure : {"RestoreUserSettings", "FillServer"}) {
+        QVERIFY(answers.takeBox().text.contains(QLatin1String(procedure)));
+    }
+    QCOMPARE(dialog.servers(), QStringList{QStringLiteral("(local)")});
+}
+
+void TestFrmConnection::tellsThatTheDriverIsMissing() {
+    testsupport::Answers answers;
+    Desk desk;
+    write(m_drivers.filePath(QStringLiteral("odbcinst.ini")), "[SQL Server Native Client]\nDriver=x\n");
+    const Dialog dialog(desk);
+    initTestCase();
+    const auto box = answers.takeBox();
+    QVERIFY2(box.text.startsWith(QStringLiteral("Your computer does not have Microsoft Data Access "
+                                                "Components installed.  Please contact your administrator "
+                                                "for support.\r\n\r\nNote: ")),
+             qUtf8Printable(box.text));
+    QCOMPARE(box.icon, desktop::MsgBoxIcon::Critical);
+    QCOMPARE(dialog.servers().size() + dialog.dataSources()->count(), 0);
 }
 
 void TestFrmConnection::storesEntries_data() {
-    QTest::addColumn<bool>("remember");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("stored");
-    QTest::newRow("remembered") << true << "new"
-                                << "new";
-    QTest::newRow("not remembered") << false << "new"
-                                    << "old";
-    QTest::newRow("an empty text overwrites nothing") << true << ""
-                                                      << "old";
+    textColumns({"remember", "typed", "stored"});
+    textRow("remembered", {"1", "new", "new"});
+    textRow("not remembered", {"0", "new", "old"});
+    textRow("an empty text overwrites nothing", {"1", "", "old"});
 }
 
 void TestFrmConnection::storesEntries() {
-    QFETCH(bool, remember);
+    QFETCH(QString, remember);
     QFETCH(QString, typed);
     Desk desk;
     desk.store({{QStringLiteral("User"), QStringLiteral("old")},
                 {QStringLiteral("Password"), QStringLiteral("old")}});
     Dialog dialog(desk);
     dialog.box("chkSQLAuthentication")->click();
-    if (remember) {
+    if (remember == QStringLiteral("1")) {
         dialog.box("chkSaveUserID")->click();
         dialog.box("chkSavePassword")->click();
     }
@@ -235,31 +247,32 @@ void TestFrmConnection::storesEntries() {
     dialog.close();
     QTEST(desk.state.setting(QStringLiteral("User"), {}), "stored");
     QTEST(desk.state.setting(QStringLiteral("Password"), {}), "stored");
-    const QString flag = remember ? QStringLiteral("1") : QStringLiteral("0");
-    QCOMPARE(desk.state.setting(QStringLiteral("SaveUserID"), {}), flag);
-    QCOMPARE(desk.state.setting(QStringLiteral("SavePassword"), {}), flag);
+    QCOMPARE(desk.state.setting(QStringLiteral("SaveUserID"), {}), remember);
+    QCOMPARE(desk.state.setting(QStringLiteral("SavePassword"), {}), remember);
     QCOMPARE(desk.state.setting(QStringLiteral("SQLAuthentication"), {}), QStringLiteral("1"));
 }
 
 void TestFrmConnection::switchesAuthentication() {
     Desk desk;
-    desk.store({{QStringLiteral("User"), QStringLiteral("ann")}});
+    desk.store({{QStringLiteral("User"), QStringLiteral("ann")},
+                {QStringLiteral("Password"), QStringLiteral("secret")}});
     Dialog dialog(desk);
+    const auto texts = [&] { return dialog.user()->text() + u'/' + dialog.password()->text(); };
     QTest::mouseClick(dialog.control<QLabel>("lblSQLEnthentication"), Qt::LeftButton);
     QVERIFY(dialog.box("chkSQLAuthentication")->isChecked() && dialog.user()->isEnabled());
-    QVERIFY(dialog.box("chkSaveUserID")->isEnabled());
-    QCOMPARE(dialog.user()->text(), QString());
-
-    QTest::keyClick(dialog.box("chkSaveUserID"), Qt::Key_Space);
-    QCOMPARE(dialog.user()->text(), QStringLiteral("ann"));
-    QTest::keyClick(dialog.box("chkSaveUserID"), Qt::Key_Space);
-    QCOMPARE(dialog.user()->text(), QStringLiteral("ann"));
-
+    QCOMPARE(texts(), QStringLiteral("/"));
+    // Ticked, and cleared again.
+    for (const int times : {1, 2}) {
+        QTest::keyClick(dialog.box("chkSaveUserID"), Qt::Key_Space);
+        QCOMPARE(texts(), times == 1 ? QStringLiteral("ann/") : QStringLiteral("ann/secret"));
+        QTest::keyClick(dialog.box("chkSavePassword"), Qt::Key_Space);
+        QCOMPARE(texts(), QStringLiteral("ann/secret"));
+    }
     QTest::keyClick(dialog.box("chkSQLAuthentication"), Qt::Key_Space);
     QVERIFY(!dialog.user()->isEnabled() && !dialog.box("chkSavePassword")->isEnabled());
-    QCOMPARE(dialog.user()->text(), QString());
+    QCOMPARE(texts(), QStringLiteral("/"));
     QTest::keyClick(dialog.box("chkSQLAuthentication"), Qt::Key_Space);
-    QCOMPARE(dialog.user()->text(), QString());
+    QCOMPARE(texts(), QStringLiteral("/"));
 }
 
 void TestFrmConnection::selectsTextOnEntering() {
@@ -279,12 +292,9 @@ void TestFrmConnection::selectsTextOnEntering() {
 void TestFrmConnection::listsDataSources() {
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("odbc.ini"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        "[Sales]\nDriver=SQL Server\nServername=x\n[Other]\nDriver=Another Driver\n"
-        "[Stock]\nDriver=SQL Server\nServername=x\n");
-    file.close();
+    write(path,
+          "[Sales]\nDriver=SQL Server\nServername=x\n[Other]\nDriver=SQL Server Native Client\n"
+          "[Stock]\nDriver=SQL Server\nServername=x\n");
     const QByteArray before = qgetenv("ODBCINI");
     qputenv("ODBCINI", path.toLocal8Bit());
     Desk desk;
@@ -304,19 +314,13 @@ void TestFrmConnection::listsDataSources() {
 }
 
 void TestFrmConnection::refusesEntries_data() {
-    QTest::addColumn<QString>("server");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no server") << ""
-                               << ""
-                               << "Please enter the SQL Server computer name.     ";
-    QTest::newRow("blank server") << "  "
-                                  << "ann"
-                                  << "Please enter the SQL Server computer name.     ";
-    QTest::newRow("blank user") << "X"
-                                << "   "
-                                << "When using SQL Server Authentication method, the User ID and Password "
-                                   "must be entered.     ";
+    textColumns({"server", "user", "message"});
+    const char* noServer = "Please enter the SQL Server computer name.     ";
+    textRow("no server", {"", "", noServer});
+    textRow("blank server", {"  ", "ann", noServer});
+    textRow("blank user", {"X", "   ",
+                           "When using SQL Server Authentication method, the User ID and Password must be "
+                           "entered.     "});
 }
 
 void TestFrmConnection::refusesEntries() {
@@ -332,7 +336,11 @@ void TestFrmConnection::refusesEntries() {
         dialog.user()->setText(user);
     }
     dialog.server()->setEditText(server);
-    QTest::keyClick(dialog.server(), Qt::Key_Return);
+    QLineEdit* entry = user.isEmpty() ? dialog.server()->lineEdit() : dialog.user();
+    entry->setFocus();
+    QCoreApplication::processEvents();
+    entry->deselect();
+    QTest::keyClick(entry, Qt::Key_Return);
 
     const auto box = answers.takeBox();
     QTEST(box.text, "message");
@@ -341,6 +349,7 @@ void TestFrmConnection::refusesEntries() {
     // The dialog stays, and the connected document is connected no longer.
     QVERIFY(dialog.isVisible());
     QVERIFY(!user.isEmpty() == (dialog.focusWidget() == dialog.user()));
+    QCOMPARE(dialog.user()->selectedText(), user);
     QCOMPARE(desk.document->windowTitle(), QStringLiteral("<No Connection>"));
     QVERIFY(!desk.document->isConnected());
     QCOMPARE(desk.document->connection(), connection);
@@ -353,10 +362,9 @@ void TestFrmConnection::refusesEntries() {
 }
 
 void TestFrmConnection::endsWithoutConnecting_data() {
-    QTest::addColumn<QString>("way");
-    QTest::newRow("button") << "cancel";
-    QTest::newRow("Escape") << "escape";
-    QTest::newRow("close button") << "close";
+    textColumns({"way"});
+    for (const char* way : {"cancel", "escape", "close"})
+        textRow(way, {way});
 }
 
 void TestFrmConnection::endsWithoutConnecting() {
