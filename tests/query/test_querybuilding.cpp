@@ -1,8 +1,12 @@
 #include "querydesk.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/textrows.h"
 
 #include <QGroupBox>
+
+using testsupport::textColumns;
+using testsupport::textRow;
 
 /// Putting a query together: what the lists offer, what a choice does to the texts, the boxes for numbers.
 class TestQueryBuilding : public QObject {
@@ -91,19 +95,14 @@ void TestQueryBuilding::captions() {
 }
 
 void TestQueryBuilding::picksColumns_data() {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char* name, const char* before, const char* column, const char* after) {
-        QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(column)
-                            << QString::fromLatin1(after);
-    };
-    row("first", "SELECT *", "Name", "SELECT [Mechanic].[Name]");
-    row("into an empty box", "", "Name", "SELECT [Mechanic].[Name]");
-    row("further", "SELECT [a].[b]", "Name", "SELECT [a].[b], [Mechanic].[Name]");
-    row("all of another case are not replaced", "select *", "Name", "select *, [Mechanic].[Name]");
-    row("the same again", "SELECT [Mechanic].[Name]", "Name", "SELECT [Mechanic].[Name], [Mechanic].[Name]");
-    row("all", "SELECT [a].[b]", "(All Columns)", "SELECT *");
+    textColumns({"before", "column", "after"});
+    textRow("first", {"SELECT *", "Name", "SELECT [Mechanic].[Name]"});
+    textRow("into an empty box", {"", "Name", "SELECT [Mechanic].[Name]"});
+    textRow("further", {"SELECT [a].[b]", "Name", "SELECT [a].[b], [Mechanic].[Name]"});
+    textRow("all of another case are not replaced", {"select *", "Name", "select *, [Mechanic].[Name]"});
+    textRow("the same again",
+            {"SELECT [Mechanic].[Name]", "Name", "SELECT [Mechanic].[Name], [Mechanic].[Name]"});
+    textRow("all", {"SELECT [a].[b]", "(All Columns)", "SELECT *"});
 }
 
 void TestQueryBuilding::picksColumns() {
@@ -257,22 +256,16 @@ void TestQueryBuilding::resets() {
 }
 
 void TestQueryBuilding::numberBoxes_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<QString>("saved");
-    const auto row = [](const char* name, const char* typed, const char* shown, const char* saved) {
-        QTest::newRow(name) << QString::fromLatin1(typed) << QString::fromLatin1(shown)
-                            << QString::fromLatin1(saved);
-    };
-    row("number", "120", "120", "120");
-    row("zero", "0", "0", "0");
-    row("largest", "2147483647", "2147483647", "2147483647");
-    row("emptied", "", "", "7");
-    row("letter at first", "x", "7", "7");
-    row("sign", "-", "7", "7");
-    row("letter later", "12x", "12", "12");
-    row("fraction", "3.", "3", "3");
-    row("too large", "2147483648", "214748364", "214748364");
+    textColumns({"typed", "shown", "saved"});
+    textRow("number", {"120", "120", "120"});
+    textRow("zero", {"0", "0", "0"});
+    textRow("largest", {"2147483647", "2147483647", "2147483647"});
+    textRow("emptied", {"", "", "7"});
+    textRow("letter at first", {"x", "7", "7"});
+    textRow("sign", {"-", "7", "7"});
+    textRow("letter later", {"12x", "12", "12"});
+    textRow("fraction", {"3.", "3", "3"});
+    textRow("too large", {"2147483648", "214748364", "214748364"});
 }
 
 void TestQueryBuilding::numberBoxes() {

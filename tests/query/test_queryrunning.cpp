@@ -1,6 +1,10 @@
 #include "querydesk.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/textrows.h"
+
+using testsupport::textColumns;
+using testsupport::textRow;
 
 /// Running queries over the real driver and wire.
 class TestQueryRunning : public QObject {
@@ -64,39 +68,22 @@ void TestQueryRunning::compose(const QueryDesk& desk, const QString& columns, co
 }
 
 void TestQueryRunning::refusals_data() {
-    QTest::addColumn<bool>("database");
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("tables");
-    QTest::addColumn<QString>("emptied");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("focus");  // none: stays on the button
-    const QString button = QStringLiteral("cmdExecute");
-    const QString select = QStringLiteral("Sorry, only select statements are allowed.");
+    textColumns({"columns", "tables", "emptied", "text", "focus"});  // the focus stays on the button
+    const char* numbers = "FROM [Number]";
+    const char* select = "Sorry, only select statements are allowed.";
+    const char* numeric = "Please enter numeric data";
     // Everything that is wrong later on is wrong, too: the first reason counts.
-    QTest::newRow("no database") << false << QString() << QString() << QStringLiteral("txtMaxRows")
-                                 << QStringLiteral("Please select a database for the query.")
-                                 << QStringLiteral("cbDatabase");
-    QTest::newRow("no table") << true << QString() << QString() << QStringLiteral("txtMaxRows")
-                              << QStringLiteral("Please select a table for the query.")
-                              << QStringLiteral("cbTable");
-    QTest::newRow("no column") << true << QString() << Numbers << QStringLiteral("txtMaxRows")
-                               << QStringLiteral("Please select a column for the query.") << button;
-    QTest::newRow("no select") << true << QStringLiteral("delete") << Numbers << QStringLiteral("txtMaxRows")
-                               << select << button;
-    QTest::newRow("almost select") << true << QStringLiteral("SELEC") << Numbers << QString() << select
-                                   << button;
-    QTest::newRow("blank before select")
-        << true << QStringLiteral(" SELECT *") << Numbers << QString() << select << button;
-    QTest::newRow("no limit of rows")
-        << true << AllOf << Numbers << QStringLiteral("txtMaxRows")
-        << QStringLiteral("Please enter numeric data") << QStringLiteral("txtMaxRows");
-    QTest::newRow("no time-out") << true << AllOf << Numbers << QStringLiteral("txtTimeout")
-                                 << QStringLiteral("Please enter numeric data")
-                                 << QStringLiteral("txtTimeout");
+    textRow("no database", {"", "", "txtMaxRows", "Please select a database for the query.", "cbDatabase"});
+    textRow("no table", {"", "", "txtMaxRows", "Please select a table for the query.", "cbTable"});
+    textRow("no column", {"", numbers, "txtMaxRows", "Please select a column for the query.", "cmdExecute"});
+    textRow("no select", {"delete", numbers, "txtMaxRows", select, "cmdExecute"});
+    textRow("almost select", {"SELEC", numbers, "", select, "cmdExecute"});
+    textRow("blank before select", {" SELECT *", numbers, "", select, "cmdExecute"});
+    textRow("no limit of rows", {"SELECT *", numbers, "txtMaxRows", numeric, "txtMaxRows"});
+    textRow("no time-out", {"SELECT *", numbers, "txtTimeout", numeric, "txtTimeout"});
 }
 
 void TestQueryRunning::refusals() {
-    QFETCH(bool, database);
     QFETCH(QString, columns);
     QFETCH(QString, tables);
     QFETCH(QString, emptied);
@@ -104,7 +91,7 @@ void TestQueryRunning::refusals() {
     const QueryDesk desk(m_server.serverText());
     QVERIFY(QTest::qWaitForWindowActive(desk.window.get()));
     compose(desk, columns, tables);
-    if (!database) desk.list("cbDatabase").setCurrentIndex(-1);
+    if (QTest::currentDataTag() == QStringLiteral("no database")) desk.list("cbDatabase").setCurrentIndex(-1);
     if (!emptied.isEmpty()) desk.window->findChild<QLineEdit*>(emptied)->clear();
     desk.press("cmdExecute");
     const auto box = answers.takeBox();
@@ -117,29 +104,19 @@ void TestQueryRunning::refusals() {
 }
 
 void TestQueryRunning::runs_data() {
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("tables");
-    QTest::addColumn<QString>("conditions");
-    QTest::addColumn<QString>("most");
-    QTest::addColumn<QString>("rows");
-    const auto row = [](const char* name, const char* columns, const char* tables, const char* conditions,
-                        const char* most, const char* rows) {
-        QTest::newRow(name) << QString::fromLatin1(columns) << QString::fromLatin1(tables)
-                            << QString::fromLatin1(conditions) << QString::fromLatin1(most)
-                            << QString::fromLatin1(rows);
-    };
-    row("lower case", "select N", "from Number", "where N = 1", "50", "1");
-    row("blanks behind", "SELECT N  ", "FROM [Number]", "", "50", "1 2 3 4 5");
-    row("keyword as it stands", "SELECT N", "FROM Number", "WheRe N < 3", "50", "1 2");
-    row("keyword put in front", "SELECT N", "FROM Number", "N < 3", "50", "1 2");
-    row("keyword for what begins like it", "SELECT N", "FROM Number as wher", "wher.N = 4", "50", "4");
-    row("lines", "SELECT\n N,\n Name", "FROM\n Number", "WHERE\n N = 3", "50", "3|NULL");
-    row("two tables", "SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
-        "[Number].[N] = [Other].[N]", "50", "1|a 2|b");
-    row("limit 0", "SELECT N", "FROM Number", "", "0", "1 2 3 4 5");
-    row("limit and order", "SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4");
-    row("several results", "SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1");
-    row("names with brackets", "SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2");
+    textColumns({"columns", "tables", "conditions", "most", "rows"});
+    textRow("lower case", {"select N", "from Number", "where N = 1", "50", "1"});
+    textRow("blanks behind", {"SELECT N  ", "FROM [Number]", "", "50", "1 2 3 4 5"});
+    textRow("keyword as it stands", {"SELECT N", "FROM Number", "WheRe N < 3", "50", "1 2"});
+    textRow("keyword put in front", {"SELECT N", "FROM Number", "N < 3", "50", "1 2"});
+    textRow("keyword for what begins like it", {"SELECT N", "FROM Number as wher", "wher.N = 4", "50", "4"});
+    textRow("lines", {"SELECT\n N,\n Name", "FROM\n Number", "WHERE\n N = 3", "50", "3|NULL"});
+    textRow("two tables", {"SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
+                           "[Number].[N] = [Other].[N]", "50", "1|a 2|b"});
+    textRow("limit 0", {"SELECT N", "FROM Number", "", "0", "1 2 3 4 5"});
+    textRow("limit and order", {"SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4"});
+    textRow("several results", {"SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1"});
+    textRow("names with brackets", {"SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2"});
 }
 
 void TestQueryRunning::runs() {
@@ -183,17 +160,12 @@ void TestQueryRunning::longStatementsAndTexts() {
 }
 
 void TestQueryRunning::failures_data() {
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("tables");
-    QTest::addColumn<QString>("words");
-    QTest::newRow("SELECTX") << QStringLiteral("SELECTX") << Numbers << QStringLiteral("syntax");
-    QTest::newRow("column") << QStringLiteral("SELECT Wage") << Numbers << QStringLiteral("'Wage'");
-    QTest::newRow("name with a bracket, as picked")
-        << AllOf << QStringLiteral("FROM [Odd Names]..[a]b]") << QStringLiteral("syntax");
-    QTest::newRow("second statement")
-        << AllOf << QStringLiteral("FROM Number select * from Nowhere") << QStringLiteral("Nowhere");
-    QTest::newRow("write") << AllOf << QStringLiteral("FROM Number delete Number")
-                           << QStringLiteral("read-only");
+    textColumns({"columns", "tables", "words"});
+    textRow("SELECTX", {"SELECTX", "FROM Number", "syntax"});
+    textRow("column", {"SELECT Wage", "FROM Number", "'Wage'"});
+    textRow("name with a bracket, as picked", {"SELECT *", "FROM [Odd Names]..[a]b]", "syntax"});
+    textRow("second statement", {"SELECT *", "FROM Number select * from Nowhere", "Nowhere"});
+    textRow("write", {"SELECT *", "FROM Number delete Number", "read-only"});
 }
 
 void TestQueryRunning::failures() {
