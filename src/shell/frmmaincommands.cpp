@@ -261,7 +261,10 @@ void frmMain::openQuery(const std::shared_ptr<DBConnection>& connection) {
 }
 
 void frmMain::mnuToolOptions_Click() {
-    const auto setHotTracking = [this](bool on) { requireActiveDocument().tvDB().setHotTracking(on); };
+    const auto setHotTracking = [this](bool on) {
+        if (activeChild() == nullptr) failWithoutActiveChild();
+        if (frmDocument* document = activeDocument()) document->tvDB().setHotTracking(on);
+    };
     frmOption(m_state, setHotTracking, this).exec();
 }
 

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -143,6 +144,14 @@ QWidget* frmOption::makeButtons() {
 void frmOption::connectHandlers() {
     // Only what the user does to the text is judged at once.
     desktop::connectGuarded(txtNumShow, &QLineEdit::textEdited, this, [this] { txtNumShow_Change(); });
+    // The tabs do it by themselves only while the focus is in them.
+    for (const auto& [keys, step] :
+         {std::pair(QKeySequence::NextChild, 1), {QKeySequence::PreviousChild, -1}}) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, step = step] {
+            const int count = tsOptions->count();
+            tsOptions->setCurrentIndex((tsOptions->currentIndex() + step + count) % count);
+        });
+    }
 }
 
 void frmOption::showValues() {
