@@ -107,6 +107,7 @@ class frmMain : public QMainWindow, public Frame {
     QStatusBar* sbStatusBar;
     bool m_loaded = false;
     qint32 m_queryNumber = 0;  ///< running number of the newest query window
+    QString m_exportFolder;    ///< the one that was exported to last
 };
 
 }  // namespace tw

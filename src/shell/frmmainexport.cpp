@@ -6,6 +6,8 @@
 #include "platform/desktop/titlelabel.h"
 #include "shell/frmmain.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
 
@@ -23,6 +25,11 @@ QString suggestedName(const frmDocument& document, const QString& what) {
     return table + what + QStringLiteral(".txt");
 }
 
+/// The name alone where there is no such folder: the dialog then begins where it likes.
+QString inFolder(const QString& folder, const QString& name) {
+    return !folder.isEmpty() && QFileInfo(folder).isDir() ? QDir(folder).filePath(name) : name;
+}
+
 }  // namespace
 
 void frmMain::mnuPop2ExportColNames_Click() {
@@ -37,11 +44,12 @@ void frmMain::exportDefinitions(qint16 columnCount, const QString& title, const 
     const QPointer<frmDocument> document(&requireActiveDocument());
     const std::optional<QString> fileName =
         desktop::askSaveFileName({.title = title,
-                                  .suggestedName = suggestedName(*document, what),
+                                  .suggestedName = inFolder(m_exportFolder, suggestedName(*document, what)),
                                   .filter = QStringLiteral("Text files (*.txt);;All files (*)"),
                                   .objectName = QStringLiteral("dlgCommonDialog")});
     // While the dialog is open the program may be ended and the document with it.
     if (!fileName || document.isNull()) return;
+    m_exportFolder = QFileInfo(*fileName).path();
     document->ExportListViewItems(document->lvTblDefItems(), columnCount, *fileName);
 }
 

@@ -75,6 +75,10 @@ void FrmMainExportTest::exports() {
     QTEST(request.suggestedName, "suggested");
     QCOMPARE(request.objectName, QStringLiteral("dlgCommonDialog"));
     QTEST(it.lastLine(), "line");
+    // The next one begins in the same folder.
+    it.frame.mnuPop2ExportColNames_Click();
+    const QString names = QStringLiteral("Orders column names.txt");
+    QCOMPARE(answers.takeSaveFile().suggestedName, cancelled ? names : it.folder.filePath(names));
 }
 
 void FrmMainExportTest::documentGoesWhileAsked() {

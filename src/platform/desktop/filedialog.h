@@ -10,9 +10,9 @@ namespace desktop {
 /// What a save box asks.
 struct SaveFileRequest {
     QString title;
-    QString suggestedName;
-    QString filter;        ///< "Text files (*.txt);;All files (*)"
-    QString objectName{};  ///< of the box
+    QString suggestedName;  ///< with its folder, or alone
+    QString filter;         ///< "Text files (*.txt);;All files (*)"
+    QString objectName{};   ///< of the box
 };
 
 using SaveFileAnswerer = std::function<std::optional<QString>(const SaveFileRequest&)>;
