@@ -73,6 +73,10 @@ frmMain::frmMain(AppState& state)
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_area->setBackground(palette().mid());
+    // A window that opens beside a maximised one comes at its own size, and one that closes gives way to the
+    // one that was used before it.
+    m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+    m_area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     setCentralWidget(m_area);
     addToolBar(tbToolBar);
     sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));

@@ -15,6 +15,7 @@ class TestQueryWindows : public QObject {
 
   private Q_SLOTS:
     void initTestCase();
+    void opensFromADocument_data();
     void opensFromADocument();
     void opensFromAQueryWindow();
     void outlivesItsDocument();
@@ -52,13 +53,23 @@ void TestQueryWindows::connectTo(FrameFixture& fixture) const {
             QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_server.serverText()));
 }
 
+void TestQueryWindows::opensFromADocument_data() {
+    QTest::addColumn<bool>("maximised");
+    QTest::newRow("of its own size") << false;
+    QTest::newRow("maximised") << true;
+}
+
 void TestQueryWindows::opensFromADocument() {
+    QFETCH(bool, maximised);
     const testsupport::Answers noBoxes;
     FrameFixture fixture;
     fixture.start();
     QVERIFY(!fixture.action("mnuToolQuery")->isEnabled());
     connectTo(fixture);
     QVERIFY(fixture.action("mnuToolQuery")->isEnabled());
+    const QMdiSubWindow& document = *fixture.frame.activeChild();
+    if (maximised) fixture.frame.activeChild()->showMaximized();
+    const QRect place = document.geometry();
     fixture.action("mnuToolQuery")->trigger();
     QCOMPARE(queriesIn(fixture).size(), 1);
     const tw::frmQuery& query = *queriesIn(fixture).first();
@@ -68,6 +79,9 @@ void TestQueryWindows::opensFromADocument() {
     const QMdiSubWindow& child = *fixture.frame.activeChild();
     QCOMPARE(child.widget(), &query);
     QVERIFY(child.isVisible());
+    QVERIFY(!child.isMaximized());
+    QCOMPARE(document.isMaximized(), maximised);
+    QCOMPARE(document.geometry(), place);
     QCOMPARE(child.y(), 0);
     QVERIFY(qAbs(2 * child.x() - (fixture.frame.area().viewport()->width() - child.width())) <= 1);
 }

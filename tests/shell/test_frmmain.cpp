@@ -4,6 +4,7 @@
 #include "shell/frmmain.h"
 #include "shell/maintoolbar.h"
 #include "support/answers.h"
+#include "support/textrows.h"
 
 #include <QFile>
 #include <QMdiArea>
@@ -13,6 +14,8 @@
 #include <QTest>
 
 using platform::RuntimeError;
+using testsupport::textColumns;
+using testsupport::textRow;
 
 namespace {
 
@@ -70,57 +73,36 @@ class FrmMainTest : public QObject {
 };
 
 void FrmMainTest::menus_data() {
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QStringList>("items");
-
-    QTest::newRow("File") << "mnuFile"
-                          << "&File"
-                          << QStringList{"mnuFileNew|&New Connection...", "mnuFileBar5|-",
-                                         "mnuFileExit|E&xit"};
-    QTest::newRow("View") << "mnuView"
-                          << "&View"
-                          << QStringList{
-                                 "mnuViewToolbar|&Toolbar",       "mnuViewToolbarLabels|Toolbar labels",
-                                 "mnuViewStatusBar|Status &Bar",  "mnuViewSep1|-",
-                                 "mnuViewHorizontal|&Horizontal", "mnuViewVertical|&Vertical",
-                                 "mnuViewCenter|&Center Document"};
-    QTest::newRow("Tools") << "mnuTool"
-                           << "&Tools"
-                           << QStringList{"mnuToolConnect|&Connect...", "mnuToolCompare|Com&pare...",
-                                          "mnuToolQuery|&Query...", "mnuToolSep1|-",
-                                          "mnuToolOptions|&Options..."};
-    QTest::newRow("Window") << "mnuWindow"
-                            << "&Window"
-                            << QStringList{"mnuWindowNewWindow|&New Window",
-                                           "mnuWindowBar0|-",
-                                           "mnuWindowCascade|&Cascade",
-                                           "mnuWindowTileHorizontal|Tile &Horizontal",
-                                           "mnuWindowTileVertical|Tile &Vertical",
-                                           "mnuWindowArrangeIcons|&Arrange Icons"};
-    QTest::newRow("Help") << "mnuHelp"
-                          << "&Help"
-                          << QStringList{"mnuHelpContents|&Contents",
-                                         "mnuHelpSearchForHelpOn|&Search For Help On...", "mnuHelpBar0|-",
-                                         "mnuHelpAbout|&About Tablewright..."};
-    QTest::newRow("Popup1") << "mnuPop1"
-                            << "Popup1" << QStringList{"mnuPop1Connect|Connect..."};
-    QTest::newRow("Popup2") << "mnuPop2"
-                            << "Popup2"
-                            << QStringList{"mnuPop2ExportColNames|Export Column &Names",
-                                           "mnuPop2ExportColDef|Export Column &Definitions"};
+    textColumns({"menu", "title", "items"});
+    textRow("File", {"mnuFile", "&File", "mnuFileNew|&New Connection..., mnuFileBar5|-, mnuFileExit|E&xit"});
+    textRow("View", {"mnuView", "&View",
+                     "mnuViewToolbar|&Toolbar, mnuViewToolbarLabels|Toolbar labels, "
+                     "mnuViewStatusBar|Status &Bar, mnuViewSep1|-, mnuViewHorizontal|&Horizontal, "
+                     "mnuViewVertical|&Vertical, mnuViewCenter|&Center Document"});
+    textRow("Tools", {"mnuTool", "&Tools",
+                      "mnuToolConnect|&Connect..., mnuToolCompare|Com&pare..., mnuToolQuery|&Query..., "
+                      "mnuToolSep1|-, mnuToolOptions|&Options..."});
+    textRow("Window", {"mnuWindow", "&Window",
+                       "mnuWindowNewWindow|&New Window, mnuWindowBar0|-, mnuWindowCascade|&Cascade, "
+                       "mnuWindowTileHorizontal|Tile &Horizontal, mnuWindowTileVertical|Tile &Vertical, "
+                       "mnuWindowArrangeIcons|&Arrange Icons"});
+    textRow("Help", {"mnuHelp", "&Help",
+                     "mnuHelpContents|&Contents, mnuHelpSearchForHelpOn|&Search For Help On..., "
+                     "mnuHelpBar0|-, mnuHelpAbout|&About Tablewright..."});
+    textRow("Popup1", {"mnuPop1", "Popup1", "mnuPop1Connect|Connect..."});
+    textRow("Popup2", {"mnuPop2", "Popup2",
+                       "mnuPop2ExportColNames|Export Column &Names, "
+                       "mnuPop2ExportColDef|Export Column &Definitions"});
 }
 
 void FrmMainTest::menus() {
     QFETCH(QString, menu);
-    QFETCH(QString, title);
-    QFETCH(QStringList, items);
 
     FrameFixture fixture;
     const auto* shown = fixture.frame.findChild<QMenu*>(menu);
     QVERIFY(shown != nullptr);
-    QCOMPARE(shown->title(), title);
-    QCOMPARE(itemsOf(shown->actions()), items);
+    QTEST(shown->title(), "title");
+    QTEST(itemsOf(shown->actions()).join(QStringLiteral(", ")), "items");
     const bool onMenuBar = fixture.frame.menuBar()->actions().contains(shown->menuAction());
     QCOMPARE(onMenuBar, !menu.startsWith(QStringLiteral("mnuPop")));
 }
@@ -194,8 +176,8 @@ void FrmMainTest::enabling_data() {
     }
     for (const char* connected :
          {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuToolCompare", "Compare",
-          "mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical", "mnuWindowArrangeIcons",
-          "Horizontal", "Vertical", "CenterChild"}) {
+          "mnuToolQuery", "Query", "mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
+          "mnuWindowArrangeIcons", "Horizontal", "Vertical", "CenterChild"}) {
         QTest::newRow(connected) << QString::fromLatin1(connected) << false << true;
     }
 }
@@ -415,17 +397,20 @@ void FrmMainTest::windowList() {
     fixture.open(QStringLiteral("a&b"));
     QMdiSubWindow* first = fixture.frame.activeChild();
     fixture.open();
+    fixture.open();
+    QMdiSubWindow* last = fixture.frame.activeChild();
     auto* menu = fixture.frame.findChild<QMenu*>(QStringLiteral("mnuWindow"));
     Q_EMIT menu->aboutToShow();
     QCOMPARE(itemsOf(menu->actions().mid(6)),
-             (QStringList{"|-", "|&1 Connected to a&&b", "|&2 Not Connected"}));
-    QVERIFY(menu->actions().at(8)->isChecked());
+             (QStringList{"|-", "|&1 Connected to a&&b", "|&2 Not Connected", "|&3 Not Connected"}));
+    QVERIFY(menu->actions().at(9)->isChecked());
     menu->actions().at(7)->trigger();
     QCOMPARE(fixture.frame.activeChild(), first);
 
     first->close();
+    QCOMPARE(fixture.frame.activeChild(), last);
     Q_EMIT menu->aboutToShow();
-    QCOMPARE(itemsOf(menu->actions().mid(6)), (QStringList{"|-", "|&1 Not Connected"}));
+    QCOMPARE(itemsOf(menu->actions().mid(6)), (QStringList{"|-", "|&1 Not Connected", "|&2 Not Connected"}));
 }
 
 QTEST_MAIN(FrmMainTest)
