@@ -5,6 +5,7 @@
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
 #include "platform/desktop/failures.h"
+#include "platform/desktop/outersize.h"
 #include "platform/desktop/twips.h"
 #include "shell/appstate.h"
 #include "shell/frmflash.h"
@@ -120,8 +121,7 @@ void frmMain::showFlash() {
     flash->show();
 }
 
-/// Positions are those of the window with its frame, sizes those of its inside: what move() and resize()
-/// take, so that what is saved comes back as it was.
+/// Position and size are those of the window with its frame.
 void frmMain::place() {
     const QSize screen = QGuiApplication::primaryScreen()->size();
     const StartPlacement start =
@@ -129,7 +129,7 @@ void frmMain::place() {
                        float(desktop::toTwips(screen.height())));
     const QSize stored(screenPixels(start.placement.width), screenPixels(start.placement.height));
     // A size that only showing the frame makes possible would shift it by its border.
-    resize(stored.expandedTo(minimumSizeHint()));
+    new desktop::OuterSize(*this, stored.expandedTo(minimumSizeHint()));  // owned by the frame
     const QPoint corner(screenPixels(start.placement.left), screenPixels(start.placement.top));
     move(titleCanBeSeen(QRect(corner, size())) ? corner : QPoint(0, 0));
     if (start.maximised) setWindowState(windowState() | Qt::WindowMaximized);
@@ -146,10 +146,11 @@ void frmMain::closeEvent(QCloseEvent* event) {
 
 void frmMain::Form_Unload() {
     if (!isMinimized()) {
-        savePlacement(m_state, {.left = float(desktop::toTwips(x())),
-                                .top = float(desktop::toTwips(y())),
-                                .width = float(desktop::toTwips(width())),
-                                .height = float(desktop::toTwips(height()))});
+        const QRect place = frameGeometry();
+        savePlacement(m_state, {.left = float(desktop::toTwips(place.x())),
+                                .top = float(desktop::toTwips(place.y())),
+                                .width = float(desktop::toTwips(place.width())),
+                                .height = float(desktop::toTwips(place.height()))});
     }
     saveOptions(m_state);
 }

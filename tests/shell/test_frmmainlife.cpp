@@ -4,6 +4,7 @@
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
 #include "shell/frmflash.h"
+#include "support/textrows.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,8 +14,17 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 
 using platform::RuntimeError;
+
+namespace {
+
+Qt::ToolButtonStyle labelsOf(const tw::frmMain& frame) {
+    return frame.findChild<QToolBar*>(QStringLiteral("tbToolBar"))->toolButtonStyle();
+}
+
+}  // namespace
 
 class FrmMainLifeTest : public QObject {
     Q_OBJECT
@@ -49,6 +59,7 @@ void FrmMainLifeTest::firstRun() {
     QVERIFY(fixture.action("mnuViewHorizontal")->isChecked());
     QVERIFY(!fixture.action("mnuViewVertical")->isChecked());
     QVERIFY(fixture.action("mnuViewToolbarLabels")->isChecked());
+    QCOMPARE(labelsOf(fixture.frame), Qt::ToolButtonTextUnderIcon);
     QCOMPARE(fixture.state.setting(QStringLiteral("MainTop"), QStringLiteral("none")),
              QStringLiteral("none"));
 }
@@ -59,7 +70,9 @@ void FrmMainLifeTest::settingsAreTakenOver() {
     fixture.state.saveSetting(QStringLiteral("ToolBarCaption"), QStringLiteral("0"));
     fixture.start();
     QVERIFY(!fixture.frame.isMaximized());
-    QCOMPARE(fixture.frame.size(), QSize(750, 550));
+    QTRY_COMPARE(fixture.frame.frameGeometry(), QRect(0, 0, 750, 550));
+    QVERIFY(fixture.frame.size() != QSize(750, 550));
+    QCOMPARE(labelsOf(fixture.frame), Qt::ToolButtonIconOnly);
     QVERIFY(fixture.action("mnuViewVertical")->isChecked());
     QVERIFY(!fixture.action("mnuViewHorizontal")->isChecked());
     QVERIFY(!fixture.action("mnuViewToolbarLabels")->isChecked());
@@ -85,7 +98,7 @@ void FrmMainLifeTest::closingStores() {
     QTRY_COMPARE(fixture.frame.width() > 700, windowState == Qt::WindowMaximized);
     fixture.action("mnuViewToolbarLabels")->trigger();
     fixture.state.options.NumberRecShow = 123;
-    const int width = fixture.frame.width();
+    const int width = fixture.frame.frameGeometry().width();
     fixture.action("mnuFileExit")->trigger();
 
     QVERIFY(!fixture.frame.isVisible());
@@ -100,39 +113,23 @@ void FrmMainLifeTest::placeDoesNotCreep() {
     FrameFixture fixture;
     fixture.start();
     fixture.frame.setGeometry(60, 70, 640, 480);
-    const QPoint position = fixture.frame.pos();
+    const QRect place = fixture.frame.frameGeometry();
     fixture.frame.close();
 
     TestFrame again(fixture.state);
     again.Form_Load();
     again.show();
-    QCOMPARE(again.pos(), position);
-    QCOMPARE(again.size(), QSize(640, 480));
+    QTRY_COMPARE(again.frameGeometry(), place);
 }
 
 void FrmMainLifeTest::placeThatNobodyCouldReach_data() {
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("top");
-    QTest::addColumn<QString>("size");
-    QTest::addColumn<QPoint>("position");
-    QTest::newRow("half outside") << "-1500"
-                                  << "1500"
-                                  << "6000" << QPoint(-100, 100);
-    QTest::newRow("left of the screen") << "-60000"
-                                        << "1500"
-                                        << "6000" << QPoint(0, 0);
-    QTest::newRow("only the title above the screen") << "1500"
-                                                     << "-3000"
-                                                     << "6000" << QPoint(0, 0);
-    QTest::newRow("beyond what window systems take") << "1E+30"
-                                                     << "1500"
-                                                     << "6000" << QPoint(0, 0);
-    QTest::newRow("no size") << "1500"
-                             << "1500"
-                             << "0" << QPoint(100, 100);
-    QTest::newRow("negative size") << "1500"
-                                   << "1500"
-                                   << "-300" << QPoint(100, 100);
+    testsupport::textColumns({"left", "top", "size", "position"});
+    testsupport::textRow("half outside", {"-1500", "1500", "6000", "-100,100"});
+    testsupport::textRow("left of the screen", {"-60000", "1500", "6000", "0,0"});
+    testsupport::textRow("only the title above the screen", {"1500", "-3000", "6000", "0,0"});
+    testsupport::textRow("beyond what window systems take", {"1E+30", "1500", "6000", "0,0"});
+    testsupport::textRow("no size", {"1500", "1500", "0", "100,100"});
+    testsupport::textRow("negative size", {"1500", "1500", "-300", "100,100"});
 }
 
 void FrmMainLifeTest::placeThatNobodyCouldReach() {
@@ -147,7 +144,7 @@ void FrmMainLifeTest::placeThatNobodyCouldReach() {
     fixture.frame.Form_Load();
     const QSize loaded = fixture.frame.size();
     fixture.frame.show();
-    QTEST(fixture.frame.pos(), "position");
+    QTEST(QStringLiteral("%1,%2").arg(fixture.frame.x()).arg(fixture.frame.y()), "position");
     QCOMPARE(fixture.frame.size(), loaded);
 }
 
