@@ -155,6 +155,10 @@ void frmMain::Form_Unload() {
     saveOptions(m_state);
 }
 
+void frmMain::saveForLogOut() {
+    if (m_loaded) Form_Unload();
+}
+
 void frmMain::SetMenuAndToolBarControls() {
     const bool connected = m_state.connectedDocuments > 0;
     const auto enable = [&](QAction* item, const QString& key, bool enabled) {

@@ -35,6 +35,10 @@ class frmMain : public QMainWindow, public Frame {
     /// shown. Throws RuntimeError for a setting that is not the number it should be.
     void Form_Load();
 
+    /// Writes the settings as closing does, and goes on: a log-out may be called off. Throws what
+    /// SettingsStore::SaveSetting throws.
+    void saveForLogOut();
+
     void SetMenuAndToolBarControls() override;
     void popUpConnectMenu(const QPoint& screenPosition) override;
     void popUpExportMenu(const QPoint& screenPosition) override;

@@ -5,6 +5,7 @@
 #include "platform/desktop/application.h"
 #include "platform/desktop/failures.h"
 #include "platform/desktop/settingsstore.h"
+#include "platform/runtimeerror.h"
 #include "shell/appstate.h"
 #include "shell/frmmain.h"
 
@@ -36,6 +37,15 @@ int runProgram(int& argc, char** argv, const std::function<void()>& made) {
     state.connectionPool = std::make_shared<ConnectionPool>();
     std::unique_ptr<frmMain> frame;
     desktop::guard([&] { frame = Main(state); });
+    if (frame != nullptr) {
+        QObject::connect(&application, &QGuiApplication::commitDataRequest, frame.get(), [&frame] {
+            try {
+                frame->saveForLogOut();
+            } catch (const platform::RuntimeError&) {
+                // Nothing may be asked now; the frame tells it when it is closed.
+            }
+        });
+    }
     return application.run();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/desktop/endsignals.h"
 #include "platform/desktop/programend.h"
 
 #include <QApplication>
@@ -7,7 +8,7 @@
 namespace desktop {
 
 /// The application object of a program with windows: message boxes and file dialogs show on the screen, and
-/// an unhandled failure ends the program in order.
+/// an unhandled failure or a signal that asks the program to end ends it in order.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ class Application : public QApplication {
 
   private:
     ProgramEnd m_end;
+    EndSignals m_endSignals;
 };
 
 }  // namespace desktop

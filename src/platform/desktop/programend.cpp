@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QWidget>
 
 #include <cstdio>
@@ -21,6 +22,7 @@ ProgramEnd::~ProgramEnd() {
 }
 
 void ProgramEnd::end(const platform::RuntimeError& error) {
+    m_exitCode = 1;
     if (m_ending) {
         std::fprintf(stderr, "While ending: run-time error '%d': %s\n", error.number(), error.what());
         return;
@@ -28,13 +30,19 @@ void ProgramEnd::end(const platform::RuntimeError& error) {
     m_ending = true;
     MsgBox(QStringLiteral("Run-time error '%1':\r\n\r\n%2").arg(error.number()).arg(error.description()),
            MsgBoxIcon::Critical);
+    end();
+}
+
+void ProgramEnd::end() {
+    m_ending = true;
+    if (m_closing) return;
     setMsgBoxAnswerer([](const MsgBoxRequest& request) { return request.defaultButton; });
     setSaveFileAnswerer([](const SaveFileRequest&) { return std::nullopt; });
     closeWindows();
-    QCoreApplication::exit(1);
+    QCoreApplication::exit(m_exitCode);
     // An event loop that starts only now does not know of that; it serves this first.
     QMetaObject::invokeMethod(
-        qApp, [] { QCoreApplication::exit(1); }, Qt::QueuedConnection);
+        qApp, [code = m_exitCode] { QCoreApplication::exit(code); }, Qt::QueuedConnection);
 }
 
 void ProgramEnd::closeWindows() {
@@ -43,8 +51,10 @@ void ProgramEnd::closeWindows() {
     // The last window's closing would quit with code 0.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::closeAllWindows();
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        window->hide();
+    // A window that refuses keeps those after it from being asked.
+    for (const QPointer<QWidget> window : QApplication::topLevelWidgets()) {
+        if (window != nullptr && window->isVisible()) window->close();
+        if (window != nullptr) window->hide();
     }
 }
 

@@ -6,12 +6,13 @@
 
 namespace desktop {
 
-/// Where an unhandled failure ends: a message box "Run-time error 'N':" with the description, then the end of
-/// the program in order. The windows are closed without a question, nothing opens any more, and the event
-/// loop quits with code 1, also one that only starts later. Failures while ending are written to the standard
-/// error stream and change nothing.
+/// The end of the program in order, whatever runs or is open. The windows are closed without a question,
+/// message boxes and dialogs first; nothing opens any more, and the event loop quits, also one that only
+/// starts later. Failures while ending are written to the standard error stream and change nothing but the
+/// exit code.
 ///
-/// Takes the unhandled failures from its making to its destruction.
+/// An unhandled failure ends here too, after a message box "Run-time error 'N':" with the description. Takes
+/// the unhandled failures from its making to its destruction.
 class ProgramEnd : public QObject {
     Q_OBJECT
 
@@ -21,7 +22,11 @@ class ProgramEnd : public QObject {
 
     /// Shows the failure and ends the program; returns to the caller.
     void end(const platform::RuntimeError& error);
+    /// Ends the program because it is asked to; returns to the caller.
+    void end();
     bool isEnding() const { return m_ending; }
+    /// 1 after an unhandled failure, else 0.
+    int exitCode() const { return m_exitCode; }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -31,6 +36,7 @@ class ProgramEnd : public QObject {
 
     bool m_ending = false;
     bool m_closing = false;
+    int m_exitCode = 0;
 };
 
 }  // namespace desktop
