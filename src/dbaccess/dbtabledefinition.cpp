@@ -65,7 +65,8 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
         for (; !rows.Eof(); rows.MoveNext()) {
             const QString column = name.text().toString();
             const int item = list.addItem(column, InCollection(primaryKeys, column) ? KeyPicture : 0);
-            list.setSubItem(item, DataType, typeText(type.text().toString(), length.text().toString()));
+            const QString typeName = type.isNull() ? QString() : type.text().toString();
+            list.setSubItem(item, DataType, typeText(typeName, length.text().toString()));
             list.setSubItem(item, Nullable, nullable.toInteger() != 0 ? yes : QString());
             if (foreignKeysKnown && InCollection(foreignKeys, column)) list.setSubItem(item, Foreign, yes);
         }
