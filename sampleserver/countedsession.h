@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/session.h"
-#include "engine/world.h"
+#include "engine/catalog/world.h"
+#include "engine/session/session.h"
 
 #include <memory>
 

@@ -1,8 +1,9 @@
 #include "sampleworld.h"
 
 #include "data/samplescripts.h"
-#include "engine/generated.h"
-#include "engine/sqlerror.h"
+#include "engine/session/generated.h"
+#include "engine/session/scriptreader.h"
+#include "engine/values/sqlerror.h"
 
 #include <QFile>
 #include <QStringDecoder>
@@ -47,11 +48,11 @@ void tellingWhere(const QString& where, Step step) {
 void runScripts(engine::World& world, const Options& options) {
     if (options.sampleData) {
         for (const sampledata::SampleScript& script : sampledata::sampleScripts())
-            tellingWhere(script.name, [&] { world.runScript(script.text); });
+            tellingWhere(script.name, [&] { engine::runScript(world, script.text); });
     }
     for (const QString& fileName : options.scripts) {
         const QString text = readScript(fileName);
-        tellingWhere(fileName, [&] { world.runScript(text); });
+        tellingWhere(fileName, [&] { engine::runScript(world, text); });
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/world.h"
+#include "engine/catalog/world.h"
 #include "options.h"
 
 #include <memory>

@@ -4,11 +4,11 @@
 set -eu
 
 packages='g++ cmake ninja-build qt6-base-dev libqt6svg6 unixodbc-dev odbcinst tdsodbc libsqlite3-dev
-xvfb openbox x11-utils fonts-dejavu-core freetds-bin'
+python3 xvfb openbox x11-utils fonts-dejavu-core freetds-bin'
 
 if ! command -v apt-get >/dev/null 2>&1; then
     missing=''
-    for tool in c++ cmake ninja odbcinst Xvfb openbox; do
+    for tool in c++ cmake ninja python3 odbcinst Xvfb openbox; do
         command -v "$tool" >/dev/null 2>&1 || missing="$missing $tool"
     done
     if [ -n "$missing" ]; then

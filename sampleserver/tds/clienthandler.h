@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session.h"
+#include "engine/values/clientsession.h"
 #include "tds/login7.h"
 #include "tds/packetstream.h"
 

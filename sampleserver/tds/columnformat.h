@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session.h"
+#include "engine/values/resultsink.h"
 #include "tds/tdsversion.h"
 
 #include <QByteArray>

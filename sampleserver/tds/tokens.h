@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/sqlerror.h"
+#include "engine/values/sqlerror.h"
 #include "tds/tdsversion.h"
 
 #include <QByteArray>

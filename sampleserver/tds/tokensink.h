@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session.h"
+#include "engine/values/resultsink.h"
 #include "tds/packetstream.h"
 #include "tds/rowencoder.h"
 #include "tds/tokens.h"

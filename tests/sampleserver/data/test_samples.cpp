@@ -1,8 +1,9 @@
 #include "data/samplescripts.h"
-#include "engine/rowstore.h"
-#include "engine/session.h"
-#include "engine/sqlerror.h"
-#include "engine/world.h"
+#include "engine/catalog/world.h"
+#include "engine/session/scriptreader.h"
+#include "engine/session/session.h"
+#include "engine/store/rowstore.h"
+#include "engine/values/sqlerror.h"
 
 #include <QSet>
 #include <QTest>
@@ -57,7 +58,7 @@ void TestSamples::initTestCase() {
     QVERIFY(scripts.size() >= 8);
     for (const auto& script : scripts) {
         try {
-            m_world->runScript(script.text);
+            engine::runScript(*m_world, script.text);
         } catch (const SqlError& error) {
             QFAIL(qPrintable(
                 QStringLiteral("%1, line %2: %3")

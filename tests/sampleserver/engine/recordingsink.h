@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/convert.h"
-#include "engine/session.h"
-#include "engine/typeinfo.h"
+#include "engine/session/session.h"
+#include "engine/values/convert.h"
+#include "engine/values/typeinfo.h"
 
 #include <QStringList>
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "engine/session.h"
-#include "engine/world.h"
+#include "engine/catalog/world.h"
+#include "engine/session/scriptreader.h"
+#include "engine/session/session.h"
 
 #include <memory>
 
@@ -9,7 +10,7 @@
 /// table denied to one user, and a database closed to guests.
 inline std::shared_ptr<const engine::World> shopWorld() {
     auto world = std::make_shared<engine::World>();
-    world->runScript(QStringLiteral(R"sql(
+    engine::runScript(*world, QStringLiteral(R"sql(
 CREATE DATABASE shop
 CREATE DATABASE vault
 GO

@@ -1,8 +1,9 @@
 #include "sampleserver/engine/worldprobe.h"
 
-#include "engine/convert.h"
-#include "engine/procedures.h"
-#include "engine/sqlerror.h"
+#include "engine/catalog/procedures.h"
+#include "engine/session/scriptreader.h"
+#include "engine/values/convert.h"
+#include "engine/values/sqlerror.h"
 
 #include <sqlite3.h>
 
@@ -59,7 +60,7 @@ class Recorder : public ResultSink {
 
 WorldProbe::WorldProbe(const QString& script) : m_world(std::make_unique<World>()) {
     m_world->addDatabase(QStringLiteral("Probe"));
-    m_world->runScript(QStringLiteral("use Probe\nGO\n") + script);
+    runScript(*m_world, QStringLiteral("use Probe\nGO\n") + script);
     m_world->seal();
 }
 

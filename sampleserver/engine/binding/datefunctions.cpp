@@ -1,0 +1,93 @@
+#include "engine/binding/coercion.h"
+#include "engine/binding/functions.h"
+#include "engine/values/dateparts.h"
+#include "engine/values/datetime.h"
+#include "engine/values/sqlerror.h"
+#include "engine/values/typeinfo.h"
+
+#include <QDateTime>
+
+namespace engine {
+
+namespace {
+
+const SqlType integerType{.id = TypeId::Int};
+
+Bound partArgument(const FunctionCall& c) {
+    const auto part = datePartOf(c.datePart);
+    if (!part) {
+        throw SqlError(155, 15,
+                       QStringLiteral("'%1' is not a recognized %2 option.").arg(c.datePart, c.name));
+    }
+    return c.value(qint64(static_cast<int>(*part)), integerType);
+}
+
+Bound moment(const FunctionCall& c, size_t i) {
+    if (isDateTime(c.arguments[i].type.id)) return c.arguments[i];
+    return c.as(i, TypeId::DateTime);
+}
+
+Bound add(const FunctionCall& c) {
+    const Bound when = moment(c, 1);
+    const Bound number = explicitly(c.arguments[0], integerType, 0, c.emission);
+    return c.call("ts_dateadd", when.type, {partArgument(c), number, when});
+}
+
+Bound difference(const FunctionCall& c) {
+    return c.call("ts_datediff", integerType, {partArgument(c), moment(c, 0), moment(c, 1)});
+}
+
+Bound part(const FunctionCall& c) {
+    return c.call("ts_datepart", integerType, {partArgument(c), moment(c, 0)});
+}
+
+Bound name(const FunctionCall& c) {
+    return c.call("ts_datename", {.id = TypeId::NVarChar, .length = 30}, {partArgument(c), moment(c, 0)});
+}
+
+template <DatePart wanted>
+Bound fixedPart(const FunctionCall& c) {
+    const Bound code = c.value(qint64(static_cast<int>(wanted)), integerType);
+    return c.call("ts_datepart", integerType, {code, moment(c, 0)});
+}
+
+qint64 ticksOf(const QDateTime& now) {
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return dateTimeTicks({date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second(),
+                          time.msec() * 3 / 10});
+}
+
+// One moment for the whole of a statement.
+Bound now(const FunctionCall& c) {
+    return c.value(ticksOf(QDateTime::currentDateTime()), {.id = TypeId::DateTime});
+}
+
+Bound nowUtc(const FunctionCall& c) {
+    return c.value(ticksOf(QDateTime::currentDateTimeUtc()), {.id = TypeId::DateTime});
+}
+
+Bound isDate(const FunctionCall& c) {
+    return c.call("ts_isdate", integerType, {c.text(0)}, false);
+}
+
+}  // namespace
+
+const std::vector<FunctionEntry>& dateFunctions() {
+    static const std::vector<FunctionEntry> entries{
+        {"dateadd", 2, 2, add},
+        {"datediff", 2, 2, difference},
+        {"datepart", 1, 1, part},
+        {"datename", 1, 1, name},
+        {"year", 1, 1, fixedPart<DatePart::Year>},
+        {"month", 1, 1, fixedPart<DatePart::Month>},
+        {"day", 1, 1, fixedPart<DatePart::Day>},
+        {"getdate", 0, 0, now},
+        {"current_timestamp", 0, 0, now},
+        {"getutcdate", 0, 0, nowUtc},
+        {"isdate", 1, 1, isDate},
+    };
+    return entries;
+}
+
+}  // namespace engine

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "engine/catalog/world.h"
+#include "engine/store/rowstore.h"
+
+#include <initializer_list>
+
+namespace engine {
+
+/// The names of the system tables that a database has.
+QStringList systemTableNames(const Database& database);
+
+/// Adds the empty system tables to a database's tables.
+void addSystemTables(Database& database);
+
+/// Adds the system tables to a database and fills them from what the scripts made.
+void fillSystemTables(const World& world, Database& database);
+
+/// Rows of one system table, each value in the place of its column.
+class SystemRows {
+  public:
+    SystemRows(const Database& database, const char* table);
+    void append(std::initializer_list<Value> values);
+    void append(const std::vector<Value>& values) { m_appender.append(values); }
+
+  private:
+    RowAppender m_appender;
+};
+
+// One function for each group of system tables.
+void fillObjects(const Database& database);  ///< sysobjects, syscomments
+void fillColumns(const Database& database);  ///< syscolumns, systypes
+/// sysindexes, sysindexkeys; the number of rows of each table, in the order of the tables
+void fillIndexes(const Database& database, const std::vector<qint64>& rowCounts);
+void fillReferences(const Database& database);                     ///< sysforeignkeys, sysreferences
+void fillUsers(const World& world, const Database& database);      ///< sysusers, sysmembers
+void fillDatabases(const World& world, const Database& database);  ///< sysdatabases
+
+}  // namespace engine

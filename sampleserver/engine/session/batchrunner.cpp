@@ -1,0 +1,256 @@
+#include "engine/session/batchrunner.h"
+
+#include "engine/binding/binder.h"
+#include "engine/catalog/procedures.h"
+#include "engine/store/storage.h"
+#include "engine/syntax/parser.h"
+#include "engine/values/convert.h"
+#include "engine/values/typeinfo.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+
+namespace engine {
+
+namespace {
+
+constexpr qint64 rowsPerLook = 128;  // between two looks for a cancelling client
+
+/// Errors that end their statement and let the batch go on.
+bool endsStatementOnly(int number) {
+    static constexpr int numbers[] = {220, 229, 232, 512, 517, 535, 911, 916, 2812, 3623, 8115, 8134};
+    return std::ranges::find(numbers, number) != std::end(numbers);
+}
+
+void cutLongValue(Value& value, const SqlType& type, qint64 bytes) {
+    if (auto* text = std::get_if<QString>(&value)) {
+        text->truncate(type.id == TypeId::NText ? bytes / 2 : bytes);
+    } else if (auto* binary = std::get_if<QByteArray>(&value)) {
+        binary->truncate(bytes);
+    }
+}
+
+}  // namespace
+
+void BatchRunner::run(const QString& batch) {
+    m_facts.variables.clear();
+    m_store.watch([this] { return m_sink.cancelled() || m_bound.isExceeded(); });
+    try {
+        const auto statements = Parser(batch, m_options.quotedIdentifiers).batch();
+        for (const ast::Statement& statement : statements) {
+            if (m_sink.cancelled() || !runStatement(statement)) break;
+        }
+    } catch (const SqlError& error) {
+        fail(error.message());
+    } catch (const std::exception& error) {
+        fail(
+            {.number = 8624,
+             .text =
+                 QStringLiteral("Internal SQL Server error: %1.").arg(QString::fromLocal8Bit(error.what()))});
+    }
+    m_store.watch({});
+}
+
+bool BatchRunner::runStatement(const ast::Statement& statement) {
+    m_hadColumns = false;
+    m_rows = 0;
+    try {
+        std::visit([this](const auto& node) { run(node); }, statement.node);
+        if (!std::holds_alternative<ast::Select>(statement.node)) m_facts.error = 0;
+        return true;
+    } catch (const SqlError& error) {
+        SqlMessage message = error.message();
+        message.line = statement.line;
+        const bool goesOn = endsStatementOnly(message.number);
+        fail(message);
+        return goesOn;
+    }
+}
+
+void BatchRunner::fail(const SqlMessage& message) {
+    m_facts.error = message.number;
+    m_facts.rowCount = 0;
+    m_sink.message(message);
+    m_sink.statementDone(m_hadColumns ? m_rows : -1, m_hadColumns);
+}
+
+void BatchRunner::done(qint64 rows, bool hadColumns) {
+    m_sink.statementDone(m_options.noCount ? -1 : rows, hadColumns);
+}
+
+void BatchRunner::run(const ast::Select& statement) {
+    Emission emission;
+    const qint64 limit = m_options.columnsOnly ? 0 : m_options.rowLimit > 0 ? m_options.rowLimit : -1;
+    const BoundQuery query = Binder(m_facts, emission).query(statement.query, limit);
+    const StatementPtr prepared = m_store.prepare(query.sql, emission);
+    const size_t width = query.columns.size();
+    const bool assigns = !query.variables.empty();
+    std::vector<ResultColumn> columns;
+    for (const OutputColumn& column : query.columns)
+        columns.push_back({column.name, column.type, column.nullable});
+    if (!assigns) {
+        m_sink.columns(columns);
+        m_hadColumns = true;
+    }
+    std::vector<Value> row(width);
+    while (m_store.step(prepared.get())) {
+        if (m_rows % rowsPerLook == 0 && m_sink.cancelled()) return;
+        for (size_t i = 0; i < width; ++i) {
+            row[i] = readStored(prepared.get(), static_cast<int>(i), columns[i].type);
+            if (isLong(columns[i].type.id)) cutLongValue(row[i], columns[i].type, m_facts.textSize);
+        }
+        ++m_rows;
+        if (query.readsOwnVariables && m_rows > 1) failOwnVariable(query.variables.front());
+        if (!assigns) m_sink.row(row);
+    }
+    if (m_sink.cancelled()) return;
+    m_bound.check();
+    for (size_t i = 0; assigns && m_rows > 0 && i < width; ++i)
+        variable(query.variables[i]).value = row[i];
+    m_facts.rowCount = m_rows;
+    m_facts.error = 0;
+    if (assigns) {
+        done(-1, false);
+    } else {
+        done(m_rows, true);
+    }
+}
+
+void BatchRunner::run(const ast::Use& statement) {
+    const Database* database = m_facts.world->findDatabase(statement.database);
+    if (!database) {
+        throw SqlError(
+            911, 16,
+            QStringLiteral("Could not locate entry in sysdatabases for database '%1'. No entry found with "
+                           "that name. Make sure that the name is entered correctly.")
+                .arg(statement.database));
+    }
+    const auto user = userOfLogin(*database, m_facts.login);
+    if (!user) {
+        throw SqlError(916, 14,
+                       QStringLiteral("Server user '%1' is not a valid user in database '%2'.")
+                           .arg(m_facts.login, database->name));
+    }
+    const QString oldName = m_facts.database->name;
+    m_facts.database = database;
+    m_facts.user = *user;
+    m_sink.databaseChanged(oldName, database->name);
+    m_sink.message({.number = 5701,
+                    .severity = 0,
+                    .text = QStringLiteral("Changed database context to '%1'.").arg(database->name)});
+    done(-1, false);
+}
+
+BatchVariable& BatchRunner::variable(const QString& name) {
+    const auto found = m_facts.variables.find(nameKey(name));
+    if (found == m_facts.variables.end()) {
+        throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(name));
+    }
+    return *found;
+}
+
+BatchVariable BatchRunner::evaluate(const ast::Expr& expr) {
+    Emission emission;
+    const Bound bound = Binder(m_facts, emission).constantExpression(expr);
+    if (bound.literal) return {bound.type, *bound.literal};
+    const StatementPtr prepared = m_store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
+    BatchVariable result{bound.type, {}};
+    if (m_store.step(prepared.get())) result.value = readStored(prepared.get(), 0, bound.type);
+    m_bound.check();
+    return result;
+}
+
+void BatchRunner::run(const ast::SetVariable& statement) {
+    BatchVariable& target = variable(statement.name);
+    const BatchVariable value = evaluate(*statement.expr);
+    target.value = convertValue(value.value, value.type, target.type, false);
+    done(-1, false);
+}
+
+void BatchRunner::run(const ast::Declare& statement) {
+    for (const auto& [name, type] : statement.variables) {
+        if (isLong(type.id)) {
+            throw SqlError(
+                2739, 16,
+                QStringLiteral("The text, ntext, and image data types are invalid for local variables."));
+        }
+        if (m_facts.variables.contains(nameKey(name))) {
+            throw SqlError(
+                134, 15,
+                QStringLiteral("The variable name '%1' has already been declared. Variable names must be "
+                               "unique within a query batch or stored procedure.")
+                    .arg(name));
+        }
+        m_facts.variables.insert(nameKey(name), {type, {}});
+    }
+}
+
+void BatchRunner::run(const ast::Execute& statement) {
+    const Database* database = m_facts.database;
+    QString user = m_facts.user;
+    const ast::Path& path = statement.procedure;
+    ProcedureCall call{.name = path.back(), .arguments = {}};
+    const SqlError unknown(2812, 16,
+                           QStringLiteral("Could not find stored procedure '%1'.").arg(path.back()));
+    if (path.size() > 3) throw unknown;
+    if (path.size() == 3 && !path[0].isEmpty()) {
+        database = m_facts.world->findDatabase(path[0]);
+        const auto other = database ? userOfLogin(*database, m_facts.login) : std::nullopt;
+        if (!other) throw unknown;
+        user = *other;
+    }
+    for (const ast::Argument& argument : statement.arguments)
+        call.arguments.emplace_back(argument.name, evaluate(*argument.expr).value);
+    if (!runProcedure(*m_facts.world, *database, user, call, m_sink)) throw unknown;
+}
+
+void BatchRunner::run(const ast::WaitFor& statement) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::milliseconds(statement.milliseconds);
+    while (!m_sink.cancelled()) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        if (left <= 0) return done(-1, false);
+        const qint64 nap = std::clamp<qint64>(left, 1, 5);
+        QThread::msleep(static_cast<unsigned long>(nap));
+        m_bound.addWaiting(nap);
+        if (m_bound.isExceeded()) m_bound.check();
+    }
+}
+
+void BatchRunner::run(const ast::Print& statement) {
+    const BatchVariable value = evaluate(*statement.expr);
+    m_sink.message({.number = 0, .severity = 0, .text = valueText(value.value, value.type)});
+    done(-1, false);
+}
+
+void BatchRunner::run(const ast::Transaction& statement) {
+    if (statement.step == ast::TransactionStep::Begin) {
+        ++m_facts.transactions;
+        return done(-1, false);
+    }
+    const bool commit = statement.step == ast::TransactionStep::Commit;
+    if (m_facts.transactions == 0) {
+        throw SqlError(commit ? 3902 : 3903, 16,
+                       QStringLiteral("The %1 TRANSACTION request has no corresponding BEGIN TRANSACTION.")
+                           .arg(commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK")));
+    }
+    m_facts.transactions = commit ? m_facts.transactions - 1 : 0;
+    done(-1, false);
+}
+
+void BatchRunner::run(const ast::Refused& statement) {
+    if (statement.kind == ast::Refused::Definition) {
+        throw SqlError(262, 14,
+                       QStringLiteral("%1 permission denied in database '%2'.")
+                           .arg(statement.what, m_facts.database->name));
+    }
+    throw SqlError(3906, 16,
+                   QStringLiteral("Could not run BEGIN TRANSACTION in database '%1' because the database is "
+                                  "read-only.")
+                       .arg(m_facts.database->name));
+}
+
+}  // namespace engine

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "engine/catalog/world.h"
+#include "engine/syntax/tokencursor.h"
+
+#include <QHash>
+
+namespace engine {
+
+/// GRANT, DENY or REVOKE of permissions on one table.
+struct PermissionDraft {
+    bool deny = false;
+    bool select = false;  ///< SELECT or ALL is among the permissions
+    ObjectName table;
+    QStringList users;
+};
+
+/// GRANT, DENY or REVOKE comes.
+PermissionDraft parsePermission(TokenCursor& tokens);
+
+/// Every user may read every table until denied; GRANT and REVOKE take a denial back.
+/// Throws SqlError 4604 when there is no such user.
+void applyPermission(const Database& database, Table& table, const PermissionDraft& draft);
+
+/// Arguments of a procedure: "1", "2" .. for positional ones, lower-case names with their @ for named ones.
+using ScriptArguments = QHash<QString, QString>;
+
+/// "'a', N'b', @c = 'd', null": an argument that is NULL is left out.
+ScriptArguments parseArguments(TokenCursor& tokens);
+
+/// Runs sp_addlogin, sp_grantdbaccess, sp_adduser, sp_addrole, sp_addrolemember, sp_changedbowner or
+/// sp_dboption (which changes nothing that a client can see). Throws SqlError 2812 for another procedure and
+/// the server's numbers for bad arguments.
+void runScriptProcedure(World& world, Database& database, const QString& name,
+                        const ScriptArguments& arguments);
+
+}  // namespace engine

@@ -1,0 +1,65 @@
+#include "engine/session/session.h"
+
+#include "engine/catalog/metadata.h"
+#include "engine/catalog/sessionfacts.h"
+#include "engine/session/batchrunner.h"
+#include "engine/store/storeconnection.h"
+
+namespace engine {
+
+struct Session::State {
+    SessionFacts facts;
+    SessionOptions options;
+    StoreConnection store{[this](sqlite3* opened) { registerMetadataFunctions(opened, facts); }};
+    QueryLimits limits;
+    bool admitted = false;
+};
+
+Session::Session(std::shared_ptr<const World> world, int spid, const QueryLimits& limits)
+    : m_state(std::make_unique<State>()) {
+    m_state->limits = limits;
+    m_state->facts.world = std::move(world);
+    m_state->facts.spid = spid;
+}
+
+Session::~Session() = default;
+
+std::vector<SqlMessage> Session::login(const LoginRequest& request) {
+    SessionFacts& facts = m_state->facts;
+    const SqlMessage failed{.number = 18456,
+                            .severity = 14,
+                            .text = QStringLiteral("Login failed for user '%1'.").arg(request.user)};
+    const Login* login = facts.world->findLogin(request.user);
+    if (!login || login->password != request.password) return {failed};
+    const QString name = request.database.isEmpty() ? login->defaultDatabase : request.database;
+    const Database* database = facts.world->findDatabase(name);
+    const auto user = database ? userOfLogin(*database, login->name) : std::nullopt;
+    if (!user) {
+        return {
+            {.number = 4060,
+             .severity = 11,
+             .text = QStringLiteral("Cannot open database requested in login '%1'. Login fails.").arg(name)},
+            failed};
+    }
+    facts.database = database;
+    facts.login = login->name;
+    facts.user = *user;
+    facts.host = request.clientHost;
+    facts.application = request.application;
+    m_state->admitted = true;
+    return {};
+}
+
+QString Session::database() const {
+    return m_state->facts.database ? m_state->facts.database->name : QString();
+}
+
+void Session::execute(const QString& batch, ResultSink& sink) {
+    if (!m_state->admitted) {
+        sink.message({.number = 18456, .severity = 14, .text = QStringLiteral("Login failed for user ''.")});
+        return;
+    }
+    BatchRunner(m_state->facts, m_state->options, m_state->store, m_state->limits, sink).run(batch);
+}
+
+}  // namespace engine

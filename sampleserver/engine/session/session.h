@@ -1,0 +1,35 @@
+#pragma once
+
+#include "engine/values/clientsession.h"
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace engine {
+
+class World;  // databases and logins as the scripts left them (engine/catalog/world.h)
+
+/// What one batch may take.
+struct QueryLimits {
+    qint64 milliseconds = 300'000;             ///< at work or in WAITFOR; waiting for its client is free
+    qint64 bytes = qint64(512) * 1024 * 1024;  ///< of memory
+};
+
+/// A session over a world. All sessions share the one sealed world without a lock.
+class Session : public ClientSession {
+  public:
+    Session(std::shared_ptr<const World> world, int spid, const QueryLimits& limits = {});
+    ~Session() override;
+
+    std::vector<SqlMessage> login(const LoginRequest& request) override;
+    QString database() const override;
+    void execute(const QString& batch, ResultSink& sink) override;
+
+  private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+}  // namespace engine

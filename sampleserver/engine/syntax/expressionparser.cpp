@@ -1,0 +1,390 @@
+#include "engine/syntax/parser.h"
+#include "engine/values/convert.h"
+#include "engine/values/decimal.h"
+
+namespace engine {
+
+using namespace ast;
+
+namespace {
+
+template <class Node>
+ExprPtr make(Node node) {
+    return std::make_unique<Expr>(Expr{std::move(node)});
+}
+
+Literal numberLiteral(const QString& text) {
+    if (text.contains(u'e', Qt::CaseInsensitive)) {
+        bool inRange = false;
+        const double number = text.toDouble(&inRange);
+        if (!inRange) {
+            throw SqlError(168, 15,
+                           QStringLiteral("The floating point value '%1' is out of the range of computer "
+                                          "representation (8 bytes).")
+                               .arg(text));
+        }
+        return {.value = number, .type = {.id = TypeId::Float}};
+    }
+    bool isInt = false;
+    const int whole = text.toInt(&isInt);
+    if (isInt) return {.value = qint64(whole), .type = {.id = TypeId::Int}};
+    const auto number = Decimal::parse(text);
+    if (!number || number->digits() > Decimal::maxPrecision) {
+        throw SqlError(
+            1007, 15,
+            QStringLiteral("The number '%1' is out of the range for numeric representation (maximum "
+                           "precision 38).")
+                .arg(text));
+    }
+    const int precision = std::max({1, number->digits(), number->scale()});
+    return {.value = number->text(),
+            .type = {.id = TypeId::Numeric, .precision = precision, .scale = number->scale()}};
+}
+
+Literal hexLiteral(QString text) {
+    text.remove(0, 2);
+    if (text.size() % 2 != 0) text.prepend(u'0');
+    const QByteArray bytes = QByteArray::fromHex(text.toLatin1());
+    return {.value = bytes,
+            .type = {.id = TypeId::VarBinary, .length = std::max(1, static_cast<int>(bytes.size()))}};
+}
+
+Literal moneyLiteral(const QString& text) {
+    const SqlType type{.id = TypeId::Money};
+    const SqlType from{.id = TypeId::VarChar, .length = 40};
+    return {.value = convertValue(text, from, type, false), .type = type};
+}
+
+}  // namespace
+
+namespace {
+
+bool isPredicate(const ExprPtr& expr) {
+    return std::visit(
+        []<class Node>(const Node&) {
+            return std::is_same_v<Node, Comparison> || std::is_same_v<Node, Logical> ||
+                   std::is_same_v<Node, Not> || std::is_same_v<Node, Like> || std::is_same_v<Node, Between> ||
+                   std::is_same_v<Node, In> || std::is_same_v<Node, IsNull> || std::is_same_v<Node, Exists>;
+        },
+        expr->node);
+}
+
+constexpr int mostNested = 200;
+constexpr int mostOperators = 4000;
+
+[[noreturn]] void failNested() {
+    throw SqlError(
+        191, 15,
+        QStringLiteral("Some part of your SQL statement is nested too deeply. Rewrite the query or break "
+                       "it up into smaller queries."));
+}
+
+}  // namespace
+
+Parser::Depth::Depth(Parser& parser) : m_parser(parser) {
+    if (++m_parser.m_depth > mostNested) failNested();
+}
+
+/// A chain of operators makes a tree as deep as it is long.
+void Parser::countOperator() {
+    if (++m_operators > mostOperators) failNested();
+}
+
+ExprPtr Parser::condition() {
+    return asPredicate(expression());
+}
+
+ExprPtr Parser::scalar() {
+    return asValue(additive());
+}
+
+ExprPtr Parser::asPredicate(ExprPtr expr) const {
+    if (!isPredicate(expr)) m_tokens.failHere();
+    return expr;
+}
+
+ExprPtr Parser::asValue(ExprPtr expr) const {
+    if (isPredicate(expr)) m_tokens.failHere();
+    return expr;
+}
+
+ExprPtr Parser::expression() {
+    ExprPtr left = conjunction();
+    while (m_tokens.acceptWord("or")) {
+        countOperator();
+        left = asPredicate(std::move(left));
+        left = make(Logical{.isAnd = false, .left = std::move(left), .right = asPredicate(conjunction())});
+    }
+    return left;
+}
+
+ExprPtr Parser::conjunction() {
+    ExprPtr left = negation();
+    while (m_tokens.acceptWord("and")) {
+        countOperator();
+        left = asPredicate(std::move(left));
+        left = make(Logical{.isAnd = true, .left = std::move(left), .right = asPredicate(negation())});
+    }
+    return left;
+}
+
+ExprPtr Parser::negation() {
+    const Depth depth(*this);
+    if (m_tokens.acceptWord("not")) return make(Not{asPredicate(negation())});
+    return predicate();
+}
+
+ExprPtr Parser::predicate() {
+    if (m_tokens.isWord("exists")) {
+        m_tokens.take();
+        m_tokens.expectSymbol("(");
+        Exists exists{subquery()};
+        m_tokens.expectSymbol(")");
+        return make(std::move(exists));
+    }
+    ExprPtr left = additive();
+    return isPredicate(left) ? std::move(left) : predicateTail(std::move(left));
+}
+
+ExprPtr Parser::predicateTail(ExprPtr left) {
+    static constexpr std::pair<const char*, CompareOp> operators[] = {
+        {"=", CompareOp::Equal},   {"<>", CompareOp::NotEqual},     {"!=", CompareOp::NotEqual},
+        {"<", CompareOp::Less},    {"<=", CompareOp::LessEqual},    {"!>", CompareOp::LessEqual},
+        {">", CompareOp::Greater}, {">=", CompareOp::GreaterEqual}, {"!<", CompareOp::GreaterEqual}};
+    for (const auto& [symbol, op] : operators) {
+        if (m_tokens.acceptSymbol(symbol)) {
+            return make(Comparison{.op = op, .left = std::move(left), .right = scalar()});
+        }
+    }
+    if (m_tokens.acceptWord("is")) {
+        const bool negated = m_tokens.acceptWord("not");
+        m_tokens.expectWord("null");
+        return make(IsNull{.operand = std::move(left), .negated = negated});
+    }
+    const bool negated =
+        (m_tokens.isWord("like", 1) || m_tokens.isWord("between", 1) || m_tokens.isWord("in", 1)) &&
+        m_tokens.acceptWord("not");
+    if (m_tokens.acceptWord("like")) {
+        Like like{.text = std::move(left), .pattern = scalar(), .escape = nullptr, .negated = negated};
+        if (m_tokens.acceptWord("escape")) like.escape = scalar();
+        return make(std::move(like));
+    }
+    if (m_tokens.acceptWord("between")) {
+        Between between{.operand = std::move(left), .low = scalar(), .high = nullptr, .negated = negated};
+        m_tokens.expectWord("and");
+        between.high = scalar();
+        return make(std::move(between));
+    }
+    if (m_tokens.acceptWord("in")) {
+        In in{.operand = std::move(left), .list = {}, .query = nullptr, .negated = negated};
+        m_tokens.expectSymbol("(");
+        if (startsQuery()) {
+            in.query = subquery();
+        } else {
+            do
+                in.list.push_back(scalar());
+            while (m_tokens.acceptSymbol(","));
+        }
+        m_tokens.expectSymbol(")");
+        return make(std::move(in));
+    }
+    return left;
+}
+
+ExprPtr Parser::additive() {
+    static constexpr std::pair<const char*, BinaryOp> operators[] = {{"+", BinaryOp::Add},
+                                                                     {"-", BinaryOp::Subtract},
+                                                                     {"&", BinaryOp::BitAnd},
+                                                                     {"|", BinaryOp::BitOr},
+                                                                     {"^", BinaryOp::BitXor}};
+    ExprPtr left = multiplicative();
+    for (bool more = true; more;) {
+        more = false;
+        for (const auto& [symbol, op] : operators) {
+            if (!m_tokens.acceptSymbol(symbol)) continue;
+            countOperator();
+            left = asValue(std::move(left));
+            left = make(Binary{.op = op, .left = std::move(left), .right = asValue(multiplicative())});
+            more = true;
+        }
+    }
+    return left;
+}
+
+ExprPtr Parser::multiplicative() {
+    ExprPtr left = unary();
+    for (;;) {
+        BinaryOp op;
+        if (m_tokens.acceptSymbol("*")) {
+            op = BinaryOp::Multiply;
+        } else if (m_tokens.acceptSymbol("/")) {
+            op = BinaryOp::Divide;
+        } else if (m_tokens.acceptSymbol("%")) {
+            op = BinaryOp::Modulo;
+        } else {
+            return left;
+        }
+        countOperator();
+        left = asValue(std::move(left));
+        left = make(Binary{.op = op, .left = std::move(left), .right = asValue(unary())});
+    }
+}
+
+ExprPtr Parser::unary() {
+    const Depth depth(*this);
+    if (m_tokens.acceptSymbol("-")) return make(Unary{UnaryOp::Minus, asValue(unary())});
+    if (m_tokens.acceptSymbol("+")) return make(Unary{UnaryOp::Plus, asValue(unary())});
+    if (m_tokens.acceptSymbol("~")) return make(Unary{UnaryOp::BitNot, asValue(unary())});
+    return primary();
+}
+
+ExprPtr Parser::primary() {
+    const Token& token = m_tokens.peek();
+    switch (token.kind) {
+        case TokenKind::Variable:
+            return make(Variable{m_tokens.take().text});
+        case TokenKind::Symbol:
+            return parenthesized();
+        case TokenKind::Identifier:
+            break;
+        case TokenKind::End:
+            m_tokens.failHere();
+        default:
+            return literal();
+    }
+    if (m_tokens.acceptWord("null")) return make(Literal{.value = {}, .type = {}, .isNull = true});
+    if (m_tokens.acceptWord("case")) return caseExpression();
+    if (m_tokens.isSymbol("(", 1) && m_tokens.acceptWord("convert")) return convertOrCast(false);
+    if (m_tokens.isSymbol("(", 1) && m_tokens.acceptWord("cast")) return convertOrCast(true);
+    for (const char* word : {"user", "current_user", "session_user", "system_user", "current_timestamp"}) {
+        if (m_tokens.acceptWord(word)) {
+            ast::Call niladic;
+            niladic.name = QString::fromLatin1(word);
+            return make(std::move(niladic));
+        }
+    }
+    for (const char* word : {"left", "right", "coalesce", "nullif"}) {
+        if (m_tokens.isWord(word) && m_tokens.isSymbol("(", 1)) return call(m_tokens.take().text);
+    }
+    return nameOrCall();
+}
+
+ExprPtr Parser::nameOrCall() {
+    if (m_tokens.isName() && !m_tokens.peek().quoted && m_tokens.isSymbol("(", 1)) {
+        return call(m_tokens.take().text);
+    }
+    return make(ColumnName{path()});
+}
+
+bool Parser::startsQuery() const {
+    size_t offset = 0;
+    while (m_tokens.isSymbol("(", offset))
+        ++offset;
+    return m_tokens.isWord("select", offset);
+}
+
+ExprPtr Parser::parenthesized() {
+    m_tokens.expectSymbol("(");
+    ExprPtr inner;
+    if (m_tokens.isWord("select")) {
+        inner = make(ScalarQuery{subquery()});
+    } else {
+        inner = expression();
+    }
+    m_tokens.expectSymbol(")");
+    return inner;
+}
+
+ExprPtr Parser::literal() {
+    const Token token = m_tokens.take();
+    switch (token.kind) {
+        case TokenKind::Number:
+            return make(numberLiteral(token.text));
+        case TokenKind::HexNumber:
+            return make(hexLiteral(token.text));
+        case TokenKind::MoneyNumber:
+            return make(moneyLiteral(token.text));
+        default:
+            break;
+    }
+    const TypeId id = token.national ? TypeId::NVarChar : TypeId::VarChar;
+    return make(Literal{.value = token.text,
+                        .type = {.id = id, .length = std::max(1, static_cast<int>(token.text.size()))}});
+}
+
+ExprPtr Parser::caseExpression() {
+    Case result;
+    if (!m_tokens.isWord("when")) result.subject = scalar();
+    while (m_tokens.acceptWord("when")) {
+        ExprPtr test = result.subject ? scalar() : condition();
+        m_tokens.expectWord("then");
+        result.branches.emplace_back(std::move(test), scalar());
+    }
+    if (result.branches.empty()) m_tokens.failHere();
+    if (m_tokens.acceptWord("else")) result.otherwise = scalar();
+    m_tokens.expectWord("end");
+    return make(std::move(result));
+}
+
+ExprPtr Parser::convertOrCast(bool cast) {
+    Convert convert;
+    m_tokens.expectSymbol("(");
+    if (cast) {
+        convert.operand = scalar();
+        m_tokens.expectWord("as");
+        convert.type = typeName();
+    } else {
+        convert.type = typeName();
+        m_tokens.expectSymbol(",");
+        convert.operand = scalar();
+        if (m_tokens.acceptSymbol(",")) convert.style = scalar();
+    }
+    m_tokens.expectSymbol(")");
+    // In a conversion a text or binary without a length has 30.
+    if (convert.type.length < 0) convert.type.length = 30;
+    return make(std::move(convert));
+}
+
+ExprPtr Parser::call(const QString& name) {
+    Call result;
+    result.name = name;
+    m_tokens.expectSymbol("(");
+    if (m_tokens.acceptSymbol("*")) {
+        result.star = true;
+    } else if (!m_tokens.isSymbol(")")) {
+        result.distinct = m_tokens.acceptWord("distinct");
+        if (!result.distinct) m_tokens.acceptWord("all");
+        do
+            result.arguments.push_back(scalar());
+        while (m_tokens.acceptSymbol(","));
+    }
+    m_tokens.expectSymbol(")");
+    return make(std::move(result));
+}
+
+SqlType Parser::typeName() {
+    if (m_tokens.peek().kind != TokenKind::Identifier) m_tokens.failHere();
+    QString name = m_tokens.take().text;
+    if (name.compare(QLatin1String("double"), Qt::CaseInsensitive) == 0 && m_tokens.acceptWord("precision")) {
+        name = QStringLiteral("float");
+    }
+    int length = -1;
+    int scale = -1;
+    if (m_tokens.acceptSymbol("(")) {
+        length = m_tokens.expectInteger();
+        if (m_tokens.acceptSymbol(",")) scale = m_tokens.expectInteger();
+        m_tokens.expectSymbol(")");
+    }
+    SqlType type;
+    if (!resolveType(name, length, -1, scale, &type)) {
+        throw SqlError(SqlMessage{.number = 243,
+                                  .severity = 16,
+                                  .line = m_tokens.peek().line,
+                                  .text = QStringLiteral("Type %1 is not a defined system type.").arg(name)});
+    }
+    const bool measured = length < 0 && type.length == 1;
+    if (measured) type.length = -1;
+    return type;
+}
+
+}  // namespace engine

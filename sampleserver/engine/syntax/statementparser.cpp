@@ -1,0 +1,198 @@
+#include "engine/syntax/parser.h"
+#include "engine/values/convert.h"
+#include "engine/values/datetime.h"
+
+namespace engine {
+
+using namespace ast;
+
+namespace {
+
+// Far more than any statement that SQLite would take; keeps what a batch makes of itself in bounds.
+constexpr size_t mostTokens = 1'000'000;
+
+}  // namespace
+
+Parser::Parser(const QString& batch, bool quotedIdentifiers)
+    : m_tokens(tokenize(batch, mostTokens), quotedIdentifiers) {}
+
+std::vector<Statement> Parser::batch() {
+    std::vector<Statement> statements;
+    while (m_tokens.acceptSymbol(";")) {
+    }
+    while (!m_tokens.atEnd()) {
+        const int line = m_tokens.peek().line;
+        m_operators = 0;
+        statements.push_back(statement(statements.empty()));
+        statements.back().line = line;
+        if (std::holds_alternative<Refused>(statements.back().node)) break;
+        while (m_tokens.acceptSymbol(";")) {
+        }
+    }
+    return statements;
+}
+
+Statement Parser::statement(bool first) {
+    Statement result;
+    if (m_tokens.isWord("select") || m_tokens.isSymbol("(")) {
+        result.node = Select{query()};
+        if (m_tokens.isWord("into")) result.node = Refused{Refused::Write, QStringLiteral("SELECT INTO")};
+    } else if (m_tokens.acceptWord("use")) {
+        result.node = Use{m_tokens.expectName()};
+    } else if (m_tokens.acceptWord("set")) {
+        if (m_tokens.peek().kind == TokenKind::Variable) {
+            SetVariable set{.name = m_tokens.take().text, .expr = nullptr};
+            m_tokens.expectSymbol("=");
+            set.expr = scalar();
+            result.node = std::move(set);
+        } else {
+            result.node = setOption();
+        }
+    } else if (m_tokens.acceptWord("declare")) {
+        result.node = declare();
+    } else if (m_tokens.acceptWord("exec") || m_tokens.acceptWord("execute")) {
+        result.node = execute();
+    } else if (m_tokens.acceptWord("waitfor")) {
+        result.node = waitFor();
+    } else if (m_tokens.acceptWord("print")) {
+        result.node = Print{scalar()};
+    } else if (m_tokens.isWord("begin") &&
+               (m_tokens.isWord("tran", 1) || m_tokens.isWord("transaction", 1))) {
+        m_tokens.take();
+        result.node = transaction(TransactionStep::Begin);
+    } else if (m_tokens.acceptWord("commit")) {
+        result.node = transaction(TransactionStep::Commit);
+    } else if (m_tokens.acceptWord("rollback")) {
+        result.node = transaction(TransactionStep::Rollback);
+    } else if (first && m_tokens.isName()) {
+        result.node = execute();
+    } else {
+        return refused();
+    }
+    return result;
+}
+
+Statement Parser::refused() {
+    for (const char* word : {"insert", "update", "delete", "truncate", "updatetext", "writetext"}) {
+        if (m_tokens.isWord(word)) return {.node = Refused{Refused::Write, m_tokens.peek().text.toUpper()}};
+    }
+    for (const char* word : {"create", "alter", "drop", "grant", "revoke", "deny"}) {
+        if (!m_tokens.isWord(word)) continue;
+        QString what = m_tokens.take().text.toUpper();
+        what += u' ' + m_tokens.peek().text.toUpper();
+        return {.node = Refused{Refused::Definition, what}};
+    }
+    m_tokens.failHere();
+}
+
+Transaction Parser::transaction(TransactionStep step) {
+    if (!m_tokens.acceptWord("tran") && !m_tokens.acceptWord("transaction")) m_tokens.acceptWord("work");
+    if (m_tokens.isName() || m_tokens.peek().kind == TokenKind::Variable) m_tokens.take();
+    return {step};
+}
+
+SetOption Parser::setOption() {
+    // Options of two and three words that stand before their value.
+    SetOption result;
+    if (m_tokens.acceptWord("transaction")) {
+        m_tokens.expectWord("isolation");
+        m_tokens.expectWord("level");
+        result.option = QStringLiteral("transaction isolation level");
+        result.value = m_tokens.take().text;
+        if (m_tokens.isWord("read") || m_tokens.isWord("committed") || m_tokens.isWord("uncommitted")) {
+            result.value += u' ' + m_tokens.take().text;
+        }
+        return result;
+    }
+    do {
+        if (m_tokens.peek().kind != TokenKind::Identifier) m_tokens.failHere();
+        if (!result.option.isEmpty()) result.option += u',';
+        result.option += m_tokens.take().text.toLower();
+        if (result.option == QLatin1String("statistics"))
+            result.option += u' ' + m_tokens.take().text.toLower();
+    } while (m_tokens.acceptSymbol(","));
+    const bool negative = m_tokens.acceptSymbol("-");
+    if (m_tokens.atEnd() || m_tokens.peek().kind == TokenKind::Symbol) m_tokens.failHere();
+    result.value = m_tokens.take().text;
+    if (negative) result.value.prepend(u'-');
+    if (result.option == QLatin1String("quoted_identifier")) {
+        m_tokens.setQuotedIdentifiers(result.value.compare(QLatin1String("on"), Qt::CaseInsensitive) == 0);
+    }
+    return result;
+}
+
+Execute Parser::execute() {
+    Execute result;
+    // EXEC ('text') would need a second look at the text with its own settings.
+    if (m_tokens.peek().kind == TokenKind::Variable || m_tokens.isSymbol("(")) m_tokens.failHere();
+    result.procedure = path();
+    const auto startsStatement = [this] {
+        const Token& token = m_tokens.peek();
+        return token.kind == TokenKind::Identifier && !m_tokens.isName() &&
+               !token.is(QLatin1String("null")) && !token.is(QLatin1String("default"));
+    };
+    while (!m_tokens.atEnd() && !m_tokens.isSymbol(";") && !startsStatement()) {
+        Argument argument;
+        if (m_tokens.peek().kind == TokenKind::Variable && m_tokens.isSymbol("=", 1)) {
+            argument.name = m_tokens.take().text;
+            m_tokens.take();
+        }
+        argument.expr = argumentValue();
+        result.arguments.push_back(std::move(argument));
+        if (!m_tokens.acceptSymbol(",")) break;
+    }
+    return result;
+}
+
+ExprPtr Parser::argumentValue() {
+    const bool negative = m_tokens.acceptSymbol("-");
+    if (m_tokens.isWord("null") || m_tokens.isWord("default")) {
+        m_tokens.take();
+        return std::make_unique<Expr>(Expr{Literal{.value = {}, .type = {}, .isNull = true}});
+    }
+    if (m_tokens.isName()) {
+        // An identifier without quotes is the text of itself.
+        const QString text = m_tokens.take().text;
+        const SqlType type{.id = TypeId::NVarChar, .length = std::max(1, static_cast<int>(text.size()))};
+        return std::make_unique<Expr>(Expr{Literal{.value = text, .type = type}});
+    }
+    if (m_tokens.peek().kind == TokenKind::Symbol || m_tokens.peek().kind == TokenKind::Identifier) {
+        m_tokens.failHere();
+    }
+    ExprPtr value = primary();
+    if (negative) value = std::make_unique<Expr>(Expr{Unary{UnaryOp::Minus, std::move(value)}});
+    return value;
+}
+
+Declare Parser::declare() {
+    Declare result;
+    do {
+        if (m_tokens.peek().kind != TokenKind::Variable) m_tokens.failHere();
+        const QString name = m_tokens.take().text;
+        m_tokens.acceptWord("as");
+        SqlType type = typeName();
+        if (type.length < 0) type.length = 1;
+        result.variables.emplace_back(name, type);
+    } while (m_tokens.acceptSymbol(","));
+    return result;
+}
+
+WaitFor Parser::waitFor() {
+    m_tokens.expectWord("delay");
+    if (m_tokens.peek().kind != TokenKind::String) m_tokens.failHere();
+    const QString text = m_tokens.peek().text;
+    qint64 ticks = 0;
+    if (!text.contains(u':') || parseDateTime(text, &ticks) != DateParse::Done || ticks < 0 ||
+        ticks > ticksPerDay) {
+        throw SqlError(SqlMessage{
+            .number = 148,
+            .severity = 15,
+            .line = m_tokens.peek().line,
+            .text =
+                QStringLiteral("Incorrect time syntax in time string '%1' used with WAITFOR.").arg(text)});
+    }
+    m_tokens.take();
+    return {ticks * 1000 / ticksPerSecond};
+}
+
+}  // namespace engine

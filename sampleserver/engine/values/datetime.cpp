@@ -1,0 +1,179 @@
+#include "engine/values/datetime.h"
+
+#include "engine/values/convert.h"
+
+#include <QStringList>
+
+#include <array>
+#include <chrono>
+
+namespace engine {
+
+namespace {
+
+using std::chrono::days;
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
+
+sys_days dayOf(int year, int month, int day) {
+    return std::chrono::year{year} / month / day;
+}
+
+const sys_days epoch = dayOf(1900, 1, 1);
+
+struct Style {
+    int number;
+    const char* pattern;
+};
+
+/// The styles that show the century; a style without it has a number less by 100. Letters of a pattern: y
+/// year, M month, N short month name, d day, D day padded with a blank, T hh:mm:ss, m milliseconds, P
+/// hh:mmAM, S hh:mm:ss:mmmAM.
+constexpr std::array<Style, 17> styles{{{100, "N D y P"},
+                                        {101, "M/d/y"},
+                                        {102, "y.M.d"},
+                                        {103, "d/M/y"},
+                                        {104, "d.M.y"},
+                                        {105, "d-M-y"},
+                                        {106, "d N y"},
+                                        {107, "N d, y"},
+                                        {108, "T"},
+                                        {109, "N D y S"},
+                                        {110, "M-d-y"},
+                                        {111, "y/M/d"},
+                                        {112, "yMd"},
+                                        {113, "d N y T:m"},
+                                        {114, "T:m"},
+                                        {120, "y-M-d T"},
+                                        {121, "y-M-d T.m"}}};
+
+QString padded(int number, int width, QChar fill = u'0') {
+    return QString::number(number).rightJustified(width, fill);
+}
+
+QString clock24(const DateTimeParts& p) {
+    return padded(p.hour, 2) + u':' + padded(p.minute, 2) + u':' + padded(p.second, 2);
+}
+
+QString clock12(const DateTimeParts& p, const QString& rest) {
+    const int hour = p.hour % 12 == 0 ? 12 : p.hour % 12;
+    return padded(hour, 2, u' ') + u':' + padded(p.minute, 2) + rest +
+           (p.hour < 12 ? QStringLiteral("AM") : QStringLiteral("PM"));
+}
+
+QString part(char letter, const DateTimeParts& p, bool century) {
+    switch (letter) {
+        case 'y':
+            return century ? padded(p.year, 4) : padded(p.year % 100, 2);
+        case 'M':
+            return padded(p.month, 2);
+        case 'N':
+            return monthName(p.month).left(3);
+        case 'd':
+            return padded(p.day, 2);
+        case 'D':
+            return padded(p.day, 2, u' ');
+        case 'T':
+            return clock24(p);
+        case 'P':
+            return clock12(p, QString());
+        case 'm':
+            return padded(p.milliseconds(), 3);
+        case 'S':
+            return clock12(p, u':' + padded(p.second, 2) + u':' + padded(p.milliseconds(), 3));
+        default:
+            return QString(QLatin1Char(letter));
+    }
+}
+
+}  // namespace
+
+int DateTimeParts::milliseconds() const {
+    return (ticks * 10 + 1) / 3;
+}
+
+int DateTimeParts::weekday() const {
+    return static_cast<int>(std::chrono::weekday(dayOf(year, month, day)).c_encoding());
+}
+
+int DateTimeParts::dayOfYear() const {
+    return static_cast<int>((dayOf(year, month, day) - dayOf(year, 1, 1)).count()) + 1;
+}
+
+DateTimeParts dateTimeParts(qint64 ticks) {
+    qint64 dayNumber = ticks / ticksPerDay;
+    qint64 rest = ticks % ticksPerDay;
+    if (rest < 0) {
+        rest += ticksPerDay;
+        --dayNumber;
+    }
+    const year_month_day date(epoch + days(dayNumber));
+    DateTimeParts parts;
+    parts.year = static_cast<int>(date.year());
+    parts.month = static_cast<int>(static_cast<unsigned>(date.month()));
+    parts.day = static_cast<int>(static_cast<unsigned>(date.day()));
+    parts.hour = static_cast<int>(rest / (60 * ticksPerMinute));
+    parts.minute = static_cast<int>(rest / ticksPerMinute % 60);
+    parts.second = static_cast<int>(rest / ticksPerSecond % 60);
+    parts.ticks = static_cast<int>(rest % ticksPerSecond);
+    return parts;
+}
+
+qint64 dateTimeTicks(const DateTimeParts& p) {
+    const qint64 dayNumber = (dayOf(p.year, p.month, p.day) - epoch).count();
+    return dayNumber * ticksPerDay + (p.hour * 60 + p.minute) * ticksPerMinute + p.second * ticksPerSecond +
+           p.ticks;
+}
+
+qint64 makeDateTime(int year, int month, int day, int hour, int minute, int second, int ticks) {
+    return dateTimeTicks({year, month, day, hour, minute, second, ticks});
+}
+
+bool isDateTimeInRange(qint64 ticks) {
+    static const qint64 first = makeDateTime(1753, 1, 1, 0, 0, 0, 0);
+    static const qint64 end = makeDateTime(9999, 12, 31, 0, 0, 0, 0) + ticksPerDay;
+    return ticks >= first && ticks < end;
+}
+
+bool isSmallDateTimeInRange(qint64 ticks) {
+    static const qint64 end = makeDateTime(2079, 6, 6, 0, 0, 0, 0) + ticksPerDay;
+    return ticks >= 0 && ticks < end;
+}
+
+std::optional<QString> formatDateTime(qint64 ticks, int style) {
+    const DateTimeParts parts = dateTimeParts(ticks);
+    if (style == 126) {
+        return padded(parts.year, 4) + u'-' + padded(parts.month, 2) + u'-' + padded(parts.day, 2) + u'T' +
+               clock24(parts) + u'.' + padded(parts.milliseconds(), 3);
+    }
+    const bool alwaysCentury = style == 0 || style == 9 || style == 13 || style == 20 || style == 21;
+    const bool century = style >= 100 || alwaysCentury;
+    const int number = style < 100 ? style + 100 : style;
+    for (const Style& candidate : styles) {
+        if (candidate.number != number) continue;
+        QString text;
+        for (const char* c = candidate.pattern; *c != '\0'; ++c)
+            text += part(*c, parts, century);
+        return text;
+    }
+    return std::nullopt;
+}
+
+QString monthName(int month) {
+    static const QStringList names{
+        QStringLiteral("January"), QStringLiteral("February"), QStringLiteral("March"),
+        QStringLiteral("April"),   QStringLiteral("May"),      QStringLiteral("June"),
+        QStringLiteral("July"),    QStringLiteral("August"),   QStringLiteral("September"),
+        QStringLiteral("October"), QStringLiteral("November"), QStringLiteral("December")};
+    return names.value(month - 1);
+}
+
+QString weekdayName(int weekday) {
+    static const QStringList names{QStringLiteral("Sunday"),   QStringLiteral("Monday"),
+                                   QStringLiteral("Tuesday"),  QStringLiteral("Wednesday"),
+                                   QStringLiteral("Thursday"), QStringLiteral("Friday"),
+                                   QStringLiteral("Saturday")};
+    return names.value(weekday);
+}
+
+}  // namespace engine
