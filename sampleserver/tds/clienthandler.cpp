@@ -144,7 +144,7 @@ void ClientHandler::answer(const Message& message) {
     if (message.resets) resetSession();
     switch (message.type) {
         case PacketType::SqlBatch:
-            return runBatch(parseBatch(message.payload, m_login.version.version), false);
+            return runBatch(parseBatch(message.payload, m_login.version.version));
         case PacketType::Rpc:
             return runRpc(message);
         case PacketType::TransactionManager:
@@ -162,17 +162,25 @@ void ClientHandler::answer(const Message& message) {
     }
 }
 
-void ClientHandler::runBatch(const QString& batch, bool asProcedure) {
-    TokenSink sink(m_stream, m_login.version.version, m_settings.serverName,
-                   asProcedure ? TokenSink::Request::Rpc : TokenSink::Request::Batch);
+void ClientHandler::runBatch(const QString& batch) {
+    TokenSink sink(m_stream, m_login.version.version, m_settings.serverName, TokenSink::Request::Batch);
     m_session->execute(batch, sink);
     sink.finish();
 }
 
 void ClientHandler::runRpc(const Message& message) {
-    const auto call = parseRpc(message.payload, m_login.version.version);
-    if (const auto* refusal = std::get_if<engine::SqlMessage>(&call)) return answerError(*refusal);
-    runBatch(std::get<QString>(call), true);
+    const TdsVersion version = m_login.version.version;
+    std::vector<engine::ProcedureRequest> calls;
+    try {
+        calls = parseRpc(message.payload, version);
+    } catch (const engine::SqlError& error) {
+        return answerError(error.message());
+    }
+    for (const engine::ProcedureRequest& call : calls) {
+        TokenSink sink(m_stream, version, m_settings.serverName, TokenSink::Request::Rpc);
+        m_session->call(call, sink);
+        if (!sink.finish(&call != &calls.back())) return;
+    }
 }
 
 void ClientHandler::runTransactionRequest(const Message& message) {

@@ -42,7 +42,7 @@ class ClientHandler {
     bool refuse(const std::vector<engine::SqlMessage>& messages);
     void tellLoggedIn();
     void answer(const Message& message);
-    void runBatch(const QString& batch, bool asProcedure);
+    void runBatch(const QString& batch);
     void runRpc(const Message& message);
     void runTransactionRequest(const Message& message);
     /// BEGIN, COMMIT or ROLLBACK; false when it failed and the error was answered.

@@ -1,6 +1,6 @@
 #include "tds/requests.h"
 
-#include "tds/columnformat.h"
+#include "tds/parameters.h"
 #include "tds/wirebytes.h"
 
 namespace tds {
@@ -8,9 +8,6 @@ namespace tds {
 namespace {
 
 constexpr quint16 kProcedureById = 0xFFFF;
-constexpr quint16 kExecuteSqlId = 10;
-constexpr quint16 kPartlyLengthPrefixed = 0xFFFF;
-constexpr quint16 kNullLength = 0xFFFF;
 constexpr qsizetype kSmallestHeader = 6;
 
 // ALL_HEADERS: the sum of the lengths, then headers that each begin with their own (MS-TDS 2.2.5.3).
@@ -24,10 +21,6 @@ void skipHeaders(WireReader& reader, TdsVersion version) {
         if (length < kSmallestHeader) throw ProtocolError("length of a header");
         headers.take(qsizetype(length) - qsizetype(sizeof(length)));
     }
-}
-
-engine::SqlMessage refusal(int number, const QString& text) {
-    return {.number = number, .text = text};
 }
 
 QString procedureName(quint16 id) {
@@ -50,31 +43,6 @@ QString procedureName(quint16 id) {
     return QString::fromLatin1(id < std::size(names) ? names[id] : "");
 }
 
-// A value in chunks, each after its length, until one of no bytes.
-QString readChunks(WireReader& reader) {
-    constexpr quint64 nullLength = ~quint64(0);
-    if (reader.number<quint64>() == nullLength) return {};
-    QByteArray bytes;
-    while (const auto length = reader.number<quint32>())
-        bytes.append(reader.take(length));
-    return utf16Text(bytes);
-}
-
-QString readShortText(WireReader& reader, TdsVersion version) {
-    const auto most = reader.number<quint16>();
-    if (hasCollations(version)) reader.take(collationBytes().size());
-    if (most == kPartlyLengthPrefixed) return readChunks(reader);
-    const auto length = reader.number<quint16>();
-    return length == kNullLength ? QString() : utf16Text(reader.take(length));
-}
-
-QString readLongText(WireReader& reader, TdsVersion version) {
-    reader.take(sizeof(quint32));
-    if (hasCollations(version)) reader.take(collationBytes().size());
-    const auto length = reader.number<qint32>();
-    return length < 0 ? QString() : utf16Text(reader.take(length));
-}
-
 }  // namespace
 
 QString parseBatch(QByteArrayView message, TdsVersion version) {
@@ -83,37 +51,23 @@ QString parseBatch(QByteArrayView message, TdsVersion version) {
     return utf16Text(reader.take(reader.remaining()));
 }
 
-std::variant<QString, engine::SqlMessage> parseRpc(QByteArrayView message, TdsVersion version) {
+std::vector<engine::ProcedureRequest> parseRpc(QByteArrayView message, TdsVersion version) {
+    // What stands between two calls begins like no parameter.
+    const QByteArrayView separators = isWide(version) ? QByteArrayView("\xFF\xFE") : QByteArrayView("\x80");
     WireReader reader(message);
     skipHeaders(reader, version);
-    const auto nameLength = reader.number<quint16>();
-    const QString name =
-        nameLength == kProcedureById ? procedureName(reader.number<quint16>()) : reader.text(nameLength);
-    reader.number<quint16>();  // options
-    if (name.compare(procedureName(kExecuteSqlId), Qt::CaseInsensitive) != 0)
-        return refusal(2812, QStringLiteral("Could not find stored procedure '%1'.").arg(name));
-
-    const auto wrongStatement = refusal(
-        214, QStringLiteral("Procedure expects parameter '@statement' of type 'ntext/nchar/nvarchar'."));
-    if (reader.atEnd()) return wrongStatement;
-    reader.text(reader.number<quint8>());  // the parameter's name
-    reader.number<quint8>();               // its status
-    QString statement;
-    switch (WireType(reader.number<quint8>())) {
-        case WireType::NVarChar:
-        case WireType::NChar:
-            statement = readShortText(reader, version);
-            break;
-        case WireType::NText:
-            statement = readLongText(reader, version);
-            break;
-        default:
-            return wrongStatement;
-    }
-    if (!reader.atEnd())
-        return refusal(
-            8144, QStringLiteral("Procedure or function sp_executesql has too many arguments specified."));
-    return statement;
+    std::vector<engine::ProcedureRequest> calls;
+    do {
+        engine::ProcedureRequest& call = calls.emplace_back();
+        const auto nameLength = reader.number<quint16>();
+        call.name =
+            nameLength == kProcedureById ? procedureName(reader.number<quint16>()) : reader.text(nameLength);
+        reader.number<quint16>();  // options
+        while (!reader.atEnd() && !separators.contains(reader.peek()))
+            call.parameters.push_back(readParameter(reader, int(call.parameters.size()) + 1, version));
+        if (!reader.atEnd()) reader.take(1);
+    } while (!reader.atEnd());
+    return calls;
 }
 
 TransactionRequest parseTransactionRequest(QByteArrayView message, TdsVersion version) {

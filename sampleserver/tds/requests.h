@@ -1,21 +1,21 @@
 #pragma once
 
-#include "engine/values/sqlerror.h"
+#include "engine/values/clientsession.h"
 #include "tds/tdsversion.h"
 
 #include <QByteArray>
 #include <QString>
 
-#include <variant>
+#include <vector>
 
 namespace tds {
 
 /// The text of a SQL batch (MS-TDS 2.2.6.7). Throws ProtocolError.
 QString parseBatch(QByteArrayView message, TdsVersion version);
 
-/// What a remote procedure call comes to here: a statement to run, or the error that refuses it. Only
-/// sp_executesql with a statement and nothing else is run. MS-TDS 2.2.6.6. Throws ProtocolError.
-std::variant<QString, engine::SqlMessage> parseRpc(QByteArrayView message, TdsVersion version);
+/// The remote procedure calls of a message (MS-TDS 2.2.6.6). Throws ProtocolError, and SqlError for a
+/// parameter of a type that is unknown.
+std::vector<engine::ProcedureRequest> parseRpc(QByteArrayView message, TdsVersion version);
 
 /// A transaction manager request (MS-TDS 2.2.6.9).
 struct TransactionRequest {

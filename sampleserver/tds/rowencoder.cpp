@@ -1,8 +1,8 @@
 #include "tds/rowencoder.h"
 
+#include "engine/values/codepage.h"
 #include "tds/decimal.h"
 #include "tds/tokens.h"
-#include "tds/windows1252.h"
 #include "tds/wirebytes.h"
 
 #include <algorithm>
@@ -23,9 +23,8 @@ bool fits(qint64 value) {
 }
 
 template <typename Number>
-bool appendShort(QByteArray& out, qint64 value) {
+bool appendWhole(QByteArray& out, qint64 value) {
     if (!fits<Number>(value)) return false;
-    appendNumber(out, quint8(sizeof(Number)));
     appendNumber(out, Number(value));
     return true;
 }
@@ -33,18 +32,17 @@ bool appendShort(QByteArray& out, qint64 value) {
 bool appendInteger(QByteArray& out, qint64 value, quint32 bytes) {
     switch (bytes) {
         case 1:
-            return appendShort<quint8>(out, value);
+            return appendWhole<quint8>(out, value);
         case 2:
-            return appendShort<qint16>(out, value);
+            return appendWhole<qint16>(out, value);
         default:
-            return appendShort<qint32>(out, value);
+            return appendWhole<qint32>(out, value);
     }
 }
 
 // The high half of a money goes first.
 bool appendMoney(QByteArray& out, qint64 value, quint32 bytes) {
-    if (bytes == 4) return appendShort<qint32>(out, value);
-    appendNumber(out, quint8(8));
+    if (bytes == 4) return appendWhole<qint32>(out, value);
     appendNumber(out, qint32(value >> 32));
     appendNumber(out, quint32(value));
     return true;
@@ -54,7 +52,6 @@ bool appendDateTime(QByteArray& out, qint64 ticks, quint32 bytes) {
     const qint64 rest = ((ticks % kTicksPerDay) + kTicksPerDay) % kTicksPerDay;
     const qint64 days = (ticks - rest) / kTicksPerDay;
     if (bytes == 8 ? !fits<qint32>(days) : !fits<quint16>(days)) return false;
-    appendNumber(out, quint8(bytes));
     if (bytes == 8) {
         appendNumber(out, qint32(days));
         appendNumber(out, quint32(rest));
@@ -66,7 +63,6 @@ bool appendDateTime(QByteArray& out, qint64 ticks, quint32 bytes) {
 }
 
 bool appendFloat(QByteArray& out, double value, quint32 bytes) {
-    appendNumber(out, quint8(bytes));
     if (bytes == 8)
         appendNumber(out, value);
     else
@@ -80,8 +76,9 @@ void appendTextPointer(QByteArray& out) {
     out.append(16 + 8, '\0');
 }
 
-bool appendNull(QByteArray& out, WireType type) {
-    switch (type) {
+bool appendNull(QByteArray& out, const ColumnFormat& format) {
+    if (format.fixed) return false;
+    switch (format.type) {
         case WireType::BigChar:
         case WireType::BigVarChar:
         case WireType::NChar:
@@ -98,13 +95,14 @@ bool appendNull(QByteArray& out, WireType type) {
 }
 
 bool appendNumeric(QByteArray& out, const Value& value, const ColumnFormat& format) {
-    if (format.type == WireType::FloatN) {
-        const double* number = std::get_if<double>(&value);
-        return number && appendFloat(out, *number, format.bytes);
-    }
     if (format.type == WireType::DecimalN || format.type == WireType::NumericN) {
         const QString* text = std::get_if<QString>(&value);
         return text && appendDecimal(out, *text, format);
+    }
+    if (!format.fixed) appendNumber(out, quint8(format.bytes));
+    if (format.type == WireType::FloatN) {
+        const double* number = std::get_if<double>(&value);
+        return number && appendFloat(out, *number, format.bytes);
     }
     const qint64* number = std::get_if<qint64>(&value);
     if (!number) return false;
@@ -118,6 +116,12 @@ bool appendNumeric(QByteArray& out, const Value& value, const ColumnFormat& form
         default:
             return appendInteger(out, *number, format.bytes);
     }
+}
+
+void appendCodePage(QByteArray& out, QStringView text) {
+    const qsizetype start = out.size();
+    out.resize(start + text.size());
+    std::transform(text.utf16(), text.utf16() + text.size(), out.begin() + start, engine::codePageByte);
 }
 
 bool appendText(QByteArray& out, const Value& value, const ColumnFormat& format) {
@@ -136,7 +140,7 @@ bool appendText(QByteArray& out, const Value& value, const ColumnFormat& format)
     if (national)
         appendUtf16(out, *text);
     else
-        appendWindows1252(out, *text);
+        appendCodePage(out, *text);
     return true;
 }
 
@@ -156,8 +160,10 @@ bool appendBinary(QByteArray& out, const Value& value, const ColumnFormat& forma
     return true;
 }
 
+}  // namespace
+
 bool appendValue(QByteArray& out, const Value& value, const ColumnFormat& format) {
-    if (std::holds_alternative<std::monostate>(value)) return appendNull(out, format.type);
+    if (std::holds_alternative<std::monostate>(value)) return appendNull(out, format);
     switch (format.type) {
         case WireType::BigChar:
         case WireType::BigVarChar:
@@ -176,12 +182,10 @@ bool appendValue(QByteArray& out, const Value& value, const ColumnFormat& format
     }
 }
 
-}  // namespace
-
 RowEncoder::RowEncoder(const std::vector<engine::ResultColumn>& columns) {
     m_formats.reserve(columns.size());
     for (const engine::ResultColumn& column : columns)
-        m_formats.push_back(formatOf(column.type));
+        m_formats.push_back(formatOf(column.type, column.nullable));
 }
 
 bool RowEncoder::append(QByteArray& out, std::span<const Value> values) const {

@@ -6,6 +6,10 @@
 
 namespace tds {
 
+/// Appends a value as it lies in a row. False, with something appended, when it is not one of its column's
+/// type or does not fit into it.
+bool appendValue(QByteArray& out, const engine::Value& value, const ColumnFormat& format);
+
 /// Writes rows of one result set (MS-TDS 2.2.7.19 and 2.2.5.5).
 class RowEncoder {
   public:

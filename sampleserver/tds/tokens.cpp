@@ -1,5 +1,6 @@
 #include "tds/tokens.h"
 
+#include "engine/values/productversion.h"
 #include "tds/wirebytes.h"
 
 #include <array>
@@ -87,7 +88,9 @@ void appendReturnStatus(QByteArray& out, qint32 status) {
 }
 
 QByteArrayView productVersion() {
-    static constexpr std::array<char, 4> bytes{7, 0, 0x02, 0x6F};
+    using engine::ProductVersion;
+    static constexpr std::array<char, 4> bytes{ProductVersion::major, ProductVersion::minor,
+                                               char(ProductVersion::build >> 8), char(ProductVersion::build)};
     return {bytes.data(), qsizetype(bytes.size())};
 }
 

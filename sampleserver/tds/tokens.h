@@ -14,6 +14,7 @@ enum class Token : quint8 {
     ColumnMetadata = 0x81,
     Error = 0xAA,
     Info = 0xAB,
+    ReturnValue = 0xAC,
     LoginAck = 0xAD,
     Row = 0xD1,
     EnvChange = 0xE3,

@@ -1,5 +1,7 @@
 #include "tds/tokensink.h"
 
+#include "tds/wirebytes.h"
+
 namespace tds {
 
 namespace {
@@ -68,16 +70,39 @@ bool TokenSink::cancelled() {
     return m_broken || m_stream.interrupted();
 }
 
-void TokenSink::finish() {
+void TokenSink::returnValue(int position, const engine::Parameter& value) {
+    constexpr quint8 outputParameter = 0x01;
+    const ColumnFormat format = formatOf(value.type);
+    QByteArray& out = m_returnValues;
+    appendNumber(out, quint8(Token::ReturnValue));
+    appendNumber(out, quint16(position));
+    appendByteText(out, value.name);
+    appendNumber(out, outputParameter);
+    out.append(isWide(m_version) ? 4 : 2, '\0');  // no type of a user's making
+    appendNumber(out, quint16(0));
+    appendTypeInfo(out, format, m_version);
+    const qsizetype start = out.size();
+    if (appendValue(out, value.value, format)) return;
+    out.resize(start);
+    appendValue(out, {}, format);
+}
+
+bool TokenSink::finish(bool more) {
     QByteArray& out = m_stream.response();
+    const quint16 last = more ? DoneMore : DoneFinal;
     if (m_stream.attentionSeen()) {
+        // What was cancelled ends first: clients wait for the acknowledgement as a message of its own.
         releaseDone();
+        appendDone(out, {.status = DoneFinal}, m_version);
+        m_stream.endResponse();
         appendDone(out, {.status = DoneAttention}, m_version);
+        more = false;
     } else if (m_request == Request::Rpc) {
         const bool failed = m_failed || (m_done && (m_done->status & DoneError));
         releaseDone();
         appendReturnStatus(out, failed ? 1 : 0);
-        appendDone(out, {.token = Token::DoneProc, .status = quint16(m_failed ? DoneError : DoneFinal)},
+        out.append(m_returnValues);
+        appendDone(out, {.token = Token::DoneProc, .status = quint16(last | (m_failed ? DoneError : 0))},
                    m_version);
     } else if (m_done && !m_failed) {
         appendDone(out, *m_done, m_version);
@@ -85,7 +110,8 @@ void TokenSink::finish() {
         releaseDone();
         appendDone(out, {.status = quint16(m_failed ? DoneError : DoneFinal)}, m_version);
     }
-    m_stream.endResponse();
+    if (!more) m_stream.endResponse();
+    return more;
 }
 
 }  // namespace tds

@@ -21,11 +21,13 @@ class TokenSink : public engine::ResultSink {
     void row(std::span<const engine::Value> values) override;
     void statementDone(qint64 rows, bool hadColumns) override;
     void message(const engine::SqlMessage& message) override;
+    void returnValue(int position, const engine::Parameter& value) override;
     void databaseChanged(const QString& oldName, const QString& newName) override;
     bool cancelled() override;
 
-    /// Writes the last token and sends the response.
-    void finish();
+    /// Writes the last token and sends the response, unless `more` of it is to come from another call. False
+    /// when the response has been sent.
+    bool finish(bool more = false);
 
   private:
     void releaseDone();
@@ -37,6 +39,7 @@ class TokenSink : public engine::ResultSink {
     RowEncoder m_encoder;
     // Held back, since only what comes behind it tells whether more does.
     std::optional<Done> m_done;
+    QByteArray m_returnValues;
     bool m_failed = false;  // an error since the last end of a statement
     bool m_broken = false;  // a row could not be told, so no more are
 };

@@ -52,6 +52,8 @@ class WireReader {
     /// A text of `characters` UTF-16 units.
     QString text(qsizetype characters);
 
+    /// The next byte, which there must be.
+    char peek() const { return m_bytes[m_at]; }
     qsizetype remaining() const { return m_bytes.size() - m_at; }
     bool atEnd() const { return remaining() == 0; }
 

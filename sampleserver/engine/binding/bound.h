@@ -24,6 +24,7 @@ struct Bound {
     SqlType type;
     bool nullable = true;
     bool isNull = false;    ///< the word NULL, of no type of its own
+    bool identity = false;  ///< an identity column as it is
     bool isColumn = false;  ///< a column, which brings its collation along
     bool hasAggregate = false;
     bool hasQuery = false;

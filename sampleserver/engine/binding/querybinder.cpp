@@ -229,7 +229,7 @@ void Binder::addItem(Core& result, Bound bound, const QString& name) {
         throw SqlError(8163, 16,
                        QStringLiteral("The text, ntext, or image data type cannot be selected as DISTINCT."));
     }
-    result.columns.push_back({name, bound.type, bound.nullable, bound.isNull});
+    result.columns.push_back({name, bound.type, bound.nullable, bound.isNull, bound.identity});
     result.items.push_back(std::move(bound));
 }
 

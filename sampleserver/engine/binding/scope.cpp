@@ -62,6 +62,7 @@ Bound Scope::column(const Source& source, int column) const {
     if (source.table) {
         const Column& definition = source.table->columns[i];
         bound.type = definition.type;
+        bound.identity = definition.identity;
         bound.nullable = definition.nullable || source.outer;
         bound.sql = source.sqlName + u'.' + storageColumn(column);
     } else {

@@ -16,6 +16,7 @@ struct OutputColumn {
     SqlType type;
     bool nullable = true;
     bool isNull = false;  ///< the word NULL, of no type of its own
+    bool identity = false;
 };
 
 /// A table of FROM under the name that the query knows it by.

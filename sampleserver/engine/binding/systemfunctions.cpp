@@ -1,5 +1,6 @@
 #include "engine/binding/coercion.h"
 #include "engine/binding/functions.h"
+#include "engine/values/productversion.h"
 #include "engine/values/sqlerror.h"
 #include "engine/values/typeinfo.h"
 
@@ -62,9 +63,11 @@ Bound newId(const FunctionCall& c) {
 
 QString versionText() {
     return QStringLiteral(
-        "Microsoft SQL Server  7.00 - 7.00.1063 (sample server)\n\tA subset for trying and testing, "
-        "read-only to its "
-        "clients\n");
+               "Microsoft SQL Server  %1.%2 - %1.%2.%3 (sample server)\n\tA subset for trying and testing, "
+               "read-only to its clients\n")
+        .arg(ProductVersion::major)
+        .arg(ProductVersion::minor, 2, 10, QLatin1Char('0'))
+        .arg(ProductVersion::build);
 }
 
 }  // namespace
@@ -104,7 +107,8 @@ Bound globalVariable(const QString& name, const SessionFacts& facts, Emission& e
     if (key == QLatin1String("max_precision")) return number(38, TypeId::TinyInt);
     if (key == QLatin1String("max_connections")) return number(32767);
     if (key == QLatin1String("datefirst")) return number(7, TypeId::TinyInt);
-    if (key == QLatin1String("microsoftversion")) return number(0x070003EF);
+    if (key == QLatin1String("microsoftversion"))
+        return number(ProductVersion::major << 24 | ProductVersion::minor << 16 | ProductVersion::build);
     if (key == QLatin1String("nestlevel")) return number(0);
     if (key == QLatin1String("fetch_status")) return number(0);
     throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(name));

@@ -45,6 +45,7 @@ void appendColumn(SystemRows& rows, const Table& table, const Column& column, in
                  Value(),
                  0,
                  column.sysname ? sysnameUserType : type.userType,
+                 Value(),
                  status,
                  column.nullable ? type.tdsNullableType : type.tdsType,
                  orNull(precision),

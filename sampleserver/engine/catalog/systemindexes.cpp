@@ -49,8 +49,12 @@ class IndexRows {
         const bool data = indid <= 1;
         QByteArray count(8, '\0');
         qToLittleEndian(data ? m_count : 0, count.data());
-        m_rows.append({m_table.id, status, indid, 0, keys, 1, count, 0, m_bytes, m_bytes, 0, 0, 0, 0, name,
-                       8060, indid == longTextIndexId ? 0 : m_count});
+        const Value unknown;  // pages, and what lies in them
+        m_rows.append({m_table.id, status,  unknown, indid,   unknown,
+                       0,          keys,    1,       unknown, unknown,
+                       unknown,    count,   0,       m_bytes, m_bytes,
+                       0,          unknown, 0,       0,       0,
+                       unknown,    name,    unknown, 8060,    indid == longTextIndexId ? 0 : m_count});
     }
 
   private:

@@ -30,6 +30,8 @@ void fillReferences(const Database& database) {
                                    referenced.id,
                                    index == nullptr ? 0 : index->indid,
                                    static_cast<int>(key.columns.size()),
+                                   Value(),
+                                   Value(),
                                    0,
                                    0};
             appendNumbers(row, key.columns);

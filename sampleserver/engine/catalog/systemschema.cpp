@@ -28,11 +28,14 @@ constexpr std::array<SystemTable, 11> systemTables{{
      "updtrig int null, seltrig int null, category int null, cache smallint null",
      "*id|name,uid|xtype,name|type,name|parent_obj"},
     {2, "sysindexes", false,
-     "id int not null, status int not null, indid smallint not null, minlen smallint not null, "
-     "keycnt smallint not null, groupid smallint not null, rowcnt binary(8) not null, "
+     "id int not null, status int not null, first binary(6) null, indid smallint not null, root binary(6) "
+     "null, "
+     "minlen smallint not null, keycnt smallint not null, groupid smallint not null, dpages int null, "
+     "reserved int null, used int null, rowcnt binary(8) not null, "
      "rowmodctr int not null, xmaxlen smallint not null, maxirow smallint not null, "
-     "OrigFillFactor tinyint not null, impid smallint not null, lockflags smallint not null, "
-     "pgmodctr int not null, name sysname null, maxlen int null, rows int null",
+     "OrigFillFactor tinyint not null, FirstIAM binary(6) null, impid smallint not null, "
+     "lockflags smallint not null, pgmodctr int not null, keys varbinary(1088) null, name sysname null, "
+     "statblob image null, maxlen int null, rows int null",
      "*id,indid"},
     {3, "syscolumns", false,
      "name sysname null, id int not null, xtype tinyint not null, typestat tinyint not null, "
@@ -40,7 +43,8 @@ constexpr std::array<SystemTable, 11> systemTables{{
      "xscale tinyint not null, colid smallint not null, xoffset smallint not null, bitpos tinyint not null, "
      "reserved tinyint not null, colstat smallint not null, cdefault int not null, domain int not null, "
      "number smallint not null, colorder smallint not null, autoval varbinary(255) null, "
-     "offset smallint not null, usertype smallint not null, status tinyint not null, type tinyint not null, "
+     "offset smallint not null, usertype smallint not null, printfmt varchar(255) null, status tinyint not "
+     "null, type tinyint not null, "
      "prec smallint null, scale int null, iscomputed int null, isoutparam int null, isnullable int null",
      "*id,colid|id,name"},
     {4, "systypes", false,
@@ -57,14 +61,16 @@ constexpr std::array<SystemTable, 11> systemTables{{
      "*id,number,colid"},
     {10, "sysusers", false,
      "uid smallint not null, status smallint not null, name sysname, sid varbinary(85) null, "
-     "createdate datetime not null, updatedate datetime not null, altuid smallint not null, "
+     "roles varbinary(2048) null, createdate datetime not null, updatedate datetime not null, "
+     "altuid smallint not null, password varbinary(256) null, "
      "gid smallint not null, environ varchar(255) null, hasdbaccess int null, islogin int null, "
      "isntname int null, isntgroup int null, isntuser int null, issqluser int null, isaliased int null, "
      "issqlrole int null, isapprole int null",
      "*uid|*name"},
     {14, "sysreferences", false,
      "constid int not null, fkeyid int not null, rkeyid int not null, rkeyindid smallint not null, "
-     "keycnt smallint not null, fkeydbid smallint null, rkeydbid smallint null, "
+     "keycnt smallint not null, forkeys varbinary(32) null, refkeys varbinary(32) null, fkeydbid smallint "
+     "null, rkeydbid smallint null, "
      "fkey1 smallint not null, fkey2 smallint not null, fkey3 smallint not null, fkey4 smallint not null, "
      "fkey5 smallint not null, fkey6 smallint not null, fkey7 smallint not null, fkey8 smallint not null, "
      "fkey9 smallint not null, fkey10 smallint not null, fkey11 smallint not null, fkey12 smallint not null, "

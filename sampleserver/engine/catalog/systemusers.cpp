@@ -8,8 +8,26 @@ namespace {
 void appendUser(SystemRows& rows, const Database& database, int uid, const QString& name, const Value& sid,
                 bool hasAccess, bool role) {
     const qint64 created = database.created;
-    rows.append({uid, 0, name, sid, created, created, 0, role ? uid : 0, Value(), hasAccess ? 1 : 0,
-                 role ? 0 : 1, 0, 0, 0, role ? 0 : 1, 0, role ? 1 : 0, 0});
+    rows.append({uid,
+                 0,
+                 name,
+                 sid,
+                 Value(),
+                 created,
+                 created,
+                 0,
+                 Value(),
+                 role ? uid : 0,
+                 Value(),
+                 hasAccess ? 1 : 0,
+                 role ? 0 : 1,
+                 0,
+                 0,
+                 0,
+                 role ? 0 : 1,
+                 0,
+                 role ? 1 : 0,
+                 0});
 }
 
 }  // namespace

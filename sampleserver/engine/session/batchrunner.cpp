@@ -1,7 +1,6 @@
 #include "engine/session/batchrunner.h"
 
 #include "engine/binding/binder.h"
-#include "engine/catalog/procedures.h"
 #include "engine/store/storage.h"
 #include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
@@ -37,12 +36,13 @@ void cutLongValue(Value& value, const SqlType& type, qint64 bytes) {
 
 void BatchRunner::run(const QString& batch) {
     m_facts.variables.clear();
+    guard([&] { runText(batch); });
+}
+
+void BatchRunner::guard(const std::function<void()>& work) {
     m_store.watch([this] { return m_sink.cancelled() || m_bound.isExceeded(); });
     try {
-        const auto statements = Parser(batch, m_options.quotedIdentifiers).batch();
-        for (const ast::Statement& statement : statements) {
-            if (m_sink.cancelled() || !runStatement(statement)) break;
-        }
+        work();
     } catch (const SqlError& error) {
         fail(error.message());
     } catch (const std::exception& error) {
@@ -52,6 +52,14 @@ void BatchRunner::run(const QString& batch) {
                  QStringLiteral("Internal SQL Server error: %1.").arg(QString::fromLocal8Bit(error.what()))});
     }
     m_store.watch({});
+}
+
+void BatchRunner::runText(const QString& batch) {
+    const auto statements = Parser(batch, m_options.quotedIdentifiers).batch();
+    for (const ast::Statement& statement : statements) {
+        if (m_selectsOnly && !std::holds_alternative<ast::Select>(statement.node)) continue;
+        if (m_sink.cancelled() || !runStatement(statement)) break;
+    }
 }
 
 bool BatchRunner::runStatement(const ast::Statement& statement) {
@@ -90,7 +98,7 @@ void BatchRunner::run(const ast::Select& statement) {
     const bool assigns = !query.variables.empty();
     std::vector<ResultColumn> columns;
     for (const OutputColumn& column : query.columns)
-        columns.push_back({column.name, column.type, column.nullable});
+        columns.push_back({column.name, column.type, column.nullable, column.identity});
     if (!assigns) {
         m_sink.columns(columns);
         m_hadColumns = true;
@@ -189,22 +197,19 @@ void BatchRunner::run(const ast::Declare& statement) {
 }
 
 void BatchRunner::run(const ast::Execute& statement) {
-    const Database* database = m_facts.database;
-    QString user = m_facts.user;
-    const ast::Path& path = statement.procedure;
-    ProcedureCall call{.name = path.back(), .arguments = {}};
-    const SqlError unknown(2812, 16,
-                           QStringLiteral("Could not find stored procedure '%1'.").arg(path.back()));
-    if (path.size() > 3) throw unknown;
-    if (path.size() == 3 && !path[0].isEmpty()) {
-        database = m_facts.world->findDatabase(path[0]);
-        const auto other = database ? userOfLogin(*database, m_facts.login) : std::nullopt;
-        if (!other) throw unknown;
-        user = *other;
+    std::vector<Parameter> parameters;
+    for (const ast::Argument& argument : statement.arguments) {
+        BatchVariable value = evaluate(*argument.expr);
+        parameters.push_back({.name = argument.name, .type = value.type, .value = std::move(value.value)});
     }
-    for (const ast::Argument& argument : statement.arguments)
-        call.arguments.emplace_back(argument.name, evaluate(*argument.expr).value);
-    if (!runProcedure(*m_facts.world, *database, user, call, m_sink)) throw unknown;
+    callProcedure(statement.procedure, parameters);
+}
+
+void BatchRunner::run(const ast::If& statement) {
+    const BatchVariable holds = evaluate(*statement.condition);
+    for (const ast::Statement& chosen :
+         holds.value == Value(qint64(1)) ? statement.then : statement.otherwise)
+        runStatement(chosen);
 }
 
 void BatchRunner::run(const ast::WaitFor& statement) {
@@ -233,6 +238,8 @@ void BatchRunner::run(const ast::Transaction& statement) {
     }
     const bool commit = statement.step == ast::TransactionStep::Commit;
     if (m_facts.transactions == 0) {
+        // One may have been open since the last statement, without anything to take back.
+        if (m_options.implicitTransactions) return done(-1, false);
         throw SqlError(commit ? 3902 : 3903, 16,
                        QStringLiteral("The %1 TRANSACTION request has no corresponding BEGIN TRANSACTION.")
                            .arg(commit ? QStringLiteral("COMMIT") : QStringLiteral("ROLLBACK")));

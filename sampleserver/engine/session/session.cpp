@@ -1,22 +1,15 @@
 #include "engine/session/session.h"
 
 #include "engine/catalog/metadata.h"
-#include "engine/catalog/sessionfacts.h"
 #include "engine/session/batchrunner.h"
-#include "engine/store/storeconnection.h"
+#include "engine/session/sessionstate.h"
 
 namespace engine {
 
-struct Session::State {
-    SessionFacts facts;
-    SessionOptions options;
-    StoreConnection store{[this](sqlite3* opened) { registerMetadataFunctions(opened, facts); }};
-    QueryLimits limits;
-    bool admitted = false;
-};
+SessionState::SessionState() : store([this](sqlite3* opened) { registerMetadataFunctions(opened, facts); }) {}
 
 Session::Session(std::shared_ptr<const World> world, int spid, const QueryLimits& limits)
-    : m_state(std::make_unique<State>()) {
+    : m_state(std::make_unique<SessionState>()) {
     m_state->limits = limits;
     m_state->facts.world = std::move(world);
     m_state->facts.spid = spid;
@@ -46,7 +39,8 @@ std::vector<SqlMessage> Session::login(const LoginRequest& request) {
     facts.user = *user;
     facts.host = request.clientHost;
     facts.application = request.application;
-    m_state->admitted = true;
+    m_request = request;
+    m_admitted = true;
     return {};
 }
 
@@ -54,12 +48,26 @@ QString Session::database() const {
     return m_state->facts.database ? m_state->facts.database->name : QString();
 }
 
-void Session::execute(const QString& batch, ResultSink& sink) {
-    if (!m_state->admitted) {
+bool Session::isAdmitted(ResultSink& sink) const {
+    if (!m_admitted)
         sink.message({.number = 18456, .severity = 14, .text = QStringLiteral("Login failed for user ''.")});
-        return;
-    }
-    BatchRunner(m_state->facts, m_state->options, m_state->store, m_state->limits, sink).run(batch);
+    return m_admitted;
+}
+
+void Session::execute(const QString& batch, ResultSink& sink) {
+    if (isAdmitted(sink)) BatchRunner(*m_state, sink).run(batch);
+}
+
+void Session::call(const ProcedureRequest& request, ResultSink& sink) {
+    if (!isAdmitted(sink)) return;
+    if (request.name.compare(QLatin1String("sp_reset_connection"), Qt::CaseInsensitive) != 0)
+        return BatchRunner(*m_state, sink).call(request);
+    auto fresh = std::make_unique<SessionState>();
+    fresh->limits = m_state->limits;
+    fresh->facts.world = m_state->facts.world;
+    fresh->facts.spid = m_state->facts.spid;
+    m_state = std::move(fresh);
+    login(m_request);
 }
 
 }  // namespace engine

@@ -9,6 +9,7 @@
 
 namespace engine {
 
+struct SessionState;
 class World;  // databases and logins as the scripts left them (engine/catalog/world.h)
 
 /// What one batch may take.
@@ -26,10 +27,14 @@ class Session : public ClientSession {
     std::vector<SqlMessage> login(const LoginRequest& request) override;
     QString database() const override;
     void execute(const QString& batch, ResultSink& sink) override;
+    void call(const ProcedureRequest& request, ResultSink& sink) override;
 
   private:
-    struct State;
-    std::unique_ptr<State> m_state;
+    bool isAdmitted(ResultSink& sink) const;
+
+    std::unique_ptr<SessionState> m_state;
+    LoginRequest m_request;
+    bool m_admitted = false;
 };
 
 }  // namespace engine

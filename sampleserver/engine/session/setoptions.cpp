@@ -17,6 +17,7 @@ bool isIdleOption(const QString& option) {
         QStringLiteral("arithabort"),
         QStringLiteral("arithignore"),
         QStringLiteral("cursor_close_on_commit"),
+        QStringLiteral("disable_def_cnst_chk"),
         QStringLiteral("deadlock_priority"),
         QStringLiteral("lock_timeout"),
         QStringLiteral("query_governor_cost_limit"),
@@ -55,6 +56,7 @@ void checkFixed(const ast::SetOption& statement, const QStringList& allowed) {
 }  // namespace
 
 void BatchRunner::setSwitch(const QString& option, bool on) {
+    if (option == QLatin1String("implicit_transactions")) m_options.implicitTransactions = on;
     if (option == QLatin1String("nocount")) m_options.noCount = on;
     if (option == QLatin1String("fmtonly")) m_options.columnsOnly = on;
     if (option == QLatin1String("quoted_identifier")) m_options.quotedIdentifiers = on;
@@ -78,13 +80,13 @@ void BatchRunner::run(const ast::SetOption& statement) {
         } else if (option == QLatin1String("datefirst")) {
             checkFixed(statement, {QStringLiteral("7")});
         } else if (option == QLatin1String("nocount") || option == QLatin1String("fmtonly") ||
-                   option == QLatin1String("quoted_identifier")) {
+                   option == QLatin1String("quoted_identifier") ||
+                   option == QLatin1String("implicit_transactions")) {
             setSwitch(option, switchOf(statement));
         } else if (option == QLatin1String("ansi_nulls") || option == QLatin1String("ansi_defaults") ||
                    option == QLatin1String("concat_null_yields_null")) {
             checkFixed(statement, {QStringLiteral("on")});
-        } else if (option == QLatin1String("implicit_transactions") ||
-                   option == QLatin1String("numeric_roundabort") || option == QLatin1String("xact_abort")) {
+        } else if (option == QLatin1String("numeric_roundabort") || option == QLatin1String("xact_abort")) {
             checkFixed(statement, {QStringLiteral("off")});
         } else if (!isIdleOption(option)) {
             throw SqlError(195, 15, QStringLiteral("'%1' is not a recognized SET option.").arg(option));

@@ -243,6 +243,15 @@ struct Transaction {
     TransactionStep step;
 };
 
+struct Statement;
+
+/// IF; the condition is an expression of 1 or 0.
+struct If {
+    ExprPtr condition;
+    std::vector<Statement> then;
+    std::vector<Statement> otherwise;
+};
+
 /// A statement that the server does not run for clients; the rest of the batch was not read.
 struct Refused {
     enum Kind { Write, Definition } kind;
@@ -251,7 +260,8 @@ struct Refused {
 
 struct Statement {
     int line = 1;
-    std::variant<Select, Use, SetOption, SetVariable, Declare, Execute, WaitFor, Print, Transaction, Refused>
+    std::variant<Select, Use, SetOption, SetVariable, Declare, Execute, WaitFor, Print, Transaction, Refused,
+                 If>
         node;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/syntax/constant.h"
 
 #include "engine/syntax/ddlparser.h"
+#include "engine/values/codepage.h"
 #include "engine/values/convert.h"
 #include "engine/values/typeinfo.h"
 
@@ -12,7 +13,7 @@ namespace engine {
 namespace {
 
 Constant textConstant(const QString& text, bool national) {
-    return {.value = text,
+    return {.value = national ? text : inCodePage(text),
             .type = {.id = national ? TypeId::NVarChar : TypeId::VarChar,
                      .length = std::max(1, static_cast<int>(text.size()))}};
 }

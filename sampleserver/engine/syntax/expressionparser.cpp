@@ -1,6 +1,8 @@
 #include "engine/syntax/parser.h"
+#include "engine/values/codepage.h"
 #include "engine/values/convert.h"
 #include "engine/values/decimal.h"
+#include "engine/values/typeinfo.h"
 
 namespace engine {
 
@@ -308,8 +310,9 @@ ExprPtr Parser::literal() {
             break;
     }
     const TypeId id = token.national ? TypeId::NVarChar : TypeId::VarChar;
-    return make(Literal{.value = token.text,
-                        .type = {.id = id, .length = std::max(1, static_cast<int>(token.text.size()))}});
+    const QString text = token.national ? token.text : inCodePage(token.text);
+    return make(
+        Literal{.value = text, .type = {.id = id, .length = std::max(1, static_cast<int>(text.size()))}});
 }
 
 ExprPtr Parser::caseExpression() {
@@ -360,6 +363,18 @@ ExprPtr Parser::call(const QString& name) {
     }
     m_tokens.expectSymbol(")");
     return make(std::move(result));
+}
+
+/// A type as clients of later servers declare it.
+SqlType Parser::laterTypeName() {
+    const bool longest = m_tokens.isSymbol("(", 1) && m_tokens.isWord("max", 2);
+    SqlType type;
+    if (!laterType(m_tokens.peek().text, longest, &type)) return typeName();
+    m_tokens.take();
+    if (!m_tokens.acceptSymbol("(")) return type;
+    m_tokens.take();  // a measure that the type here does not have
+    m_tokens.expectSymbol(")");
+    return type;
 }
 
 SqlType Parser::typeName() {

@@ -15,9 +15,14 @@ class Parser {
     /// All statements of the batch, up to one that is refused. Throws SqlError 102, 105, 113, 156, 170, 2715.
     std::vector<ast::Statement> batch();
 
+    /// "@a int, @b nvarchar(10) OUTPUT": the parameters of a statement, which is all that the batch says.
+    std::vector<std::pair<QString, SqlType>> parameters();
+
   private:
     // Statements
     ast::Statement statement(bool first);
+    ast::If conditional();
+    std::vector<ast::Statement> block();
     ast::Statement refused();
     ast::SetOption setOption();
     ast::Execute execute();
@@ -64,6 +69,7 @@ class Parser {
     ast::ExprPtr nameOrCall();
     bool startsQuery() const;
     SqlType typeName();
+    SqlType laterTypeName();
 
     /// Keeps nesting, and chains of operators, within what the stack bears. Throws SqlError 191.
     class Depth {

@@ -32,6 +32,34 @@ std::vector<Statement> Parser::batch() {
     return statements;
 }
 
+/// What IF or ELSE is followed by: a statement, or several between BEGIN and END.
+std::vector<Statement> Parser::block() {
+    const Depth depth(*this);
+    std::vector<Statement> statements;
+    const bool transaction = m_tokens.isWord("tran", 1) || m_tokens.isWord("transaction", 1);
+    const bool several = !transaction && m_tokens.acceptWord("begin");
+    do {
+        const int line = m_tokens.peek().line;
+        statements.push_back(statement(false));
+        statements.back().line = line;
+        while (m_tokens.acceptSymbol(";")) {
+        }
+    } while (several && !m_tokens.acceptWord("end"));
+    return statements;
+}
+
+If Parser::conditional() {
+    const auto number = [](qint64 value) {
+        return std::make_unique<Expr>(Expr{Literal{.value = value, .type = {.id = TypeId::Int}}});
+    };
+    Case holds;
+    holds.branches.emplace_back(condition(), number(1));
+    holds.otherwise = number(0);
+    If result{.condition = std::make_unique<Expr>(Expr{std::move(holds)}), .then = block(), .otherwise = {}};
+    if (m_tokens.acceptWord("else")) result.otherwise = block();
+    return result;
+}
+
 Statement Parser::statement(bool first) {
     Statement result;
     if (m_tokens.isWord("select") || m_tokens.isSymbol("(")) {
@@ -52,6 +80,8 @@ Statement Parser::statement(bool first) {
         result.node = declare();
     } else if (m_tokens.acceptWord("exec") || m_tokens.acceptWord("execute")) {
         result.node = execute();
+    } else if (m_tokens.acceptWord("if")) {
+        result.node = conditional();
     } else if (m_tokens.acceptWord("waitfor")) {
         result.node = waitFor();
     } else if (m_tokens.acceptWord("print")) {
@@ -174,6 +204,21 @@ Declare Parser::declare() {
         if (type.length < 0) type.length = 1;
         result.variables.emplace_back(name, type);
     } while (m_tokens.acceptSymbol(","));
+    return result;
+}
+
+std::vector<std::pair<QString, SqlType>> Parser::parameters() {
+    std::vector<std::pair<QString, SqlType>> result;
+    while (!m_tokens.atEnd()) {
+        if (!result.empty()) m_tokens.expectSymbol(",");
+        if (m_tokens.peek().kind != TokenKind::Variable) m_tokens.failHere();
+        const QString name = m_tokens.take().text;
+        m_tokens.acceptWord("as");
+        SqlType type = laterTypeName();
+        if (type.length < 0) type.length = 1;
+        result.emplace_back(name, type);
+        if (!m_tokens.acceptWord("output")) m_tokens.acceptWord("out");
+    }
     return result;
 }
 

@@ -17,6 +17,12 @@ struct LoginRequest {
     QString application;
 };
 
+/// A call of a stored procedure.
+struct ProcedureRequest {
+    QString name;  ///< as the client wrote it, with database and owner
+    std::vector<Parameter> parameters;
+};
+
 /// One client's session as the wire sees it. Not thread-safe; each client has its own.
 class ClientSession {
   public:
@@ -33,6 +39,9 @@ class ClientSession {
     /// Runs a batch. Never throws: what fails is told through the sink. Returns early once
     /// sink.cancelled() is true.
     virtual void execute(const QString& batch, ResultSink& sink) = 0;
+
+    /// Runs a procedure, on the same terms.
+    virtual void call(const ProcedureRequest& request, ResultSink& sink) = 0;
 };
 
 }  // namespace engine

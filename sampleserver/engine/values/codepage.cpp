@@ -21,13 +21,17 @@ int byteOf(char16_t c) {
 
 }  // namespace
 
+char codePageByte(char16_t unit) {
+    const int byte = byteOf(unit);
+    return byte < 0 ? '?' : static_cast<char>(byte);
+}
+
 QByteArray toCodePage(QStringView text) {
     QByteArray bytes;
     bytes.reserve(text.size());
     for (const QChar c : text) {
         if (c.isLowSurrogate()) continue;
-        const int byte = byteOf(c.unicode());
-        bytes += byte < 0 ? '?' : static_cast<char>(byte);
+        bytes += codePageByte(c.unicode());
     }
     return bytes;
 }

@@ -15,6 +15,15 @@ struct ResultColumn {
     QString name;  ///< empty for an unnamed expression
     SqlType type;
     bool nullable = true;
+    bool identity = false;
+};
+
+/// A value that a procedure is called with or gives back.
+struct Parameter {
+    QString name{};  ///< with its @, empty when positional
+    SqlType type;
+    Value value;
+    bool output = false;
 };
 
 /// Takes what a batch produces, in order. Called on the session's own thread. A statement that fails tells
@@ -32,6 +41,8 @@ class ResultSink {
     virtual void statementDone(qint64 rows, bool hadColumns) = 0;
     /// Error or information.
     virtual void message(const SqlMessage& message) = 0;
+    /// A procedure gives a value back; `position` is that of the parameter, from 0.
+    virtual void returnValue(int /*position*/, const Parameter& /*value*/) {}
     /// USE took effect.
     virtual void databaseChanged(const QString& oldName, const QString& newName) = 0;
     /// Asked between rows and while waiting: true once the client has sent an attention or has gone.

@@ -135,6 +135,25 @@ int typeBytes(const SqlType& type) {
     return isNational(type.id) ? 2 * type.length : type.length;
 }
 
+bool laterType(const QString& name, bool longest, SqlType* type) {
+    static const QHash<QString, SqlType> later{
+        {QStringLiteral("bigint"), {.id = TypeId::Decimal, .precision = 19}},
+        {QStringLiteral("date"), {.id = TypeId::DateTime}},
+        {QStringLiteral("time"), {.id = TypeId::DateTime}},
+        {QStringLiteral("datetime2"), {.id = TypeId::DateTime}},
+        {QStringLiteral("datetimeoffset"), {.id = TypeId::DateTime}},
+        {QStringLiteral("rowversion"), {.id = TypeId::Timestamp}},
+        {QStringLiteral("xml"), {.id = TypeId::NText}},
+        {QStringLiteral("varchar(max)"), {.id = TypeId::Text}},
+        {QStringLiteral("nvarchar(max)"), {.id = TypeId::NText}},
+        {QStringLiteral("varbinary(max)"), {.id = TypeId::Image}},
+    };
+    const auto found = later.constFind(longest ? name.toLower() + QStringLiteral("(max)") : name.toLower());
+    if (found == later.constEnd()) return false;
+    *type = *found;
+    return true;
+}
+
 bool resolveType(const QString& name, int length, int precision, int scale, SqlType* type) {
     static const QHash<QString, TypeId> types = typesByName();
     const QString key = name.toLower();

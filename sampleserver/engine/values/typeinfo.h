@@ -34,6 +34,10 @@ int typeRank(TypeId id);
 /// Bytes that a value of the type takes at most, as the catalog tells them (2 a character for n-types).
 int typeBytes(const SqlType& type);
 
+/// The nearest type there is to one that came with a later server, "bigint" or, when `longest`,
+/// "varchar(max)". False for any other.
+bool laterType(const QString& name, bool longest, SqlType* type);
+
 /// Parses the text of a type as a declaration writes it; see convert.h.
 bool resolveType(const QString& name, int length, int precision, int scale, SqlType* type);
 

@@ -46,6 +46,10 @@ class RecordingSink : public engine::ResultSink {
         changes += oldName + QStringLiteral(" > ") + newName;
     }
 
+    void returnValue(int position, const engine::Parameter& value) override {
+        returned += QStringLiteral("%1 %2").arg(position).arg(shown(value.value, value.type));
+    }
+
     bool cancelled() override { return isCancelled && isCancelled(); }
 
     /// Numbers of the errors, "207 208".
@@ -70,6 +74,7 @@ class RecordingSink : public engine::ResultSink {
     QStringList dones;
     QStringList informations;
     QStringList changes;
+    QStringList returned;
     std::vector<engine::SqlMessage> errors;
     std::function<bool()> isCancelled;
     std::function<void()> afterRow;

@@ -1,5 +1,8 @@
 #include "fakesession.h"
 
+#include "engine/values/convert.h"
+#include "engine/values/typeinfo.h"
+
 #include <QThread>
 
 using engine::ResultColumn;
@@ -43,4 +46,21 @@ void FakeSession::execute(const QString& batch, engine::ResultSink& sink) {
     } else if (m_execute) {
         m_execute(batch, sink);
     }
+}
+
+void FakeSession::call(const engine::ProcedureRequest& request, engine::ResultSink& sink) {
+    if (request.name.compare(QLatin1String("sp_executesql"), Qt::CaseInsensitive) == 0)
+        return execute(std::get<QString>(request.parameters.at(0).value), sink);
+    QStringList said{request.name};
+    int position = 0;
+    for (const engine::Parameter& parameter : request.parameters) {
+        const auto* bytes = std::get_if<QByteArray>(&parameter.value);
+        said << parameter.name << engine::typeName(parameter.type.id)
+             << (parameter.value.index() == 0 ? QStringLiteral("null")
+                 : bytes                      ? QString::fromLatin1(bytes->toHex())
+                                              : engine::valueText(parameter.value, parameter.type));
+        if (parameter.output) sink.returnValue(position, parameter);
+        ++position;
+    }
+    tellText(sink, said.join(u' '));
 }

@@ -29,6 +29,10 @@ class FakeSession : public engine::ClientSession {
     ///  - "wait": nothing, until it is cancelled
     void execute(const QString& batch, engine::ResultSink& sink) override;
 
+    /// sp_executesql runs its first parameter; any other procedure tells its name and parameters in one row,
+    /// "p @a int 42", and gives back those that are for output.
+    void call(const engine::ProcedureRequest& request, engine::ResultSink& sink) override;
+
   private:
     engine::LoginRequest m_request;
     Execute m_execute;

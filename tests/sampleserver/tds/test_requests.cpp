@@ -154,7 +154,11 @@ void TestRequests::calls_data() {
     QTest::addColumn<quint32>("version");
     QTest::addColumn<QByteArray>("call");
     QTest::addColumn<QByteArray>("tokens");
-    QTest::addColumn<QList<int>>("messages");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char* name, quint32 number, const QByteArray& call, const char* tokens,
+                        const char* text) {
+        QTest::newRow(name) << number << call << QByteArray(tokens) << QString::fromUtf8(text);
+    };
     // "echo x" and the parts of a call around it.
     const QByteArray statement = utf16(QStringLiteral("echo x"));
     const QByteArray byNumber = hex("ffff 0a00 0000");
@@ -163,22 +167,42 @@ void TestRequests::calls_data() {
     const QByteArray nvarchar = hex("00 00 e7 401f") + collation + hex("0c00") + statement;
     const QByteArray chunks = hex("00 00 e7 ffff") + collation + hex("0c00000000000000 04000000") +
                               statement.left(4) + hex("08000000") + statement.mid(4) + hex("00000000");
-    const QByteArray ntext = hex("00 00 63 0c000000") + collation + hex("0c000000") + statement;
-    const auto row = [](const char* name, quint32 number, const QByteArray& call, const char* tokens,
-                        QList<int> messages) {
-        QTest::newRow(name) << number << call << QByteArray(tokens) << messages;
+    row("by number", kTds74, byNumber + nvarchar, "81d1ff79fe", "x");
+    row("by name", kTds71, byName + nvarchar, "81d1ff79fe", "x");
+    row("without collation", kTds70, byName + hex("00 00 e7 401f 0c00") + statement, "81d1ff79fe", "x");
+    row("in chunks", kTds74, byNumber + chunks, "81d1ff79fe", "x");
+    row("two calls", kTds74, byNumber + nvarchar + hex("ff") + byNumber + nvarchar, "81d1ff79fe81d1ff79fe",
+        "x");
+    row("two calls of old", kTds71, byName + nvarchar + hex("80") + byName + nvarchar, "81d1ff79fe81d1ff79fe",
+        "x");
+    const QByteArray p = hex("0100 7000 0000");
+    row("output", kTds74, p + hex("02 4000 6100 01 26 04 04 2a000000"), "81d1ff79acfe", "p @a int 42");
+    row("unknown type", kTds74, p + hex("00 00 f0 00"), "aafd", "");
+    const auto value = [&](const char* bytes, const char* text) {
+        row(text, kTds74, p + hex("00 00") + hex(bytes), "81d1ff79fe",
+            qPrintable(QLatin1String("p  ") + QString::fromUtf8(text)));
     };
-    row("nvarchar, by number", kTds74, byNumber + nvarchar, "81d1ff79fe", {});
-    row("nvarchar, by name", kTds71, byName + nvarchar, "81d1ff79fe", {});
-    row("nvarchar without collation", kTds70, byName + hex("00 00 e7 401f 0c00") + statement, "81d1ff79fe",
-        {});
-    row("in chunks", kTds74, byName + chunks, "81d1ff79fe", {});
-    row("ntext", kTds73, byName + ntext, "81d1ff79fe", {});
-    row("further arguments", kTds74, byNumber + nvarchar + nvarchar, "aafd", {8144});
-    row("statement of another type", kTds74, byNumber + hex("00 00 26 04 04 01000000"), "aafd", {214});
-    row("no statement", kTds74, byNumber, "aafd", {214});
-    row("other procedure by number", kTds74, hex("ffff 0b00 0000"), "aafd", {2812});
-    row("other procedure by name", kTds74, hex("0100 7800 0000"), "aafd", {2812});
+    value("1f", "int null");
+    value("26 04 00", "int null");
+    value("26 08 08 feffffffffffffff", "decimal -2");
+    value("26 01 01 ff", "tinyint 255");
+    value("34 feff", "smallint -2");
+    value("68 01 01 01", "bit 1");
+    value("6d 08 08 000000000000f83f", "float 1.5");
+    value("6e 08 08 ffffffff f0d8ffff", "money -1.00");
+    value("6f 08 08 01000000 00c1c500", "datetime Jan  2 1900 12:00PM");
+    value("6f 04 04 0100 d002", "smalldatetime Jan  2 1900 12:00PM");
+    value("6a 11 26 02 11 00 15cd5b07 01000000 00000000 00000000", "decimal -44184240.85");
+    value("6c 05 05 03 05 01 01000000", "numeric 0.001");
+    value("24 10 00", "uniqueidentifier null");
+    value("28 03 5b950a", "datetime Jan  1 1900 12:00AM");
+    value("2b 07 00", "datetime null");
+    value("2a 07 08 00e0349564 96250b", "datetime Feb  3 2001 12:00PM");
+    value("a7 0a00 0904d00034 0300 41e480", "varchar A\u00e4\u20ac");
+    value("a7 ffff 0904d00034 ffffffffffffffff", "text null");
+    value("a5 0a00 0200 00ff", "varbinary 00ff");
+    value("23 0a000000 0904d00034 01000000 41", "text A");
+    value("22 0a000000 ffffffff", "image null");
 }
 
 void TestRequests::calls() {
@@ -190,8 +214,8 @@ void TestRequests::calls() {
     client.send(packet(3, (version >= kTds72 ? hex(kHeaders) : QByteArray()) + call));
     const Reply reply = client.readReply();
     QTEST(reply.tokens.toHex(), "tokens");
-    QTEST(reply.messages, "messages");
-    if (reply.messages.isEmpty()) QCOMPARE(reply.text, QStringLiteral("x"));
+    QTEST(reply.text, "text");
+    checkGoesOn(client);
 }
 
 void TestRequests::transactions_data() {
@@ -252,10 +276,12 @@ void TestRequests::attentionEndsRows() {
     client.send(batchMessage(QStringLiteral("rows")));
     QVERIFY(client.socket().waitForReadyRead());
     client.send(hex(kAttention));
+    // The acknowledgement is a message of its own.
     const Reply reply = client.readReply();
     QCOMPARE(reply.tokens.toHex(), QByteArray("81d1fdfd"));
-    QCOMPARE(reply.doneStatus, QList<quint16>({0x11, 0x20}));
+    QCOMPARE(reply.doneStatus, QList<quint16>({0x11, 0}));
     QVERIFY(reply.rows > 0);
+    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
     checkGoesOn(client);
 }
 
@@ -264,6 +290,7 @@ void TestRequests::attentionEndsWaiting() {
     WireClient client(host.port());
     client.logIn();
     client.send(batchMessage(QStringLiteral("wait")) + hex(kAttention));
+    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0});
     QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
     checkGoesOn(client);
 }

@@ -51,23 +51,24 @@ void TestValues::columns_data() {
     QTest::addColumn<SqlType>("type");
     QTest::addColumn<TdsVersion>("version");
     QTest::addColumn<QByteArray>("expected");
-    const auto row = [](const char* name, SqlType type, const char* hex) {
-        QTest::newRow(name) << type << TdsVersion::V71 << QByteArray(hex);
+    QTest::addColumn<QByteArray>("fixed");  // the type where there are no nulls, if it is another
+    const auto row = [](const char* name, SqlType type, const char* hex, const char* fixed = "") {
+        QTest::newRow(name) << type << TdsVersion::V71 << QByteArray(hex) << QByteArray(fixed);
     };
-    row("bit", {TypeId::Bit}, "0000 0100 6801");
-    row("tinyint", {TypeId::TinyInt}, "0000 0100 2601");
-    row("smallint", {TypeId::SmallInt}, "0000 0100 2602");
-    row("int", {TypeId::Int}, "0000 0100 2604");
+    row("bit", {TypeId::Bit}, "0000 0100 6801", "32");
+    row("tinyint", {TypeId::TinyInt}, "0000 0100 2601", "30");
+    row("smallint", {TypeId::SmallInt}, "0000 0100 2602", "34");
+    row("int", {TypeId::Int}, "0000 0100 2604", "38");
     row("decimal(9, 2)", decimal(9, 2), "0000 0100 6a 05 09 02");
     row("decimal(19, 0)", decimal(19, 0), "0000 0100 6a 09 13 00");
     row("decimal(28, 4)", decimal(28, 4), "0000 0100 6a 0d 1c 04");
     row("numeric(38, 38)", {TypeId::Numeric, 0, 38, 38}, "0000 0100 6c 11 26 26");
-    row("money", {TypeId::Money}, "0000 0100 6e08");
-    row("smallmoney", {TypeId::SmallMoney}, "0000 0100 6e04");
-    row("float", {TypeId::Float}, "0000 0100 6d08");
-    row("real", {TypeId::Real}, "0000 0100 6d04");
-    row("datetime", {TypeId::DateTime}, "0000 0100 6f08");
-    row("smalldatetime", {TypeId::SmallDateTime}, "0000 0100 6f04");
+    row("money", {TypeId::Money}, "0000 0100 6e08", "3c");
+    row("smallmoney", {TypeId::SmallMoney}, "0000 0100 6e04", "7a");
+    row("float", {TypeId::Float}, "0000 0100 6d08", "3e");
+    row("real", {TypeId::Real}, "0000 0100 6d04", "3b");
+    row("datetime", {TypeId::DateTime}, "0000 0100 6f08", "3d");
+    row("smalldatetime", {TypeId::SmallDateTime}, "0000 0100 6f04", "3a");
     row("char(10)", {TypeId::Char, 10}, "0000 0100 af 0a00 0904d00034");
     row("varchar(8000)", {TypeId::VarChar, 8000}, "0000 0100 a7 401f 0904d00034");
     row("varchar(0)", {TypeId::VarChar, 0}, "0000 0100 a7 0100 0904d00034");
@@ -82,25 +83,31 @@ void TestValues::columns_data() {
     row("image", {TypeId::Image}, "0000 0100 22 ffffff7f 0000");
 
     const SqlType longText{TypeId::Text};
-    QTest::newRow("text in 7.0") << longText << TdsVersion::V70 << QByteArray("0000 0100 23 ffffff7f 0000");
+    QTest::newRow("text in 7.0") << longText << TdsVersion::V70 << QByteArray("0000 0100 23 ffffff7f 0000")
+                                 << QByteArray();
     QTest::newRow("text in 7.4") << longText << TdsVersion::V74
-                                 << QByteArray("00000000 0100 23 ffffff7f 0904d00034 01 0000");
+                                 << QByteArray("00000000 0100 23 ffffff7f 0904d00034 01 0000")
+                                 << QByteArray();
     QTest::newRow("char in 7.0") << SqlType{TypeId::Char, 2} << TdsVersion::V70
-                                 << QByteArray("0000 0100 af 0200");
-    QTest::newRow("timestamp in 7.2")
-        << SqlType{TypeId::Timestamp} << TdsVersion::V72 << QByteArray("50000000 0100 ad 0800");
+                                 << QByteArray("0000 0100 af 0200") << QByteArray();
+    QTest::newRow("timestamp in 7.2") << SqlType{TypeId::Timestamp} << TdsVersion::V72
+                                      << QByteArray("50000000 0100 ad 0800") << QByteArray();
 }
 
 void TestValues::columns() {
     QFETCH(SqlType, type);
     QFETCH(TdsVersion, version);
     QFETCH(QByteArray, expected);
+    QFETCH(QByteArray, fixed);
     QByteArray out;
-    tds::appendColumns(out, {{QStringLiteral("\u00e4b"), type, true}, {QString(), type, false}}, version);
+    tds::appendColumns(out, {{QStringLiteral("\u00e4b"), type, true}, {QString(), type, false, true}},
+                       version);
 
     const QByteArray nullable = QByteArray::fromHex(expected);
     QByteArray plain = nullable;
-    plain[version >= TdsVersion::V72 ? 4 : 2] = 0;
+    const qsizetype flags = version >= TdsVersion::V72 ? 4 : 2;
+    plain[flags] = 0x10;  // an identity
+    if (!fixed.isEmpty()) plain = plain.left(flags + 2) + QByteArray::fromHex(fixed);
     QCOMPARE(out.toHex(), (QByteArray::fromHex("81 0200") + nullable + QByteArray::fromHex("02 e4006200") +
                            plain + QByteArray::fromHex("00"))
                               .toHex());
@@ -178,6 +185,12 @@ void TestValues::values() {
     const Value row[]{value};
     QVERIFY(tds::RowEncoder(columns).append(out, row));
     QCOMPARE(out.toHex(), ("before" + QByteArray::fromHex("d1" + expected)).toHex());
+    if (!tds::formatOf(type, false).fixed) return;
+    // Where there are no nulls the same bytes stand without their length, and a null is refused.
+    const tds::RowEncoder strict({{QStringLiteral("c"), type, false}});
+    out.clear();
+    QCOMPARE(strict.append(out, row), value != kNull);
+    if (value != kNull) QCOMPARE(out.toHex(), QByteArray::fromHex("d1" + expected).remove(1, 1).toHex());
 }
 
 void TestValues::misfits_data() {

@@ -56,6 +56,12 @@ class TokenWalk {
             case 0x81:
                 columns();
                 break;
+            case 0xAC:  // an int without a value, or with one
+                take(2);
+                take(2 * number<quint8>());
+                take((m_wide ? 7 : 5) + 2);
+                take(number<quint8>());
+                break;
             case 0xD1:
                 row(reply);
                 break;
@@ -82,8 +88,10 @@ class TokenWalk {
         const auto count = number<quint16>();
         for (int i = 0; i < count; ++i) {
             take(m_wide ? 6 : 4);
-            m_long = number<quint8>() == 0x63;
-            take(m_long ? 4 + (m_collations ? 5 : 0) : 1);
+            const auto type = number<quint8>();
+            m_long = type == 0x63;
+            m_fixed = type == 0x38;
+            if (!m_fixed) take(m_long ? 4 + (m_collations ? 5 : 0) : 1);
             if (m_long && m_wide) take(1);
             if (m_long) take(2 * number<quint16>());
             take(2 * number<quint8>());
@@ -92,7 +100,7 @@ class TokenWalk {
 
     void row(Reply& reply) {
         ++reply.rows;
-        const auto length = number<quint8>();
+        const auto length = m_fixed ? quint8(4) : number<quint8>();
         if (!m_long) {
             const QByteArray bytes = take(length);
             if (length == 4) reply.text = QString::number(qFromLittleEndian<qint32>(bytes.data()));
@@ -108,6 +116,7 @@ class TokenWalk {
     bool m_wide;
     bool m_collations;
     bool m_long = false;
+    bool m_fixed = false;
 };
 
 }  // namespace

@@ -208,7 +208,6 @@ void QueriesTest::refusals_data() {
     row("SELECT id FROM customers WHERE id = ANY (SELECT 1)", 156);
     row("SELECT TOP 1.5 id FROM customers", 170);
     row("SELECT TOP 1 WITH TIES id FROM customers ORDER BY id", 156);
-    row("IF 1 = 1 SELECT 1", 156);
     row("WHILE 1 = 1 SELECT 1", 156);
     row("SELECT * FROM nothere", 208);
     row("SELECT * FROM shop.clerk.orders", 208);

@@ -123,7 +123,7 @@ void TestCatalog::columnsOfTypes_data() {
     QTest::addColumn<QString>("row");
     // xtype, xusertype, usertype, type, length, prec, scale, status, isnullable
     const std::pair<const char*, const char*> cases[] = {
-        {"bit", "104|104|16|104|1|1|~|8|1"},
+        {"bit", "104|104|16|50|1|1|~|8|1"},
         {"tinyint not null", "48|48|5|48|1|3|0|0|0"},
         {"int identity", "56|56|7|56|4|10|0|128|0"},
         {"int", "56|56|7|38|4|10|0|8|1"},
@@ -134,12 +134,12 @@ void TestCatalog::columnsOfTypes_data() {
         {"float(24)", "59|59|23|109|4|24|~|8|1"},
         {"float(25)", "62|62|8|109|8|53|~|8|1"},
         {"datetime", "61|61|12|111|8|23|3|8|1"},
-        {"char(7)", "175|175|1|47|7|7|~|8|1"},
+        {"char(7)", "175|175|1|39|7|7|~|8|1"},
         {"varchar(8000)", "167|167|2|39|8000|8000|~|8|1"},
         {"nvarchar(50)", "231|231|0|39|100|50|~|8|1"},
         {"sysname", "231|256|18|39|256|128|~|0|0"},
         {"text", "35|35|19|35|16|~|~|8|1"},
-        {"binary(3)", "173|173|3|45|3|3|~|8|1"},
+        {"binary(3)", "173|173|3|37|3|3|~|8|1"},
         {"timestamp", "189|189|80|45|8|8|~|0|0"},
         {"uniqueidentifier", "36|36|0|37|16|16|~|8|1"},
     };

@@ -21,6 +21,8 @@ class SessionTest : public QObject {
     void batchAfterFailure();
     void messagesOfStatements();
     void procedures();
+    void calls_data();
+    void calls();
     void cancelWhileWaiting();
     void cancelBetweenRows();
     void cancelWithinAQuery();
@@ -177,6 +179,8 @@ void SessionTest::batchAfterFailure_data() {
     row("SELECT 1 SELECT CONVERT(int, 'x') SELECT 2", "245", "1");
     row("SELECT 1 SELECT 2 +", "170", "");
     row("SELECT 1 DELETE customers SELECT 2", "3906", "1");
+    row("IF @@TRANCOUNT > 0 ROLLBACK ELSE BEGIN SELECT 1 SELECT 2 END SELECT 3", "", "1;2;3");
+    row("SET IMPLICIT_TRANSACTIONS ON COMMIT ROLLBACK SELECT @@TRANCOUNT", "", "0");
     row("SELECT 1 / (id - 2) FROM customers WHERE id < 3 ORDER BY id", "8134", "-1");
 }
 
@@ -218,6 +222,64 @@ void SessionTest::procedures() {
     RecordingSink unclosed;
     session->execute(QStringLiteral("sp_columns 'O'Brien'"), unclosed);
     QCOMPARE(unclosed.errorNumbers(), QStringLiteral("105"));
+}
+
+// Each step is "procedure|value|value": i is a number, o the same for output, ~ a null, anything else a text.
+void SessionTest::calls_data() {
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<QString>("returned");
+    QTest::addColumn<QString>("errors");
+    const auto row = [](const char* name, const QStringList& steps, const char* rows, const char* returned,
+                        const char* errors) {
+        QTest::newRow(name) << steps << QString::fromLatin1(rows) << QString::fromLatin1(returned)
+                            << QString::fromLatin1(errors);
+    };
+    const auto step = [](const char* text) { return QString::fromLatin1(text); };
+    const QString prepare = step("sp_prepare|o0|@n int|SELECT name FROM customers WHERE id = @n");
+    row("catalog procedure", {step("sp_tables|customers|dbo")}, "shop|dbo|customers|TABLE|NULL", "", "");
+    row("of another database", {step("[shop]..sp_tables|gold|%|vault")}, "", "", "15250");
+    row("statement", {step("sp_executesql|SELECT 1")}, "1", "", "");
+    row("parameters", {step("sp_executesql|SELECT @b + @a, @c|@a int, @b decimal(5,1), @c bigint|i1|2.5|i3")},
+        "3.5|3", "", "");
+    row("output", {step("sp_executesql|SET @a = @a * 2|@a int OUTPUT|o21")}, "", "2 42", "");
+    row("a statement that fails", {step("sp_executesql|SELECT 1/@a|@a int|i0")}, "", "", "8134");
+    row("prepared",
+        {prepare, step("sp_execute|i1|i2"), step("sp_execute|i1|i3"), step("sp_unprepare|i1"),
+         step("sp_execute|i1|i2")},
+        "bob;Cid", "0 1", "8179");
+    row("prepared and run", {step("sp_prepexec|o0|@n int|SELECT @n|i5"), step("sp_execute|i1|~")}, "5;NULL",
+        "0 1", "");
+    row("reset", {prepare, step("sp_reset_connection"), step("sp_execute|i1|i2")}, "", "0 1", "8179");
+    row("too many", {step("sp_executesql|SELECT @a|@a int|i1|i2")}, "", "", "8144");
+    row("too few", {step("sp_executesql|SELECT @a|@a int")}, "", "", "8178");
+    row("no statement", {step("sp_executesql|i1")}, "", "", "214");
+    row("nothing of that name", {step("sp_nothing")}, "", "", "2812");
+}
+
+void SessionTest::calls() {
+    QFETCH(QStringList, steps);
+    auto session = shopSession(m_world);
+    RecordingSink sink;
+    for (const QString& step : steps) {
+        QStringList parts = step.split(u'|');
+        engine::ProcedureRequest request{.name = parts.takeFirst(), .parameters = {}};
+        for (const QString& part : parts) {
+            engine::Parameter& parameter = request.parameters.emplace_back();
+            parameter.type = {.id = engine::TypeId::NVarChar, .length = 4000};
+            parameter.output = part.startsWith(u'o');
+            if (part.startsWith(u'i') || parameter.output) {
+                parameter.type = {.id = engine::TypeId::Int};
+                parameter.value = part.mid(1).toLongLong();
+            } else if (part != QLatin1String("~")) {
+                parameter.value = part;
+            }
+        }
+        session->call(request, sink);
+    }
+    QTEST(sink.rows.join(u';'), "rows");
+    QTEST(sink.returned.join(u';'), "returned");
+    QTEST(sink.errorNumbers(), "errors");
 }
 
 void SessionTest::cancelWhileWaiting() {
