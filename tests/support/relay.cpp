@@ -53,6 +53,7 @@ struct Relay::Line {
     Packets toServer;
     Packets toClient;
     QByteArray batch;
+    QByteArray withheld;
     bool clientsTurn = false;
     bool held = false;
 };
@@ -163,10 +164,36 @@ void Relay::passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client
 void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) {
     const QByteArray bytes = from.readAll();
     if (keep(line, bytes, fromServer)) {
-        to.write(bytes);
+        if (fromServer && m_manner != Manner::Whole)
+            spoil(line, to, bytes);
+        else
+            to.write(bytes);
         return;
     }
     abortLines();
+}
+
+void Relay::spoil(Line& line, QTcpSocket& client, const QByteArray& bytes) {
+    switch (m_manner) {
+        case Manner::Endless:
+            // A packet with the token of a feature acknowledgement (MS-TDS 2.2.7.11), which has no end.
+            client.write("\x04\x01\x00\x09\x00\x00\x01\x00\xae", 9);
+            return;
+        case Manner::Dripping:
+            if (line.withheld.isEmpty()) {
+                auto* drip = new QTimer(&client);
+                drip->callOnTimeout(&client, [this, &line, &client] {
+                    if (m_manner == Manner::Dripping) client.write(line.withheld.left(1));
+                    line.withheld.remove(0, 1);
+                });
+                drip->start(100);
+            }
+            line.withheld += bytes;
+            return;
+        case Manner::Silent:
+        case Manner::Whole:
+            return;
+    }
 }
 
 void Relay::abortLines() {

@@ -44,6 +44,10 @@ class Relay {
     /// Counts turns only, so that nothing of what goes over the wire is kept; batches() and sent() tell
     /// nothing then.
     void keepNothing();
+    /// What becomes of what the server sends from now on: all of it passes, none, a byte now and then, or the
+    /// beginning of a message that never comes to its end.
+    enum class Manner { Whole, Silent, Dripping, Endless };
+    void setManner(Manner manner) { m_manner = manner; }
     /// Leads the lines taken from now on to another server.
     void leadTo(quint16 serverPort);
 
@@ -53,6 +57,7 @@ class Relay {
     void abortLines();
     void passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client, QTcpSocket& server);
     void pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer);
+    void spoil(Line& line, QTcpSocket& client, const QByteArray& bytes);
     bool keep(Line& line, const QByteArray& bytes, bool fromServer);
 
     quint16 m_serverPort;
@@ -66,6 +71,7 @@ class Relay {
     int m_cutTimes = 0;
     bool m_keeps = true;
     int m_delay = 0;
+    std::atomic<Manner> m_manner = Manner::Whole;
     std::atomic<qint64> m_turns = 0;
 };
 

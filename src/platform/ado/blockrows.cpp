@@ -1,7 +1,5 @@
 #include "platform/ado/blockrows.h"
 
-#include "platform/ado/wirerows.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -27,8 +25,8 @@ qsizetype valueBytes(const Column& column) {
 
 }  // namespace
 
-BlockRows::BlockRows(odbc::StatementHandle statement, const std::vector<Column>& columns, qint64 most)
-    : m_statement(std::move(statement)) {
+BlockRows::BlockRows(odbc::SharedStatement statement, const std::vector<Column>& columns, qint64 most)
+    : WireRows(std::move(statement)) {
     layOut(columns);
     bind(columns, most);
 }
@@ -48,7 +46,7 @@ void BlockRows::bind(const std::vector<Column>& columns, qint64 most) {
     if (most > 0) rows = std::min<qsizetype>(rows, most);
     m_block = std::make_unique_for_overwrite<std::byte[]>(static_cast<size_t>(rows * m_rowSize));
     const auto set = [this](SQLINTEGER attribute, SQLPOINTER value) {
-        return SQL_SUCCEEDED(SQLSetStmtAttrW(m_statement.get(), attribute, value, 0));
+        return SQL_SUCCEEDED(SQLSetStmtAttrW(statement(), attribute, value, 0));
     };
     // A driver that cannot do one of these fetches row by row, the only way without the next.
     m_counts = set(SQL_ATTR_ROWS_FETCHED_PTR, m_fetched.get());
@@ -58,42 +56,34 @@ void BlockRows::bind(const std::vector<Column>& columns, qint64 most) {
         std::byte* length = m_block.get() + m_slots[i].offset;
         // Of binary values only the length is asked for.
         std::byte* value = m_slots[i].capacity ? length + sizeof(SQLLEN) : nullptr;
-        odbc::check(SQLBindCol(m_statement.get(), static_cast<SQLUSMALLINT>(columns[i].ordinal),
-                               wireType(columns[i].type), value, m_slots[i].capacity,
-                               reinterpret_cast<SQLLEN*>(length)),
-                    m_statement);
+        odbc::check(
+            SQLBindCol(statement(), static_cast<SQLUSMALLINT>(columns[i].ordinal), wireType(columns[i].type),
+                       value, m_slots[i].capacity, reinterpret_cast<SQLLEN*>(length)),
+            handle());
     }
 }
 
-bool BlockRows::next(std::vector<Cell>& row) {
-    if (m_position == *m_fetched && !fetch()) return false;
+bool BlockRows::take(std::vector<Cell>& row) {
+    if (m_position == *m_fetched) return false;
     const std::byte* start = m_block.get() + static_cast<qsizetype>(m_position++) * m_rowSize;
     for (size_t i = 0; i < m_slots.size(); ++i)
         row[i] = cell(start, m_slots[i]);
     return true;
 }
 
-bool BlockRows::fetch() {
-    if (m_failure) {
-        m_statement.reset();
-        throw *std::exchange(m_failure, std::nullopt);
-    }
-    if (!m_statement) return false;
-    m_position = 0;
+void BlockRows::fetch() {
+    m_position = *m_fetched = 0;
+    if (m_failure) throw *std::exchange(m_failure, std::nullopt);
     *m_fetched = m_counts ? 0 : 1;
-    const SQLRETURN code = SQLFetch(m_statement.get());
+    const SQLRETURN code = SQLFetch(statement());
     if (code == SQL_SUCCESS_WITH_INFO) {
-        const auto records = odbc::readDiagnostics(SQL_HANDLE_STMT, m_statement.get());
+        const auto records = odbc::readDiagnostics(SQL_HANDLE_STMT, statement());
         if (std::ranges::any_of(records, tellsFailure)) m_failure = errorFrom(records, Phase::Statement);
     }
-    if (SQL_SUCCEEDED(code)) return *m_fetched > 0 || fetch();
+    if (SQL_SUCCEEDED(code)) return;
     *m_fetched = 0;
-    if (code != SQL_NO_DATA) {
-        const odbc::StatementHandle ending = std::move(m_statement);
-        odbc::check(code, ending);
-    }
-    finishResults(m_statement);
-    return false;
+    odbc::check(code, handle());
+    finish();
 }
 
 Cell BlockRows::cell(const std::byte* row, const Slot& slot) const {

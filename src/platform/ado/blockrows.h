@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/ado/odbc.h"
-#include "platform/ado/rowsource.h"
+#include "platform/ado/wirerows.h"
 
 #include <memory>
 #include <optional>
@@ -9,10 +8,11 @@
 namespace ado {
 
 /// Rows fetched a block at a time into memory laid out row by row: per column its length and its value.
-class BlockRows final : public RowSource {
+class BlockRows final : public WireRows {
   public:
-    BlockRows(odbc::StatementHandle statement, const std::vector<Column>& columns, qint64 most);
-    bool next(std::vector<Cell>& row) override;
+    BlockRows(odbc::SharedStatement statement, const std::vector<Column>& columns, qint64 most);
+    void fetch() override;
+    bool take(std::vector<Cell>& row) override;
 
   private:
     struct Slot {
@@ -22,14 +22,12 @@ class BlockRows final : public RowSource {
     };
     void layOut(const std::vector<Column>& columns);
     void bind(const std::vector<Column>& columns, qint64 most);
-    bool fetch();
     Cell cell(const std::byte* row, const Slot& slot) const;
 
     std::vector<Slot> m_slots;
     qsizetype m_rowSize = 0;
     std::unique_ptr<std::byte[]> m_block;
     std::unique_ptr<SQLULEN> m_fetched = std::make_unique<SQLULEN>(0);
-    odbc::StatementHandle m_statement;  // ends before the memory that is bound to it
     SQLULEN m_position = 0;
     bool m_counts = true;            ///< the driver says how many rows it fetched; else it is one
     std::optional<Error> m_failure;  ///< waits behind the block's rows

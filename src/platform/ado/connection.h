@@ -23,8 +23,9 @@ class Connection {
     /// Throws Error 3705 when it is open.
     void setConnectionString(const QString& text);
 
-    /// Seconds; 0 waits without limit. A server that goes silent after a cancel, too, is given up after twice
-    /// the command time-out.
+    /// Seconds; 0 waits without limit. Each turn on the wire has a deadline of ours, half a second behind the
+    /// time-out, which ends what the driver's own does not: the connection is given up then and counts as
+    /// closed.
     int ConnectionTimeout() const;
     void setConnectionTimeout(int seconds);
     int CommandTimeout() const;

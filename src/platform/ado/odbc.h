@@ -7,6 +7,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <memory>
 #include <utility>
 
 namespace ado::odbc {
@@ -45,6 +46,8 @@ class Handle {
 using EnvironmentHandle = Handle<SQL_HANDLE_ENV>;
 using ConnectionHandle = Handle<SQL_HANDLE_DBC>;
 using StatementHandle = Handle<SQL_HANDLE_STMT>;
+/// A statement that a call in flight holds beside its owner.
+using SharedStatement = std::shared_ptr<StatementHandle>;
 
 std::vector<DiagnosticRecord> readDiagnostics(SQLSMALLINT kind, SQLHANDLE handle);
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/ado/error.h"
+#include "platform/ado/rowpages.h"
 #include "platform/ado/rowsource.h"
 
-#include <deque>
 #include <optional>
 
 namespace ado {
@@ -17,10 +17,7 @@ class PackedRows final : public RowSource {
     bool next(std::vector<Cell>& row) override;
 
   private:
-    void append(const std::vector<Cell>& row);
-
-    std::deque<std::vector<std::byte>> m_pages;
-    size_t m_position = 0;  ///< in the first page
+    RowPages m_pages;
     std::optional<Error> m_failure;
 };
 

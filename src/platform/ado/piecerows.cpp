@@ -1,38 +1,47 @@
 #include "platform/ado/piecerows.h"
 
-#include "platform/ado/wirerows.h"
-
 namespace ado {
 
 namespace {
 
 constexpr size_t FirstPieceUnits = 2048;
+constexpr int RowsAtOnce = 256;
+constexpr qint64 BytesAtOnce = 64 * 1024;
 
 }  // namespace
 
-PieceRows::PieceRows(odbc::StatementHandle statement, const std::vector<Column>& columns)
-    : m_statement(std::move(statement)), m_slots(columns.size()) {
+PieceRows::PieceRows(odbc::SharedStatement statement, const std::vector<Column>& columns)
+    : WireRows(std::move(statement)), m_slots(columns.size()), m_row(columns.size()) {
     for (size_t i = 0; i < columns.size(); ++i)
         m_slots[i].type = wireType(columns[i].type);
     for (const Column& column : columns)
         m_ordinals.push_back(static_cast<SQLUSMALLINT>(column.ordinal));
 }
 
-bool PieceRows::next(std::vector<Cell>& row) {
-    if (!m_statement) return false;
+void PieceRows::fetch() {
+    if (m_failure) throw *std::exchange(m_failure, std::nullopt);
+    qint64 bytes = 0;
     try {
-        const SQLRETURN code = SQLFetch(m_statement.get());
-        odbc::check(code, m_statement);
-        if (code == SQL_NO_DATA) {
-            finishResults(m_statement);
-            return false;
+        for (int row = 0; row < RowsAtOnce && bytes < BytesAtOnce && fetchRow(); ++row) {
+            m_pages.append(m_row);
+            for (const Cell& cell : m_row)
+                bytes += std::max<qint64>(cell.size, 0);
         }
-        for (size_t i = 0; i < m_slots.size(); ++i)
-            row[i] = read(m_ordinals[i], m_slots[i]);
-    } catch (...) {
-        m_statement.reset();
-        throw;
+    } catch (const Error& error) {
+        if (bytes == 0) throw;
+        m_failure = error;
     }
+}
+
+bool PieceRows::fetchRow() {
+    const SQLRETURN code = SQLFetch(statement());
+    odbc::check(code, handle());
+    if (code == SQL_NO_DATA) {
+        finish();
+        return false;
+    }
+    for (size_t i = 0; i < m_slots.size(); ++i)
+        m_row[i] = read(m_ordinals[i], m_slots[i]);
     return true;
 }
 
@@ -41,7 +50,7 @@ Cell PieceRows::read(SQLUSMALLINT index, Slot& slot) {
     // Of binary values only the length is asked for.
     const SQLLEN room = slot.type == SQL_C_BINARY ? 0 : sizeof slot.value;
     SQLLEN length = 0;
-    odbc::check(SQLGetData(m_statement.get(), index, slot.type, slot.value, room, &length), m_statement);
+    odbc::check(SQLGetData(statement(), index, slot.type, slot.value, room, &length), handle());
     if (length == SQL_NULL_DATA) return {};
     return {slot.value, std::max<SQLLEN>(length, 0)};
 }
@@ -52,8 +61,8 @@ Cell PieceRows::readText(SQLUSMALLINT index, std::vector<char16_t>& text) {
         const SQLLEN room = static_cast<SQLLEN>((text.size() - filled) * sizeof(char16_t));
         SQLLEN length = 0;
         const SQLRETURN code =
-            SQLGetData(m_statement.get(), index, SQL_C_WCHAR, text.data() + filled, room, &length);
-        odbc::check(code, m_statement);
+            SQLGetData(statement(), index, SQL_C_WCHAR, text.data() + filled, room, &length);
+        odbc::check(code, handle());
         if (length == SQL_NULL_DATA) return {};
         const bool whole = code == SQL_NO_DATA || (length != SQL_NO_TOTAL && length < room);
         if (whole) {

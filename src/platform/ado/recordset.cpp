@@ -4,7 +4,6 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/packedrows.h"
 #include "platform/ado/session.h"
-#include "platform/ado/wirerows.h"
 
 #include <algorithm>
 
@@ -80,22 +79,20 @@ class RecordsetImpl final : public detail::Reader {
 };
 
 void RecordsetImpl::open(std::shared_ptr<detail::Session> session, const QString& text, qint64 most) {
-    detail::Session::Result result = session->run(text, most);
+    detail::Session::Result result = session->run(text, most, wanted);
     m_session = std::move(session);
     m_session->add(*this);
     moved = false;
-    if (!result.columns) return;
+    if (!result.rows) return;
+    m_row.resize(result.columns.size());
+    fields.reserve(result.columns.size());
+    for (size_t i = 0; i < result.columns.size(); ++i)
+        fields.emplace_back(result.columns[i], m_row[i], eof);
+    m_rows = std::move(result.rows);
+    m_session->setWireReader(this);
     try {
-        const std::vector<Column> columns = describeColumns(result.statement, result.columns, wanted);
-        m_row.resize(columns.size());
-        fields.reserve(columns.size());
-        for (size_t i = 0; i < columns.size(); ++i)
-            fields.emplace_back(columns[i], m_row[i], eof);
-        m_rows = makeWireRows(std::move(result.statement), columns, most);
-        m_session->setWireReader(this);
         move();
     } catch (...) {
-        m_session->noteFailure();
         close();
         throw;
     }

@@ -9,6 +9,35 @@
 
 namespace ado::detail {
 
+namespace {
+
+/// A statement and its first result with columns, with the first rows: one turn on the wire.
+struct Answer {
+    odbc::SharedStatement statement;
+    std::vector<Column> columns;
+    std::shared_ptr<WireRows> rows;
+
+    void get(const QString& text, qint64 mostRows, const QStringList& wanted);
+};
+
+void Answer::get(const QString& text, qint64 mostRows, const QStringList& wanted) {
+    const SQLHSTMT handle = statement->get();
+    odbc::check(SQLExecDirectW(handle, odbc::wide(text), static_cast<SQLINTEGER>(text.size())), *statement);
+    SQLSMALLINT count = 0;
+    while (true) {
+        odbc::check(SQLNumResultCols(handle, &count), *statement);
+        if (count > 0) break;
+        const SQLRETURN code = SQLMoreResults(handle);
+        odbc::check(code, *statement);
+        if (code == SQL_NO_DATA) return;
+    }
+    columns = describeColumns(*statement, count, wanted);
+    rows = makeWireRows(statement, columns, mostRows);
+    rows->fetch();
+}
+
+}  // namespace
+
 void throwOpen() {
     throw Error(numbers::ObjectOpen, QStringLiteral("Operation is not allowed when the object is open."), {},
                 0);
@@ -21,7 +50,7 @@ void Session::open(const QString& user, const QString& password) {
     if (!password.isEmpty()) string.setValue({u"PWD"}, password);
     ConnectionString handed(driverText(string));
     const QString database = handed.takeHardToRead(u"Database").value_or(QString());
-    m_link = openConnection(handed.text(), database, connectionTimeout);
+    m_link = DriverConnection::open(handed.text(), database, connectionTimeout);
     m_rowLimit = 0;
     m_failed = false;
     m_openedText = expandedText(string, QSysInfo::machineHostName());
@@ -34,16 +63,16 @@ void Session::close() {
     m_link.reset();
 }
 
-Session::Result Session::run(const QString& text, qint64 rowLimit) {
+Session::Result Session::run(const QString& text, qint64 rowLimit, const QStringList& wanted) {
     try {
-        return runStatement(text, rowLimit);
+        return runStatement(text, rowLimit, wanted);
     } catch (...) {
         noteFailure();
         throw;
     }
 }
 
-Session::Result Session::runStatement(const QString& text, qint64 rowLimit) {
+Session::Result Session::runStatement(const QString& text, qint64 rowLimit, const QStringList& wanted) {
     if (!isOpen())
         throw Error(
             numbers::ConnectionNotUsable,
@@ -52,17 +81,7 @@ Session::Result Session::runStatement(const QString& text, qint64 rowLimit) {
             {}, 0);
     if (Reader* reader = std::exchange(m_wireReader, nullptr)) reader->readAhead();
     limitRows(rowLimit);
-    Result result{execute(text)};
-    SQLSMALLINT columns = 0;
-    while (true) {
-        odbc::check(SQLNumResultCols(result.statement.get(), &columns), result.statement);
-        if (columns > 0) break;
-        const SQLRETURN code = SQLMoreResults(result.statement.get());
-        odbc::check(code, result.statement);
-        if (code == SQL_NO_DATA) return {};
-    }
-    result.columns = columns;
-    return result;
+    return execute(text, rowLimit, wanted);
 }
 
 void Session::remove(Reader& reader) {
@@ -74,22 +93,30 @@ void Session::endWireReader(Reader& reader) {
     if (m_wireReader == &reader) m_wireReader = nullptr;
 }
 
-odbc::StatementHandle Session::execute(const QString& text) const {
-    odbc::StatementHandle statement = odbc::makeStatement(m_link->connection);
+Session::Result Session::execute(const QString& text, qint64 rowLimit, const QStringList& wanted) const {
+    const auto answer = std::make_shared<Answer>();
+    answer->statement = m_link->makeStatement();
     if (commandTimeout > 0)
-        odbc::check(SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
+        odbc::check(SQLSetStmtAttrW(answer->statement->get(), SQL_ATTR_QUERY_TIMEOUT,
                                     odbc::number(static_cast<SQLULEN>(commandTimeout)), 0),
-                    statement);
-    odbc::check(SQLExecDirectW(statement.get(), odbc::wide(text), static_cast<SQLINTEGER>(text.size())),
-                statement);
-    return statement;
+                    *answer->statement);
+    try {
+        m_link->run(
+            commandTimeout, [=] { answer->get(text, rowLimit, wanted); }, answer->statement);
+    } catch (...) {
+        if (!m_link->isGivenUp()) m_link->end(answer->statement);
+        throw;
+    }
+    if (!answer->rows) return {};
+    return {std::move(answer->columns),
+            std::make_unique<FetchedRows>(m_link, commandTimeout, std::move(answer->rows))};
 }
 
 // A batch of its own: a statement may have to be the first of its batch.
 void Session::limitRows(qint64 rows) {
     if (rows == m_rowLimit) return;
     m_rowLimit = -1;
-    execute(QStringLiteral("SET ROWCOUNT %1").arg(rows));
+    execute(QStringLiteral("SET ROWCOUNT %1").arg(rows), 0, {});
     m_rowLimit = rows;
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "platform/ado/opening.h"
+#include "platform/ado/driverconnection.h"
+#include "platform/ado/rowsource.h"
+
+#include <QStringList>
 
 #include <vector>
 
@@ -34,17 +37,18 @@ class Session {
 
     void open(const QString& user, const QString& password);
     void close();
-    bool isOpen() const { return m_link != nullptr; }
+    bool isOpen() const { return m_link && !m_link->isGivenUp(); }
     /// What an opened connection says of itself.
     QString visibleText() const { return isOpen() ? m_openedText : connectionText; }
 
-    /// Runs a statement with a limit to its rows, 0 for none, and stands on its first result with columns.
-    /// The number of columns is 0 when there is none; the statement has ended then.
+    /// The first result of a statement that has columns; neither columns nor rows when there is none.
     struct Result {
-        odbc::StatementHandle statement;
-        int columns = 0;
+        std::vector<Column> columns;
+        std::unique_ptr<RowSource> rows;
     };
-    Result run(const QString& text, qint64 rowLimit);
+    /// Runs a statement with a limit to its rows, 0 for none. Of the columns those with the wanted names are
+    /// read, all when none are named.
+    Result run(const QString& text, qint64 rowLimit, const QStringList& wanted);
 
     void add(Reader& reader) { m_readers.push_back(&reader); }
     void remove(Reader& reader);
@@ -55,8 +59,8 @@ class Session {
     void endWireReader(Reader& reader);
 
   private:
-    Result runStatement(const QString& text, qint64 rowLimit);
-    odbc::StatementHandle execute(const QString& text) const;
+    Result runStatement(const QString& text, qint64 rowLimit, const QStringList& wanted);
+    Result execute(const QString& text, qint64 rowLimit, const QStringList& wanted) const;
     void limitRows(qint64 rows);
 
     QString m_openedText;

@@ -106,8 +106,8 @@ std::vector<Column> describeColumns(const odbc::StatementHandle& statement, int 
     return named.empty() ? columns : named;
 }
 
-std::unique_ptr<RowSource> makeWireRows(odbc::StatementHandle statement, const std::vector<Column>& columns,
-                                        qint64 most) {
+std::unique_ptr<WireRows> makeWireRows(odbc::SharedStatement statement, const std::vector<Column>& columns,
+                                       qint64 most) {
     if (std::ranges::any_of(columns, &Column::unbounded))
         return std::make_unique<PieceRows>(std::move(statement), columns);
     return std::make_unique<BlockRows>(std::move(statement), columns, most);
@@ -135,13 +135,26 @@ SQLSMALLINT wireType(FieldType type) {
     return SQL_C_WCHAR;
 }
 
-void finishResults(odbc::StatementHandle& statement) {
-    const odbc::StatementHandle ending = std::move(statement);
+void WireRows::finish() {
     SQLRETURN code = SQL_SUCCESS;
     do {
-        code = SQLMoreResults(ending.get());
-        odbc::check(code, ending);
+        code = SQLMoreResults(statement());
+        odbc::check(code, handle());
     } while (code != SQL_NO_DATA);
+    m_atEnd = true;
+}
+
+FetchedRows::~FetchedRows() {
+    if (!m_rows->isAtEnd() && !m_link->isGivenUp()) m_link->end(m_rows->sharedStatement());
+}
+
+bool FetchedRows::next(std::vector<Cell>& row) {
+    while (!m_rows->take(row)) {
+        if (m_rows->isAtEnd()) return false;
+        m_link->run(
+            m_seconds, [rows = m_rows] { rows->fetch(); }, m_rows->sharedStatement());
+    }
+    return true;
 }
 
 }  // namespace ado

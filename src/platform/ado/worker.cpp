@@ -1,14 +1,22 @@
 #include "platform/ado/worker.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
 
 namespace ado {
 
+void lookOutFor(const std::atomic<bool>& flag) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(60);
+    while (!flag && std::chrono::steady_clock::now() < until)
+        std::this_thread::yield();
+}
+
 struct Worker::State {
     std::mutex mutex;
     std::condition_variable changed;
+    std::atomic<bool> told = false;
     std::function<void()> task;
     bool ending = false;
 
@@ -17,6 +25,7 @@ struct Worker::State {
             const std::lock_guard lock(mutex);
             task = std::move(newTask);
             ending = end;
+            told = true;
         }
         changed.notify_one();
     }
@@ -40,14 +49,15 @@ void Worker::abandon() {
 }
 
 void Worker::run(State& state) {
-    std::unique_lock lock(state.mutex);
     while (true) {
-        state.changed.wait(lock, [&] { return state.ending || state.task; });
+        lookOutFor(state.told);
+        std::unique_lock lock(state.mutex);
+        state.changed.wait(lock, [&] { return state.told.load(); });
+        state.told = false;
         const auto task = std::exchange(state.task, {});
-        if (!task) return;
+        if (state.ending) return;
         lock.unlock();
         task();
-        lock.lock();
     }
 }
 

@@ -2,11 +2,14 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "scriptedserver.h"
+#include "support/relay.h"
 #include "support/table.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace ado;
+using Manner = testsupport::Relay::Manner;
 
 /// What statements on one connection do to one another, and errors between rows.
 class ResultsTest : public QObject {
@@ -24,6 +27,8 @@ class ResultsTest : public QObject {
     void errorsBehindRows_data();
     void errorsBehindRows();
     void aStatementTimesOut();
+    void badServersMissTheDeadline_data();
+    void badServersMissTheDeadline();
     void theLinkIsLost();
     void aRecordSetKeepsItsConnection();
 
@@ -172,6 +177,49 @@ void ResultsTest::aStatementTimesOut() {
     QCOMPARE(failure->number(), -2147217871);
     QVERIFY(!rows.isOpen());
     rows.Open(QStringLiteral("count 2"), m_connection);
+    QCOMPARE(readToEnd(rows), 2);
+}
+
+void ResultsTest::badServersMissTheDeadline_data() {
+    QTest::addColumn<Manner>("manner");
+    QTest::addColumn<bool>("amongRows");
+    QTest::newRow("silent, to a cancel too") << Manner::Silent << false;
+    QTest::newRow("a byte now and then") << Manner::Dripping << false;
+    QTest::newRow("a message without an end") << Manner::Endless << false;
+    QTest::newRow("a byte now and then among the rows") << Manner::Dripping << true;
+}
+
+/// The threads of this process, but for those of the C library and of Qt.
+static int workers() {
+    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+void ResultsTest::badServersMissTheDeadline() {
+    QFETCH(Manner, manner);
+    QFETCH(bool, amongRows);
+    testsupport::Relay relay(m_server.port());
+    Connection connection;
+    connection.Open(QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=x").arg(relay.serverText()));
+    connection.setCommandTimeout(1);
+    const int before = workers();
+    Recordset rows;
+    if (amongRows) rows.Open(QStringLiteral("rows"), connection);
+    relay.setManner(manner);
+    QCOMPARE(numberOf([&] {
+                 if (amongRows)
+                     readToEnd(rows);
+                 else
+                     rows.Open(QStringLiteral("count 100"), connection);
+             }),
+             -2147217871);
+    QVERIFY(!connection.isOpen());
+    QCOMPARE(numberOf([&] { Recordset().Open(QStringLiteral("count 1"), connection); }), 3709);
+    // The call that was left behind has lost its socket, and ends with its thread.
+    QTRY_VERIFY(workers() < before);
+    relay.setManner(Manner::Whole);
+    connection.Open();
+    rows = Recordset();
+    rows.Open(QStringLiteral("count 2"), connection);
     QCOMPARE(readToEnd(rows), 2);
 }
 
