@@ -24,7 +24,7 @@ class ReadySystem : public tw::SchemaReader {
         fill(list, 11);
         return {};
     }
-    void setFollower(std::function<bool()>) override {}
+    void setFollower(tw::RoutineFollower) override {}
     bool tellLostConnection() override { return false; }
 
   private:

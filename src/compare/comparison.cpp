@@ -9,6 +9,9 @@
 #include <QHash>
 #include <QScopeGuard>
 
+#include <set>
+#include <tuple>
+
 namespace tw {
 
 namespace {
@@ -84,6 +87,11 @@ class Comparison::Run {
         m_yield();
         return !isCancelled();
     }
+    /// A failure that comes with every table would keep the user from anything but closing message boxes.
+    bool isNews(const QString& procedure, const platform::RuntimeError& failure) {
+        const auto words = std::tuple(procedure, failure.number(), failure.description());
+        return m_told.insert(words).second;
+    }
     bool comparesAllTables() const { return m_side1.table().toUpper() == QStringLiteral("(ALL TABLES)"); }
     template <class Step>
     void read(Side& side, Step&& step);
@@ -109,6 +117,7 @@ class Comparison::Run {
     ComparisonProgress& m_progress;
     std::function<void()> m_yield;
     std::function<bool()> m_cancelled;
+    std::set<std::tuple<QString, qint32, QString>> m_told;  ///< failures
     bool m_progressSetUp = false;
     bool m_connectionLost = false;
 };
@@ -116,10 +125,13 @@ class Comparison::Run {
 void Comparison::Run::run() {
     const auto end = qScopeGuard([this] {
         for (const Side* side : {&m_side1, &m_side2})
-            side->reader().setFollower(nullptr);
+            side->reader().setFollower({});
     });
     for (const Side* side : {&m_side1, &m_side2}) {
-        side->reader().setFollower([this] { return goOn(); });
+        side->reader().setFollower({[this] { return goOn(); },
+                                    [this](const QString& procedure, const platform::RuntimeError& failure) {
+                                        return isNews(procedure, failure);
+                                    }});
         side->system.results.addHeader(QStringLiteral("Names"));
         for (int i = 0; i < 4; ++i)
             side->system.results.addHeader(QStringLiteral("Attribute"));

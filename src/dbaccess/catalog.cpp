@@ -17,9 +17,10 @@ const QString& endedBy(QChar end, const QString& name) {
     if (!name.contains(end)) return name;
     throw ado::Error(
         ado::numbers::StatementError,
-        QStringLiteral("Syntax error: the name \"%1\" holds the character %2, which would end it in "
-                       "the statement. It has not been sent.")
-            .arg(name, end),
+        QStringLiteral(
+            "Syntax error: the name holds the character %1, which would end it in the statement. The "
+            "statement has not been sent.")
+            .arg(end),
         {}, 0);
 }
 

@@ -19,15 +19,15 @@ std::optional<QString> itemValue(const QString& connectionString, const QString&
     return end < 0 ? connectionString.mid(start) : connectionString.mid(start, end - start);
 }
 
-/// Whether the failure being handled is that of a connection which could not be opened or is lost. Only a
-/// lost link gives a statement the unspecified number.
+/// Whether the failure being handled is that of a connection which could not be opened, is lost or has fallen
+/// silent. Only a lost link gives a statement the unspecified number.
 bool isConnectionLost() {
     try {
         throw;
     } catch (const OpeningError&) {
         return true;
     } catch (const ado::Error& error) {
-        return error.number() == ado::numbers::Unspecified ||
+        return error.number() == ado::numbers::Unspecified || error.number() == ado::numbers::TimeOut ||
                error.number() == ado::numbers::ConnectionNotUsable;
     } catch (...) {
         return false;
@@ -81,7 +81,8 @@ void DBConnection::runRoutine(const QString& name, const std::function<void()>& 
         body();
     } catch (...) {
         const bool lost = isConnectionLost();
-        catalog::reportFailureOf(name);
+        if (!m_follower.isNews || m_follower.isNews(name, platform::currentError()))
+            catalog::reportFailureOf(name);
         // Other routines may have run while the message box was open.
         m_connectionLost = lost;
         m_untoldLoss = nullptr;

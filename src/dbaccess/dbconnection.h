@@ -90,7 +90,7 @@ class DBConnection : public SchemaReader {
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
 
     bool tellLostConnection() override;
-    void setFollower(std::function<bool()> goesOn) override { m_goesOn = std::move(goesOn); }
+    void setFollower(RoutineFollower follower) override { m_follower = std::move(follower); }
 
     /// Runs a statement in a database, without a limit to rows or time, and hands out its rows, which keep
     /// their connection open; nothing when it failed, which has been reported with both texts.
@@ -106,11 +106,11 @@ class DBConnection : public SchemaReader {
 
     /// Whether the follower, if there is one, wants the rest of a routine; of one that has lost its
     /// connection, which has been told, he does not.
-    bool goesOn() const { return !m_goesOn || (!m_connectionLost && m_goesOn()); }
+    bool goesOn() const { return !m_follower.goesOn || (!m_connectionLost && m_follower.goesOn()); }
     bool openUnlessRefused(CatalogReading& reading);
 
     std::shared_ptr<ConnectionPool> m_pool;
-    std::function<bool()> m_goesOn;   ///< null without a follower
+    RoutineFollower m_follower;
     bool m_connectionLost = false;    ///< by the last routine
     std::exception_ptr m_untoldLoss;  ///< what it kept to itself of that
     std::optional<ado::Connection> m_connection;

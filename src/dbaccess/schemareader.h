@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/runtimeerror.h"
+
 #include <QString>
 
 #include <functional>
@@ -10,6 +12,15 @@ class ListItems;
 }  // namespace controls
 
 namespace tw {
+
+/// Who runs many routines and may change his mind.
+struct RoutineFollower {
+    /// Asked between a routine's statements; may serve events. The routine ends there when told no. Null:
+    /// whatever happens.
+    std::function<bool()> goesOn;
+    /// Whether the failure of a procedure is to be told to the user. Null: each one.
+    std::function<bool(const QString& procedure, const platform::RuntimeError&)> isNews;
+};
 
 /// What a comparison asks of the connection object of one of its systems; DBConnection says what each routine
 /// does. The routines report their failures by themselves and do not throw.
@@ -25,14 +36,13 @@ class SchemaReader {
     virtual void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) = 0;
     virtual QString FillLvDBDetail(controls::ListItems& list, const QString& database) = 0;
 
-    /// Whether the routine called last could not open its connection or lost it. The user has been told then:
-    /// by the routine, or by this call where the routine kept it to itself.
+    /// Whether the routine called last could not open its connection, lost it, or waited in vain for an
+    /// answer. The user has been told then: by the routine, or by this call where the routine kept it to
+    /// itself.
     virtual bool tellLostConnection() = 0;
-    /// For a caller that runs many routines and may change its mind: FillLvTblDef asks `goesOn`, which may
-    /// serve events, between its statements and ends there when told no, its list empty. It then also
-    /// reports a connection that it loses on the way once, not for every step that fails by it. Null: for
-    /// such a caller no more.
-    virtual void setFollower(std::function<bool()> goesOn) = 0;
+    /// FillLvTblDef asks the follower and leaves its list empty when told no. With one it also reports a
+    /// connection that it loses on the way once, not for every step that fails by it.
+    virtual void setFollower(RoutineFollower follower) = 0;
 };
 
 }  // namespace tw

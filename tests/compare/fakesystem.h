@@ -46,7 +46,7 @@ class FakeSystem : public tw::SchemaReader {
     bool FillCbTable(controls::ComboItems& combo, const QString& database) override;
     void FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) override;
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
-    void setFollower(std::function<bool()> goesOn) override { m_followed = goesOn != nullptr; }
+    void setFollower(tw::RoutineFollower follower) override { m_followed = follower.goesOn != nullptr; }
     bool tellLostConnection() override { return m_readingsLeft < 0; }
 
   private:

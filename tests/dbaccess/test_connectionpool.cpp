@@ -300,7 +300,7 @@ void TestConnectionPool::lossIsReportedOnce() {
     DBConnection pooled = connectionOf(connectionString(relay.serverText()));
     const QString keyColumn = QStringLiteral("ColName");
     relay.cutAt(QByteArray(reinterpret_cast<const char*>(keyColumn.utf16()), 2 * keyColumn.size()), 1);
-    if (once) pooled.setFollower([] { return true; });
+    if (once) pooled.setFollower({[] { return true; }, {}});
     definition(pooled);
     QVERIFY(pooled.tellLostConnection());
     for (const QString& procedure : procedures)
@@ -327,10 +327,10 @@ void TestConnectionPool::followerEndsReading() {
     const QStringList whole = definition(pooled);
     relay.reset();
     int asked = 0;
-    pooled.setFollower([&] { return ++asked <= goesOnFor; });
+    pooled.setFollower({[&] { return ++asked <= goesOnFor; }, {}});
     QCOMPARE(definition(pooled), goesOnFor < 3 ? QStringList() : whole);
     QTEST(int(relay.batches().size()), "statements");
-    pooled.setFollower(nullptr);
+    pooled.setFollower({});
     QCOMPARE(definition(pooled), whole);
 }
 

@@ -146,7 +146,7 @@ void TestLists::details() {
 void TestLists::leavesListsEmpty_data() {
     const testsupport::Table<QString, QString, QStringList, QStringList, QString> row(
         "database", "table", "definition", "reportedBy", "beginning");
-    const QString notSent = QStringLiteral("Error: -2147217900.\r\nSyntax error: the name \"%1\" holds ");
+    const QString notSent = QStringLiteral("Error: -2147217900.\r\nSyntax error: the name holds ");
     const QStringList noColumn{"<No Column Defined>"};
     row("no connection", "<No Connection>", "Kinds", {}, {}, "");
     row("no permission", "Listing", "<No Permission>", {}, {}, "");
