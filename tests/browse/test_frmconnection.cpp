@@ -1,7 +1,7 @@
 #include "browse/frmconnection.h"
 #include "desk.h"
 #include "support/answers.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,8 +11,7 @@
 #include <QPushButton>
 #include <QTest>
 
-using testsupport::textColumns;
-using testsupport::textRow;
+using testsupport::Table;
 
 namespace {
 
@@ -146,12 +145,13 @@ void TestFrmConnection::keepsRecentServers() {
 }
 
 void TestFrmConnection::restoresEntries_data() {
-    textColumns({"saveUserID", "savePassword", "authentication", "user", "password"});
-    textRow("both", {"1", "1", "1", "ann", "secret"});
-    textRow("user only", {"1", "0", "1", "ann", ""});
-    textRow("password only", {"0", "1", "1", "", "secret"});
-    textRow("Windows NT authentication", {"1", "1", "0", "", ""});
-    textRow("grey is not checked", {"2", "1", "1", "", "secret"});
+    const Table<QString, QString, QString, QString, QString> row("saveUserID", "savePassword",
+                                                                 "authentication", "user", "password");
+    row("both", "1", "1", "1", "ann", "secret");
+    row("user only", "1", "0", "1", "ann", "");
+    row("password only", "0", "1", "1", "", "secret");
+    row("Windows NT authentication", "1", "1", "0", "", "");
+    row("grey is not checked", "2", "1", "1", "", "secret");
 }
 
 void TestFrmConnection::restoresEntries() {
@@ -173,10 +173,10 @@ void TestFrmConnection::restoresEntries() {
 }
 
 void TestFrmConnection::reportsStoredTextThatIsNoNumber_data() {
-    textColumns({"key", "text", "error"});
-    textRow("no number", {"SaveUserID", "yes", "Error: 13."});
-    textRow("too large", {"SavePassword", "99999", "Error: 6."});
-    textRow("no state", {"SQLAuthentication", "3", "Error: 380."});
+    const Table<QString, QString, QString> row("key", "text", "error");
+    row("no number", "SaveUserID", "yes", "Error: 13.");
+    row("too large", "SavePassword", "99999", "Error: 6.");
+    row("no state", "SQLAuthentication", "3", "Error: 380.");
 }
 
 void TestFrmConnection::reportsStoredTextThatIsNoNumber() {
@@ -224,10 +224,10 @@ void TestFrmConnection::tellsThatTheDriverIsMissing() {
 }
 
 void TestFrmConnection::storesEntries_data() {
-    textColumns({"remember", "typed", "stored"});
-    textRow("remembered", {"1", "new", "new"});
-    textRow("not remembered", {"0", "new", "old"});
-    textRow("an empty text overwrites nothing", {"1", "", "old"});
+    const Table<QString, QString, QString> row("remember", "typed", "stored");
+    row("remembered", "1", "new", "new");
+    row("not remembered", "0", "new", "old");
+    row("an empty text overwrites nothing", "1", "", "old");
 }
 
 void TestFrmConnection::storesEntries() {
@@ -314,13 +314,13 @@ void TestFrmConnection::listsDataSources() {
 }
 
 void TestFrmConnection::refusesEntries_data() {
-    textColumns({"server", "user", "message"});
+    const Table<QString, QString, QString> row("server", "user", "message");
     const char* noServer = "Please enter the SQL Server computer name.     ";
-    textRow("no server", {"", "", noServer});
-    textRow("blank server", {"  ", "ann", noServer});
-    textRow("blank user", {"X", "   ",
-                           "When using SQL Server Authentication method, the User ID and Password must be "
-                           "entered.     "});
+    row("no server", "", "", noServer);
+    row("blank server", "  ", "ann", noServer);
+    row("blank user", "X", "   ",
+        "When using SQL Server Authentication method, the User ID and Password must be "
+        "entered.     ");
 }
 
 void TestFrmConnection::refusesEntries() {
@@ -362,9 +362,9 @@ void TestFrmConnection::refusesEntries() {
 }
 
 void TestFrmConnection::endsWithoutConnecting_data() {
-    textColumns({"way"});
+    const Table<QString> row("way");
     for (const char* way : {"cancel", "escape", "close"})
-        textRow(way, {way});
+        row(way, way);
 }
 
 void TestFrmConnection::endsWithoutConnecting() {

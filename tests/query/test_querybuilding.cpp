@@ -1,12 +1,11 @@
 #include "querydesk.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
 #include <QGroupBox>
 
-using testsupport::textColumns;
-using testsupport::textRow;
+using testsupport::Table;
 
 /// Putting a query together: what the lists offer, what a choice does to the texts, the boxes for numbers.
 class TestQueryBuilding : public QObject {
@@ -95,14 +94,13 @@ void TestQueryBuilding::captions() {
 }
 
 void TestQueryBuilding::picksColumns_data() {
-    textColumns({"before", "column", "after"});
-    textRow("first", {"SELECT *", "Name", "SELECT [Mechanic].[Name]"});
-    textRow("into an empty box", {"", "Name", "SELECT [Mechanic].[Name]"});
-    textRow("further", {"SELECT [a].[b]", "Name", "SELECT [a].[b], [Mechanic].[Name]"});
-    textRow("all of another case are not replaced", {"select *", "Name", "select *, [Mechanic].[Name]"});
-    textRow("the same again",
-            {"SELECT [Mechanic].[Name]", "Name", "SELECT [Mechanic].[Name], [Mechanic].[Name]"});
-    textRow("all", {"SELECT [a].[b]", "(All Columns)", "SELECT *"});
+    const Table<QString, QString, QString> row("before", "column", "after");
+    row("first", "SELECT *", "Name", "SELECT [Mechanic].[Name]");
+    row("into an empty box", "", "Name", "SELECT [Mechanic].[Name]");
+    row("further", "SELECT [a].[b]", "Name", "SELECT [a].[b], [Mechanic].[Name]");
+    row("all of another case are not replaced", "select *", "Name", "select *, [Mechanic].[Name]");
+    row("the same again", "SELECT [Mechanic].[Name]", "Name", "SELECT [Mechanic].[Name], [Mechanic].[Name]");
+    row("all", "SELECT [a].[b]", "(All Columns)", "SELECT *");
 }
 
 void TestQueryBuilding::picksColumns() {
@@ -256,16 +254,16 @@ void TestQueryBuilding::resets() {
 }
 
 void TestQueryBuilding::numberBoxes_data() {
-    textColumns({"typed", "shown", "saved"});
-    textRow("number", {"120", "120", "120"});
-    textRow("zero", {"0", "0", "0"});
-    textRow("largest", {"2147483647", "2147483647", "2147483647"});
-    textRow("emptied", {"", "", "7"});
-    textRow("letter at first", {"x", "7", "7"});
-    textRow("sign", {"-", "7", "7"});
-    textRow("letter later", {"12x", "12", "12"});
-    textRow("fraction", {"3.", "3", "3"});
-    textRow("too large", {"2147483648", "214748364", "214748364"});
+    const Table<QString, QString, QString> row("typed", "shown", "saved");
+    row("number", "120", "120", "120");
+    row("zero", "0", "0", "0");
+    row("largest", "2147483647", "2147483647", "2147483647");
+    row("emptied", "", "", "7");
+    row("letter at first", "x", "7", "7");
+    row("sign", "-", "7", "7");
+    row("letter later", "12x", "12", "12");
+    row("fraction", "3.", "3", "3");
+    row("too large", "2147483648", "214748364", "214748364");
 }
 
 void TestQueryBuilding::numberBoxes() {

@@ -1,10 +1,9 @@
 #include "querydesk.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
-using testsupport::textColumns;
-using testsupport::textRow;
+using testsupport::Table;
 
 /// Running queries over the real driver and wire.
 class TestQueryRunning : public QObject {
@@ -68,19 +67,20 @@ void TestQueryRunning::compose(const QueryDesk& desk, const QString& columns, co
 }
 
 void TestQueryRunning::refusals_data() {
-    textColumns({"columns", "tables", "emptied", "text", "focus"});  // the focus stays on the button
+    const Table<QString, QString, QString, QString, QString> row("columns", "tables", "emptied", "text",
+                                                                 "focus");  // the focus stays on the button
     const char* numbers = "FROM [Number]";
     const char* select = "Sorry, only select statements are allowed.";
     const char* numeric = "Please enter numeric data";
     // Everything that is wrong later on is wrong, too: the first reason counts.
-    textRow("no database", {"", "", "txtMaxRows", "Please select a database for the query.", "cbDatabase"});
-    textRow("no table", {"", "", "txtMaxRows", "Please select a table for the query.", "cbTable"});
-    textRow("no column", {"", numbers, "txtMaxRows", "Please select a column for the query.", "cmdExecute"});
-    textRow("no select", {"delete", numbers, "txtMaxRows", select, "cmdExecute"});
-    textRow("almost select", {"SELEC", numbers, "", select, "cmdExecute"});
-    textRow("blank before select", {" SELECT *", numbers, "", select, "cmdExecute"});
-    textRow("no limit of rows", {"SELECT *", numbers, "txtMaxRows", numeric, "txtMaxRows"});
-    textRow("no time-out", {"SELECT *", numbers, "txtTimeout", numeric, "txtTimeout"});
+    row("no database", "", "", "txtMaxRows", "Please select a database for the query.", "cbDatabase");
+    row("no table", "", "", "txtMaxRows", "Please select a table for the query.", "cbTable");
+    row("no column", "", numbers, "txtMaxRows", "Please select a column for the query.", "cmdExecute");
+    row("no select", "delete", numbers, "txtMaxRows", select, "cmdExecute");
+    row("almost select", "SELEC", numbers, "", select, "cmdExecute");
+    row("blank before select", " SELECT *", numbers, "", select, "cmdExecute");
+    row("no limit of rows", "SELECT *", numbers, "txtMaxRows", numeric, "txtMaxRows");
+    row("no time-out", "SELECT *", numbers, "txtTimeout", numeric, "txtTimeout");
 }
 
 void TestQueryRunning::refusals() {
@@ -104,19 +104,20 @@ void TestQueryRunning::refusals() {
 }
 
 void TestQueryRunning::runs_data() {
-    textColumns({"columns", "tables", "conditions", "most", "rows"});
-    textRow("lower case", {"select N", "from Number", "where N = 1", "50", "1"});
-    textRow("blanks behind", {"SELECT N  ", "FROM [Number]", "", "50", "1 2 3 4 5"});
-    textRow("keyword as it stands", {"SELECT N", "FROM Number", "WheRe N < 3", "50", "1 2"});
-    textRow("keyword put in front", {"SELECT N", "FROM Number", "N < 3", "50", "1 2"});
-    textRow("keyword for what begins like it", {"SELECT N", "FROM Number as wher", "wher.N = 4", "50", "4"});
-    textRow("lines", {"SELECT\n N,\n Name", "FROM\n Number", "WHERE\n N = 3", "50", "3|NULL"});
-    textRow("two tables", {"SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
-                           "[Number].[N] = [Other].[N]", "50", "1|a 2|b"});
-    textRow("limit 0", {"SELECT N", "FROM Number", "", "0", "1 2 3 4 5"});
-    textRow("limit and order", {"SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4"});
-    textRow("several results", {"SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1"});
-    textRow("names with brackets", {"SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2"});
+    const Table<QString, QString, QString, QString, QString> row("columns", "tables", "conditions", "most",
+                                                                 "rows");
+    row("lower case", "select N", "from Number", "where N = 1", "50", "1");
+    row("blanks behind", "SELECT N  ", "FROM [Number]", "", "50", "1 2 3 4 5");
+    row("keyword as it stands", "SELECT N", "FROM Number", "WheRe N < 3", "50", "1 2");
+    row("keyword put in front", "SELECT N", "FROM Number", "N < 3", "50", "1 2");
+    row("keyword for what begins like it", "SELECT N", "FROM Number as wher", "wher.N = 4", "50", "4");
+    row("lines", "SELECT\n N,\n Name", "FROM\n Number", "WHERE\n N = 3", "50", "3|NULL");
+    row("two tables", "SELECT [Number].[N], [Other].[Letter]", "FROM [Number], [Other]",
+        "[Number].[N] = [Other].[N]", "50", "1|a 2|b");
+    row("limit 0", "SELECT N", "FROM Number", "", "0", "1 2 3 4 5");
+    row("limit and order", "SELECT N", "FROM Number", "N > 0 order by N desc", "2", "5 4");
+    row("several results", "SELECT N", "FROM Number", "N = 1 select 'other'", "50", "1");
+    row("names with brackets", "SELECT [a]]b].[c]]d]", "FROM [Odd Names]..[a]]b]", "", "50", "1 2");
 }
 
 void TestQueryRunning::runs() {
@@ -160,12 +161,12 @@ void TestQueryRunning::longStatementsAndTexts() {
 }
 
 void TestQueryRunning::failures_data() {
-    textColumns({"columns", "tables", "words"});
-    textRow("SELECTX", {"SELECTX", "FROM Number", "syntax"});
-    textRow("column", {"SELECT Wage", "FROM Number", "'Wage'"});
-    textRow("name with a bracket, as picked", {"SELECT *", "FROM [Odd Names]..[a]b]", "syntax"});
-    textRow("second statement", {"SELECT *", "FROM Number select * from Nowhere", "Nowhere"});
-    textRow("write", {"SELECT *", "FROM Number delete Number", "read-only"});
+    const Table<QString, QString, QString> row("columns", "tables", "words");
+    row("SELECTX", "SELECTX", "FROM Number", "syntax");
+    row("column", "SELECT Wage", "FROM Number", "'Wage'");
+    row("name with a bracket, as picked", "SELECT *", "FROM [Odd Names]..[a]b]", "syntax");
+    row("second statement", "SELECT *", "FROM Number select * from Nowhere", "Nowhere");
+    row("write", "SELECT *", "FROM Number delete Number", "read-only");
 }
 
 void TestQueryRunning::failures() {

@@ -4,7 +4,7 @@
 #include "shell/frmmain.h"
 #include "shell/maintoolbar.h"
 #include "support/answers.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
 #include <QFile>
 #include <QMdiArea>
@@ -14,8 +14,7 @@
 #include <QTest>
 
 using platform::RuntimeError;
-using testsupport::textColumns;
-using testsupport::textRow;
+using testsupport::Table;
 
 namespace {
 
@@ -73,26 +72,26 @@ class FrmMainTest : public QObject {
 };
 
 void FrmMainTest::menus_data() {
-    textColumns({"menu", "title", "items"});
-    textRow("File", {"mnuFile", "&File", "mnuFileNew|&New Connection..., mnuFileBar5|-, mnuFileExit|E&xit"});
-    textRow("View", {"mnuView", "&View",
-                     "mnuViewToolbar|&Toolbar, mnuViewToolbarLabels|Toolbar labels, "
-                     "mnuViewStatusBar|Status &Bar, mnuViewSep1|-, mnuViewHorizontal|&Horizontal, "
-                     "mnuViewVertical|&Vertical, mnuViewCenter|&Center Document"});
-    textRow("Tools", {"mnuTool", "&Tools",
-                      "mnuToolConnect|&Connect..., mnuToolCompare|Com&pare..., mnuToolQuery|&Query..., "
-                      "mnuToolSep1|-, mnuToolOptions|&Options..."});
-    textRow("Window", {"mnuWindow", "&Window",
-                       "mnuWindowNewWindow|&New Window, mnuWindowBar0|-, mnuWindowCascade|&Cascade, "
-                       "mnuWindowTileHorizontal|Tile &Horizontal, mnuWindowTileVertical|Tile &Vertical, "
-                       "mnuWindowArrangeIcons|&Arrange Icons"});
-    textRow("Help", {"mnuHelp", "&Help",
-                     "mnuHelpContents|&Contents, mnuHelpSearchForHelpOn|&Search For Help On..., "
-                     "mnuHelpBar0|-, mnuHelpAbout|&About Tablewright..."});
-    textRow("Popup1", {"mnuPop1", "Popup1", "mnuPop1Connect|Connect..."});
-    textRow("Popup2", {"mnuPop2", "Popup2",
-                       "mnuPop2ExportColNames|Export Column &Names, "
-                       "mnuPop2ExportColDef|Export Column &Definitions"});
+    const Table<QString, QString, QString> row("menu", "title", "items");
+    row("File", "mnuFile", "&File", "mnuFileNew|&New Connection..., mnuFileBar5|-, mnuFileExit|E&xit");
+    row("View", "mnuView", "&View",
+        "mnuViewToolbar|&Toolbar, mnuViewToolbarLabels|Toolbar labels, "
+        "mnuViewStatusBar|Status &Bar, mnuViewSep1|-, mnuViewHorizontal|&Horizontal, "
+        "mnuViewVertical|&Vertical, mnuViewCenter|&Center Document");
+    row("Tools", "mnuTool", "&Tools",
+        "mnuToolConnect|&Connect..., mnuToolCompare|Com&pare..., mnuToolQuery|&Query..., "
+        "mnuToolSep1|-, mnuToolOptions|&Options...");
+    row("Window", "mnuWindow", "&Window",
+        "mnuWindowNewWindow|&New Window, mnuWindowBar0|-, mnuWindowCascade|&Cascade, "
+        "mnuWindowTileHorizontal|Tile &Horizontal, mnuWindowTileVertical|Tile &Vertical, "
+        "mnuWindowArrangeIcons|&Arrange Icons");
+    row("Help", "mnuHelp", "&Help",
+        "mnuHelpContents|&Contents, mnuHelpSearchForHelpOn|&Search For Help On..., "
+        "mnuHelpBar0|-, mnuHelpAbout|&About Tablewright...");
+    row("Popup1", "mnuPop1", "Popup1", "mnuPop1Connect|Connect...");
+    row("Popup2", "mnuPop2", "Popup2",
+        "mnuPop2ExportColNames|Export Column &Names, "
+        "mnuPop2ExportColDef|Export Column &Definitions");
 }
 
 void FrmMainTest::menus() {

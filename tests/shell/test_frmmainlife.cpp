@@ -4,7 +4,7 @@
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
 #include "shell/frmflash.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
 #include <QApplication>
 #include <QDir>
@@ -123,13 +123,13 @@ void FrmMainLifeTest::placeDoesNotCreep() {
 }
 
 void FrmMainLifeTest::placeThatNobodyCouldReach_data() {
-    testsupport::textColumns({"left", "top", "size", "position"});
-    testsupport::textRow("half outside", {"-1500", "1500", "6000", "-100,100"});
-    testsupport::textRow("left of the screen", {"-60000", "1500", "6000", "0,0"});
-    testsupport::textRow("only the title above the screen", {"1500", "-3000", "6000", "0,0"});
-    testsupport::textRow("beyond what window systems take", {"1E+30", "1500", "6000", "0,0"});
-    testsupport::textRow("no size", {"1500", "1500", "0", "100,100"});
-    testsupport::textRow("negative size", {"1500", "1500", "-300", "100,100"});
+    const testsupport::Table<QString, QString, QString, QString> row("left", "top", "size", "position");
+    row("half outside", "-1500", "1500", "6000", "-100,100");
+    row("left of the screen", "-60000", "1500", "6000", "0,0");
+    row("only the title above the screen", "1500", "-3000", "6000", "0,0");
+    row("beyond what window systems take", "1E+30", "1500", "6000", "0,0");
+    row("no size", "1500", "1500", "0", "100,100");
+    row("negative size", "1500", "1500", "-300", "100,100");
 }
 
 void FrmMainLifeTest::placeThatNobodyCouldReach() {

@@ -2,7 +2,7 @@
 #include "shell/appstate.h"
 #include "shell/options.h"
 #include "shell/placement.h"
-#include "support/textrows.h"
+#include "support/table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -59,11 +59,11 @@ void SettingsTest::optionsComeBack() {
 }
 
 void SettingsTest::badNumbersAreRefused_data() {
-    testsupport::textColumns({"key", "text", "number"});
-    testsupport::textRow("letters", {"NumberRecShow", "many", "13"});
-    testsupport::textRow("empty", {"Layout", "", "13"});
-    testsupport::textRow("too large for 16 bits", {"ToolBarCaption", "32768", "6"});
-    testsupport::textRow("letters for a coordinate", {"MainWidth", "wide", "13"});
+    const testsupport::Table<QString, QString, QString> row("key", "text", "number");
+    row("letters", "NumberRecShow", "many", "13");
+    row("empty", "Layout", "", "13");
+    row("too large for 16 bits", "ToolBarCaption", "32768", "6");
+    row("letters for a coordinate", "MainWidth", "wide", "13");
 }
 
 void SettingsTest::badNumbersAreRefused() {
