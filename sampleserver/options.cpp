@@ -31,8 +31,8 @@ class OptionsReader {
         m_parser.setApplicationDescription(
             QStringLiteral("A server on 127.0.0.1 that answers as SQL Server does, read-only, for trying "
                            "and testing."));
-        m_parser.addOptions({m_port, m_nextFree, m_script, m_noData, m_large, m_many, m_details, m_idle,
-                             m_seconds, m_megabytes, m_stay, m_help});
+        m_parser.addOptions({m_port, m_nextFree, m_script, m_strict, m_noData, m_large, m_many, m_details,
+                             m_idle, m_seconds, m_megabytes, m_stay, m_help});
     }
 
     std::variant<Options, OptionsRefusal> read(const QStringList& arguments) {
@@ -45,6 +45,7 @@ class OptionsReader {
         options.sampleData = !m_parser.isSet(m_noData);
         options.stayWithStdin = m_parser.isSet(m_stay);
         options.scripts = m_parser.values(m_script);
+        options.strict = m_parser.isSet(m_strict);
         bool good = false;
         options.port = m_parser.value(m_port).toUShort(&good);
         if (!good) return refusal("'%1' is no port.", m_parser.value(m_port));
@@ -111,6 +112,7 @@ class OptionsReader {
     QCommandLineOption m_port = option("port", "Listens on port <N>; 0 takes any free one.", "N", "1433");
     QCommandLineOption m_nextFree = option("next-free-port", "Takes the next port that is free.");
     QCommandLineOption m_script = option("script", "Runs a T-SQL script first. Can be repeated.", "FILE");
+    QCommandLineOption m_strict = option("strict", "Refuses scripts that are not understood wholly.");
     QCommandLineOption m_noData = option("no-sample-data", "Leaves the sample databases out.");
     QCommandLineOption m_large =
         option("large", "Adds a database Large; given twice, a second one Large2.", "TABLES,COLUMNS[,ROWS]");

@@ -39,6 +39,7 @@ struct Options {
     int querySeconds = 300;            ///< of work for one batch
     int queryMegabytes = 512;          ///< of memory for one batch
     QStringList scripts;               ///< files, in order
+    bool strict = false;               ///< refuse scripts with statements that would be passed over
     std::vector<LargeDatabase> large;  ///< two at most, named Large and Large2
     std::optional<ManyDatabases> many;
     std::optional<DetailsDatabase> details;  ///< named Details

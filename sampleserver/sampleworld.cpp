@@ -3,10 +3,11 @@
 #include "data/samplescripts.h"
 #include "engine/session/generated.h"
 #include "engine/session/scriptreader.h"
-#include "engine/values/sqlerror.h"
 
 #include <QFile>
 #include <QStringDecoder>
+
+#include <cstdio>
 
 namespace sampleserver {
 
@@ -28,32 +29,42 @@ QString readScript(const QString& fileName) {
     return decodeScript(file.readAll());
 }
 
-/// Runs a step that fills the world, and tells an error together with what it stands in.
-template <typename Step>
-void tellingWhere(const QString& where, Step step) {
-    try {
-        step();
-    } catch (const engine::SqlError& error) {
-        const engine::SqlMessage& message = error.message();
-        throw ScriptFailure(QStringLiteral("%1:%2: error %3: %4")
-                                .arg(where)
-                                .arg(message.line)
-                                .arg(message.number)
-                                .arg(message.text)
-                                .toLocal8Bit()
-                                .toStdString());
-    }
+QString located(const QString& where, const engine::SqlMessage& message) {
+    return QStringLiteral("%1:%2: error %3: %4\n")
+        .arg(where)
+        .arg(message.line)
+        .arg(message.number)
+        .arg(message.text);
+}
+
+void runScriptFile(engine::World& world, const QString& fileName, bool strict) {
+    const engine::ScriptReport report = engine::ScriptReader(world).read(readScript(fileName));
+    QString told;
+    for (const engine::SqlMessage& passed : report.passedOver)
+        told += QStringLiteral("%1:%2: passed over: %3\n").arg(fileName).arg(passed.line).arg(passed.text);
+    for (const engine::SqlMessage& mistake : report.mistakes)
+        told += located(fileName, mistake);
+    if (told.isEmpty()) return;
+    told += QStringLiteral("%1: %2 understood, %3 passed over, %4 refused")
+                .arg(fileName)
+                .arg(report.understood)
+                .arg(report.passedOver.size())
+                .arg(report.mistakes.size());
+    if (strict || !report.mistakes.empty()) throw ScriptFailure(told.toLocal8Bit().toStdString());
+    std::fprintf(stderr, "%s\n", qPrintable(told));
 }
 
 void runScripts(engine::World& world, const Options& options) {
-    if (options.sampleData) {
-        for (const sampledata::SampleScript& script : sampledata::sampleScripts())
-            tellingWhere(script.name, [&] { engine::runScript(world, script.text); });
+    for (const sampledata::SampleScript& script : sampledata::sampleScripts()) {
+        if (!options.sampleData) break;
+        try {
+            engine::runScript(world, script.text);
+        } catch (const engine::SqlError& error) {
+            throw ScriptFailure(located(script.name, error.message()).toLocal8Bit().toStdString());
+        }
     }
-    for (const QString& fileName : options.scripts) {
-        const QString text = readScript(fileName);
-        tellingWhere(fileName, [&] { engine::runScript(world, text); });
-    }
+    for (const QString& fileName : options.scripts)
+        runScriptFile(world, fileName, options.strict);
 }
 
 void addGenerated(engine::World& world, const Options& options) {
@@ -75,8 +86,14 @@ void addGenerated(engine::World& world, const Options& options) {
 std::shared_ptr<const engine::World> makeWorld(const Options& options) {
     auto world = std::make_shared<engine::World>();
     runScripts(*world, options);
-    tellingWhere(QStringLiteral("generated databases"), [&] { addGenerated(*world, options); });
-    tellingWhere(QStringLiteral("system tables"), [&] { world->seal(); });
+    try {
+        addGenerated(*world, options);
+        world->seal();
+    } catch (const engine::SqlError& error) {
+        throw ScriptFailure(located(QStringLiteral("databases of the server's own"), error.message())
+                                .toLocal8Bit()
+                                .toStdString());
+    }
     return world;
 }
 

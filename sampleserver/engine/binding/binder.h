@@ -34,6 +34,9 @@ class Binder {
     BoundQuery query(const ast::Query& query, qint64 rowLimit);
     /// An expression that stands alone, without tables.
     Bound constantExpression(const ast::Expr& expr);
+    /// An expression over the columns of one row of a table, which stand in SQLite's table itself. Throws
+    /// SqlError 1046 for a subquery.
+    Bound rowExpression(const ast::Expr& expr, const Database& database, const Table& table);
 
   private:
     /// One SELECT, its parts not yet put together.

@@ -34,6 +34,20 @@ Bound Binder::constantExpression(const ast::Expr& expr) {
     return expression(expr, scope);
 }
 
+Bound Binder::rowExpression(const ast::Expr& expr, const Database& database, const Table& table) {
+    Scope scope(nullptr);
+    Source& source = scope.sources.emplace_back();
+    source.database = &database;
+    source.table = &table;
+    source.sqlName = u'"' + table.storage + u'"';
+    scope.last = 1;
+    Bound result = expression(expr, scope);
+    if (!result.hasQuery) return result;
+    throw SqlError(
+        1046, 15,
+        QStringLiteral("Subqueries are not allowed in this context. Only scalar expressions are allowed."));
+}
+
 Bound Binder::bound(const ast::Literal& node, Scope&) {
     Bound result = boundConstant(node.value, node.type, m_emission);
     result.isWritten = true;

@@ -15,6 +15,7 @@ Value optionalNumber(const std::optional<int>& number) {
 /// "int identity", "numeric() identity"
 QString shownTypeName(const Column& column) {
     if (column.sysname) return QStringLiteral("sysname");
+    if (!column.userType.isEmpty()) return column.userType;
     const QString name = typeName(column.type.id);
     if (!column.identity) return name;
     return name + (isDecimal(column.type.id) ? QLatin1String("() identity") : QLatin1String(" identity"));

@@ -19,17 +19,37 @@ bool isVariable(TypeId id) {
     return id == TypeId::VarChar || id == TypeId::NVarChar || id == TypeId::VarBinary;
 }
 
-void appendColumn(SystemRows& rows, const Table& table, const Column& column, int position) {
+// Types of users' making are numbered from here.
+constexpr int firstXUserType = 257;
+constexpr int firstUserType = 101;
+
+/// From 1; 0 for a column of no such type.
+int userTypeNumber(const Database& database, const QString& name) {
+    for (size_t i = 0; !name.isEmpty() && i < database.userTypes.size(); ++i) {
+        if (nameKey(database.userTypes[i].name) == nameKey(name)) return static_cast<int>(i) + 1;
+    }
+    return 0;
+}
+
+void appendColumn(SystemRows& rows, const Database& database, const Table& table, const Column& column,
+                  int position) {
     const SystemType& type = systemType(column.type.id);
     const int precision = catalogPrecision(column.type);
     const int scale = catalogScale(column.type);
     const bool sized = type.precision == 0 && !isDecimal(type.id);
+    const int made = userTypeNumber(database, column.userType);
+    const int xUserType = made > 0         ? firstXUserType + made - 1
+                          : column.sysname ? sysnameXUserType
+                                           : type.xtype;
+    const int userType = made > 0         ? firstUserType + made - 1
+                         : column.sysname ? sysnameUserType
+                                          : type.userType;
     const int status = (column.nullable ? nullableStatus : 0) | (column.identity ? identityStatus : 0);
     rows.append({column.name,
                  table.id,
                  type.xtype,
                  0,
-                 column.sysname ? sysnameXUserType : type.xtype,
+                 xUserType,
                  typeBytes(column.type),
                  sized ? 0 : precision,
                  std::max(0, scale),
@@ -44,13 +64,13 @@ void appendColumn(SystemRows& rows, const Table& table, const Column& column, in
                  position,
                  Value(),
                  0,
-                 column.sysname ? sysnameUserType : type.userType,
+                 userType,
                  Value(),
                  status,
                  column.nullable ? type.tdsNullableType : type.tdsType,
                  orNull(precision),
                  orNull(scale),
-                 0,
+                 column.computedText.isEmpty() ? 0 : 1,
                  0,
                  column.nullable ? 1 : 0});
 }
@@ -81,7 +101,7 @@ void fillColumns(const Database& database) {
     for (const auto& table : database.tables) {
         int position = 0;
         for (const Column& column : table->columns)
-            appendColumn(columns, *table, column, ++position);
+            appendColumn(columns, database, *table, column, ++position);
     }
     SystemRows types(database, "systypes");
     constexpr int last = static_cast<int>(TypeId::UniqueIdentifier);
@@ -92,6 +112,11 @@ void fillColumns(const Database& database) {
     }
     appendType(types, {.id = TypeId::NVarChar, .length = 128}, QStringLiteral("sysname"), sysnameXUserType,
                sysnameUserType, false);
+    int made = 0;
+    for (const UserType& type : database.userTypes) {
+        appendType(types, type.type, type.name, firstXUserType + made, firstUserType + made, type.nullable);
+        ++made;
+    }
 }
 
 }  // namespace engine

@@ -19,7 +19,7 @@ bool isNull(const Value& value) {
 
 }  // namespace
 
-RowInserter::RowInserter(Database& database, Table& table, bool identityInsert)
+RowInserter::RowInserter(const World& world, Database& database, Table& table, bool identityInsert)
     : m_database(database),
       m_table(table),
       m_identityInsert(identityInsert),
@@ -31,7 +31,19 @@ RowInserter::RowInserter(Database& database, Table& table, bool identityInsert)
             {.index = &index,
              .statement = StoreStatement(database.keeper, existsStatement(table, index.columns))});
     }
+    for (const Check& check : table.checks) {
+        if (!check.disabled)
+            m_checks.emplace_back(&check,
+                                  RowRule::condition(world, database, table, check.text).breach(true));
+    }
+    for (size_t i = 0; i < table.columns.size(); ++i) {
+        const QString& text = table.columns[i].computedText;
+        if (!text.isEmpty())
+            m_computations.push_back(
+                RowRule::computation(world, database, table, text).update(static_cast<int>(i), true));
+    }
     for (const ForeignKey& key : table.foreignKeys) {
+        if (key.disabled) continue;
         const Table* referenced = database.findTable(key.referencedOwner, key.referencedTable, table.owner);
         m_foreignKeys.push_back(
             {.key = &key,
@@ -47,7 +59,7 @@ void RowInserter::insert(const std::vector<int>& columns, const std::vector<Cons
     for (size_t i = 0; i < given.size(); ++i) {
         m_row[i] = valueFor(i, given[i]);
         const Column& column = m_table.columns[i];
-        if (!isNull(m_row[i]) || column.nullable) continue;
+        if (!isNull(m_row[i]) || column.nullable || !column.computedText.isEmpty()) continue;
         throw SqlError(
             515, 16,
             QStringLiteral("Cannot insert the value NULL into column '%1', table '%2'; column does not "
@@ -57,6 +69,11 @@ void RowInserter::insert(const std::vector<int>& columns, const std::vector<Cons
     }
     checkUnique();
     m_appender.append(m_row);
+    for (StoreStatement& computation : m_computations) {
+        computation.step();
+        computation.reset();
+    }
+    checkChecks();
     checkForeignKeys();
 }
 
@@ -133,6 +150,23 @@ void RowInserter::checkUnique() {
             QStringLiteral("Violation of %1 constraint '%2'. Cannot insert duplicate key in object '%3'.")
                 .arg(index.primaryKey ? QStringLiteral("PRIMARY KEY") : QStringLiteral("UNIQUE KEY"),
                      index.name, m_table.name));
+    }
+}
+
+void RowInserter::checkChecks() {
+    for (auto& [check, breach] : m_checks) {
+        const bool broken = breach.step();
+        breach.reset();
+        if (!broken) continue;
+        const bool atColumn = !check->column.isEmpty();
+        QString text =
+            QStringLiteral(
+                "INSERT statement conflicted with %1 CHECK constraint '%2'. The conflict occurred in "
+                "database '%3', table '%4'")
+                .arg(atColumn ? QStringLiteral("COLUMN") : QStringLiteral("TABLE"), check->name,
+                     m_database.name, m_table.name);
+        if (atColumn) text += QStringLiteral(", column '%1'").arg(check->column);
+        throw SqlError(547, 16, text + QLatin1Char('.'));
     }
 }
 

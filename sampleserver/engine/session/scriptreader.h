@@ -1,34 +1,51 @@
 #pragma once
 
-#include "engine/catalog/world.h"
+#include "engine/session/scriptqueries.h"
 #include "engine/syntax/tokencursor.h"
+
+#include <vector>
 
 namespace engine {
 
+/// What became of a script. Lines are its own.
+struct ScriptReport {
+    int understood = 0;                  ///< statements
+    std::vector<SqlMessage> passedOver;  ///< statements that were not run, by their first words
+    std::vector<SqlMessage> mistakes;    ///< what is wrong in it
+};
+
 /// Reads a T-SQL script into a world, batch by batch, beginning in master as its owner.
 ///
-/// It knows USE, CREATE DATABASE, CREATE TABLE, CREATE INDEX, CREATE STATISTICS, ALTER TABLE .. ADD, INSERT
-/// .. VALUES (also of several rows), GRANT, DENY and REVOKE on tables, the procedures of scriptsecurity.h,
-/// SET of the usual options, PRINT, and IF EXISTS (..) DROP .. for what does not exist. Anything else ends
-/// the script with an error that names its line; nothing is skipped silently but what has no effect on a
-/// client: files, filegroups, fill factors.
+/// What bears on the catalog and its rows is run: USE, CREATE DATABASE, CREATE TABLE, CREATE INDEX, CREATE
+/// STATISTICS, ALTER TABLE .. ADD and .. [NO]CHECK CONSTRAINT, INSERT, GRANT, DENY and REVOKE on tables, the
+/// procedures of scriptsecurity.h, SET of the usual options. IF is taken by its words: "not exists" and "is
+/// null" hold, since a script only adds; what is dropped must not be there. Everything else is passed over
+/// and told.
 class ScriptReader {
   public:
-    explicit ScriptReader(World& world);
+    /// Without `stopsAtFirst` it reads on behind a mistake, so that all are told.
+    explicit ScriptReader(World& world, bool stopsAtFirst = false);
 
-    /// Throws SqlError with the line of the script.
-    void run(const QString& script);
+    ScriptReport read(const QString& script);
 
   private:
+    bool goesOn() const;
+    void batch(const ScriptBatch& batch);
+    void next(TokenCursor& tokens);
+    void pass(TokenCursor& tokens);
     void statement(TokenCursor& tokens);
-    bool definition(TokenCursor& tokens);
+    void definition(TokenCursor& tokens);
+    void alterTable(TokenCursor& tokens);
     void useDatabase(TokenCursor& tokens);
     void createDatabase(TokenCursor& tokens);
     void insert(TokenCursor& tokens);
     void insertRows(TokenCursor& tokens, Database& database, Table& table, const std::vector<int>& columns,
                     bool columnsNamed);
+    Constant value(TokenCursor& tokens, const Database& database);
     void setOption(TokenCursor& tokens);
-    void dropIfExists(TokenCursor& tokens);
+    void conditional(TokenCursor& tokens);
+    void block(TokenCursor& tokens, bool holds);
+    void drop(TokenCursor& tokens);
     void permission(TokenCursor& tokens);
     void procedure(TokenCursor& tokens);
 
@@ -37,10 +54,14 @@ class ScriptReader {
 
     World& m_world;
     Database* m_database;
+    ScriptQueries m_queries;
     const Table* m_identityInsert = nullptr;
+    const bool m_stopsAtFirst;
+    ScriptReport m_report;
 };
 
-/// Reads a script into a world that is not sealed. What stood before a failing statement stays done.
+/// Reads a script that must be understood wholly into a world that is not sealed. Throws SqlError for the
+/// first mistake, or for what would be passed over (50000).
 void runScript(World& world, const QString& script);
 
 }  // namespace engine

@@ -1,6 +1,7 @@
 #include "engine/session/scriptsecurity.h"
 
 #include "engine/catalog/securityids.h"
+#include "engine/syntax/ddlparser.h"
 #include "engine/values/sqlerror.h"
 
 namespace engine {
@@ -68,6 +69,20 @@ void addLogin(World& world, const ScriptArguments& arguments) {
         login.defaultDatabase = database;
     }
     world.addLogin(login);
+}
+
+void addType(Database& database, const ScriptArguments& arguments, const QString& procedure) {
+    const QString name = required(arguments, 1, "@typename", procedure);
+    TokenCursor tokens(required(arguments, 2, "@phystype", procedure), 1);
+    UserType type{.name = name, .type = parseType(tokens, name)};
+    if (!tokens.atEnd()) throw tokens.unexpected();
+    const QString nulls = argument(arguments, 3, "@nulltype").simplified();
+    type.nullable = nulls.compare(QLatin1String("not null"), Qt::CaseInsensitive) != 0;
+    for (const UserType& other : database.userTypes) {
+        if (nameKey(other.name) == nameKey(name))
+            throw SqlError(15180, 16, QStringLiteral("Cannot add type '%1': it exists already.").arg(name));
+    }
+    database.userTypes.push_back(type);
 }
 
 void addRoleMember(Database& database, const QString& role, const QString& member) {
@@ -150,6 +165,14 @@ ScriptArguments parseArguments(TokenCursor& tokens) {
     return arguments;
 }
 
+bool isScriptProcedure(const QString& name) {
+    static const QStringList known{QStringLiteral("sp_addlogin"),      QStringLiteral("sp_grantdbaccess"),
+                                   QStringLiteral("sp_adduser"),       QStringLiteral("sp_addtype"),
+                                   QStringLiteral("sp_addrole"),       QStringLiteral("sp_addrolemember"),
+                                   QStringLiteral("sp_changedbowner"), QStringLiteral("sp_dboption")};
+    return known.contains(name, Qt::CaseInsensitive);
+}
+
 void runScriptProcedure(World& world, Database& database, const QString& name,
                         const ScriptArguments& arguments) {
     const QString procedure = name.toLower();
@@ -161,6 +184,8 @@ void runScriptProcedure(World& world, Database& database, const QString& name,
         const QString role =
             procedure == QLatin1String("sp_adduser") ? argument(arguments, 3, "@grpname") : QString();
         if (!role.isEmpty()) addRoleMember(database, role, database.users.last());
+    } else if (procedure == QLatin1String("sp_addtype")) {
+        addType(database, arguments, procedure);
     } else if (procedure == QLatin1String("sp_addrole")) {
         const QString role = required(arguments, 1, "@rolename", procedure);
         if (isRole(database, role) || !database.findUser(role).isEmpty()) {

@@ -28,9 +28,12 @@ using ScriptArguments = QHash<QString, QString>;
 /// "'a', N'b', @c = 'd', null": an argument that is NULL is left out.
 ScriptArguments parseArguments(TokenCursor& tokens);
 
-/// Runs sp_addlogin, sp_grantdbaccess, sp_adduser, sp_addrole, sp_addrolemember, sp_changedbowner or
-/// sp_dboption (which changes nothing that a client can see). Throws SqlError 2812 for another procedure and
-/// the server's numbers for bad arguments.
+/// True for the procedures that runScriptProcedure() knows.
+bool isScriptProcedure(const QString& name);
+
+/// Runs sp_addlogin, sp_addtype, sp_grantdbaccess, sp_adduser, sp_addrole, sp_addrolemember, sp_changedbowner
+/// or sp_dboption (which changes nothing that a client can see). Throws SqlError 2812 for another procedure
+/// and the server's numbers for bad arguments.
 void runScriptProcedure(World& world, Database& database, const QString& name,
                         const ScriptArguments& arguments);
 

@@ -1,5 +1,6 @@
 #include "engine/session/tablebuilder.h"
 
+#include "engine/session/rowrule.h"
 #include "engine/store/keycolumns.h"
 #include "engine/store/rowstore.h"
 #include "engine/store/storage.h"
@@ -140,9 +141,10 @@ void TableBuilder::createTable(const TableDraft& draft) {
     made->storage = QLatin1Char('t') + QString::number(made->id);
     for (const ColumnDraft& column : draft.columns)
         addColumn(*made, column, draft);
+    computeColumns(*made);
     addKeys(*made, draft.keys, true);
     for (const CheckDraft& check : draft.checks)
-        addCheck(*made, check);
+        addCheck(*made, check, false);
     createStorage(m_database.keeper, *made);
     Table& table = m_database.addTable(std::move(made));
     for (const ForeignKeyDraft& key : draft.foreignKeys)
@@ -151,8 +153,10 @@ void TableBuilder::createTable(const TableDraft& draft) {
 
 void TableBuilder::alterTable(const TableDraft& draft) {
     Table& table = existingTable(draft.name, 4902);
+    if (draft.enable) return enableConstraints(table, draft);
     for (const ColumnDraft& column : draft.columns) {
         addColumn(table, column, draft);
+        computeColumns(table);
         addColumnToRows(table, column);
     }
     for (const DefaultDraft& value : draft.defaults) {
@@ -160,7 +164,7 @@ void TableBuilder::alterTable(const TableDraft& draft) {
     }
     addKeys(table, draft.keys, false);
     for (const CheckDraft& check : draft.checks)
-        addCheck(table, check);
+        addCheck(table, check, draft.checkExisting);
     for (const ForeignKeyDraft& key : draft.foreignKeys)
         addForeignKey(table, key, draft.checkExisting);
 }
@@ -171,6 +175,14 @@ void TableBuilder::addColumn(Table& table, const ColumnDraft& draft, const Table
     column.name = draft.name;
     column.type = draft.type;
     column.sysname = draft.sysname;
+    column.computedText = draft.computedText;
+    bool acceptsNulls = nullableByDefault(draft);
+    if (!draft.userType.isEmpty()) {
+        const UserType& made = userType(draft);
+        column.userType = made.name;
+        column.type = made.type;
+        acceptsNulls = made.nullable;
+    }
     const bool key = inPrimaryKey(statement, draft.name);
     if (key && draft.nullable.value_or(false)) {
         throw SqlError(
@@ -178,7 +190,7 @@ void TableBuilder::addColumn(Table& table, const ColumnDraft& draft, const Table
             QStringLiteral("Cannot define PRIMARY KEY constraint on nullable column in table '%1'.")
                 .arg(table.name));
     }
-    column.nullable = draft.nullable.value_or(!key && nullableByDefault(draft));
+    column.nullable = draft.nullable.value_or(!key && acceptsNulls);
     column.identity = draft.identity;
     column.identitySeed = draft.identitySeed;
     column.identityStep = draft.identityStep;
@@ -202,10 +214,65 @@ void TableBuilder::addDefault(Table& table, int column, const DefaultDraft& draf
     target.defaultText = draft.text;
 }
 
-void TableBuilder::addCheck(Table& table, const CheckDraft& draft) {
+const UserType& TableBuilder::userType(const ColumnDraft& draft) const {
+    for (const UserType& type : m_database.userTypes) {
+        if (nameKey(type.name) == nameKey(draft.userType)) return type;
+    }
+    throw SqlError(2715, 16,
+                   QStringLiteral("Column or parameter '%1': Cannot find data type %2.")
+                       .arg(draft.name, draft.userType));
+}
+
+/// The types of computed columns follow from the columns that they are computed of.
+void TableBuilder::computeColumns(Table& table) {
+    for (Column& column : table.columns) {
+        if (column.computedText.isEmpty()) continue;
+        const RowRule rule = RowRule::computation(m_world, m_database, table, column.computedText);
+        column.type = rule.type();
+        column.nullable = rule.nullable();
+    }
+}
+
+void TableBuilder::addCheck(Table& table, const CheckDraft& draft, bool withRows) {
     const int id = m_database.newObjectId();
-    table.checks.push_back(
-        {.name = constraintName(table, draft.name, "CK", draft.column, id), .id = id, .text = draft.text});
+    const Check check{.name = constraintName(table, draft.name, "CK", draft.column, id),
+                      .id = id,
+                      .text = draft.text,
+                      .column = draft.column};
+    RowRule::condition(m_world, m_database, table, check.text);
+    if (withRows) checkRows(table, check);
+    table.checks.push_back(check);
+}
+
+void TableBuilder::checkRows(const Table& table, const Check& check) {
+    if (!RowRule::condition(m_world, m_database, table, check.text).breach(false).step()) return;
+    throw SqlError(547, 16,
+                   QStringLiteral("ALTER TABLE statement conflicted with CHECK constraint '%1'. The conflict "
+                                  "occurred in database '%2', table '%3'.")
+                       .arg(check.name, m_database.name, table.name));
+}
+
+void TableBuilder::enableConstraints(Table& table, const TableDraft& draft) {
+    QStringList left = draft.constraints;
+    const auto isMeant = [&](const QString& name) {
+        if (draft.constraints.isEmpty()) return true;
+        const bool named = draft.constraints.contains(name, Qt::CaseInsensitive);
+        left.removeIf([&](const QString& other) { return nameKey(other) == nameKey(name); });
+        return named;
+    };
+    for (Check& check : table.checks) {
+        if (!isMeant(check.name)) continue;
+        if (*draft.enable && draft.checkExisting) checkRows(table, check);
+        check.disabled = !*draft.enable;
+    }
+    for (ForeignKey& key : table.foreignKeys) {
+        if (!isMeant(key.name)) continue;
+        const Table* referenced = m_database.findTable(key.referencedOwner, key.referencedTable, table.owner);
+        if (*draft.enable && draft.checkExisting) checkForeignKeyRows(table, key, *referenced);
+        key.disabled = !*draft.enable;
+    }
+    if (left.isEmpty()) return;
+    throw SqlError(4917, 16, QStringLiteral("Constraint '%1' does not exist.").arg(left.first()));
 }
 
 }  // namespace engine

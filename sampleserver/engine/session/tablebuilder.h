@@ -10,7 +10,7 @@ namespace engine {
 /// 1911, 1913 ..
 class TableBuilder {
   public:
-    explicit TableBuilder(Database& database) : m_database(database) {}
+    TableBuilder(const World& world, Database& database) : m_world(world), m_database(database) {}
 
     void createTable(const TableDraft& draft);
     void alterTable(const TableDraft& draft);
@@ -26,10 +26,15 @@ class TableBuilder {
     void addColumnToRows(Table& table, const ColumnDraft& draft);
     void addDefault(Table& table, int column, const DefaultDraft& draft);
     void addKeys(Table& table, const std::vector<KeyDraft>& keys, bool newTable);
-    void addCheck(Table& table, const CheckDraft& draft);
+    const UserType& userType(const ColumnDraft& draft) const;
+    void computeColumns(Table& table);
+    void addCheck(Table& table, const CheckDraft& draft, bool withRows);
+    void checkRows(const Table& table, const Check& check);
+    void enableConstraints(Table& table, const TableDraft& draft);
     void addForeignKey(Table& table, const ForeignKeyDraft& draft, bool checkRows);
     void checkForeignKeyRows(const Table& table, const ForeignKey& key, const Table& referenced);
 
+    const World& m_world;
     Database& m_database;
 };
 

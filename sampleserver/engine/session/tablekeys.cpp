@@ -1,3 +1,4 @@
+#include "engine/session/rowrule.h"
 #include "engine/session/tablebuilder.h"
 #include "engine/store/keycolumns.h"
 #include "engine/store/rowstore.h"
@@ -104,8 +105,9 @@ void TableBuilder::addColumnToRows(Table& table, const ColumnDraft& draft) {
     const Column& column = table.columns.back();
     const QByteArray stored = storageColumn(position).toUtf8();
     const bool rows = countRows(m_database.keeper, table) > 0;
+    const bool computed = !column.computedText.isEmpty();
     const bool fill = draft.defaultValue && (!column.nullable || draft.withValues);
-    if (rows && !column.nullable && !fill) {
+    if (rows && !column.nullable && !fill && !computed) {
         table.columns.pop_back();
         throw SqlError(
             4901, 16,
@@ -116,6 +118,8 @@ void TableBuilder::addColumnToRows(Table& table, const ColumnDraft& draft) {
     }
     executeStore(m_database.keeper, "ALTER TABLE " + tableIn(table) + " ADD COLUMN " + stored + ' ' +
                                         storageDeclaration(column.type).toUtf8());
+    if (computed)
+        RowRule::computation(m_world, m_database, table, column.computedText).update(position, false).step();
     if (!rows || !fill) return;
     const Constant value = evaluateDefault(column.defaultText);
     StoreStatement update(m_database.keeper, "UPDATE " + tableIn(table) + " SET " + stored + " = ?1");

@@ -19,6 +19,13 @@ struct RoleMember {
     QString user;
 };
 
+/// A type of a user's making.
+struct UserType {
+    QString name;
+    SqlType type;
+    bool nullable = true;
+};
+
 /// One database: its tables by owner and name, and the SQLite store of its rows.
 ///
 /// The store is an in-memory database under a URI of its own ("file:NAME?mode=memory&cache=shared"), so that
@@ -35,6 +42,7 @@ struct Database {
     QStringList users;                    ///< names in sysusers, dbo first; owners of tables are among them
     QHash<QString, QString> userOfLogin;  ///< nameKey(login) -> user; sa is always dbo
     QStringList roles;                    ///< beside the fixed ones
+    std::vector<UserType> userTypes;      ///< made by sp_addtype
     std::vector<RoleMember> roleMembers;  ///< beside dbo, who is always in db_owner
     bool guest = true;                    ///< a login without a user may enter as guest
 

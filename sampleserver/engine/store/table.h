@@ -23,8 +23,9 @@ struct Column {
     QString defaultText;      ///< as written, in parentheses as the server keeps it; empty: none
     QString defaultName;      ///< name of the default's constraint
     int defaultId = 0;        ///< its object id
-    bool computed = false;
-    bool sysname = false;  ///< declared as sysname, an nvarchar(128) with a name of its own
+    QString computedText;     ///< what its values are computed by, in parentheses; empty: they are given
+    QString userType;         ///< the name of the type, where a user made it
+    bool sysname = false;     ///< declared as sysname, an nvarchar(128) with a name of its own
 };
 
 struct Index {
@@ -42,7 +43,9 @@ struct Index {
 struct Check {
     QString name;
     int id = 0;
-    QString text;  ///< as written, in parentheses
+    QString text;           ///< as written, in parentheses
+    QString column;         ///< the column it was written at; empty: at the table
+    bool disabled = false;  ///< by NOCHECK CONSTRAINT
 };
 
 struct ForeignKey {
@@ -52,6 +55,7 @@ struct ForeignKey {
     QString referencedOwner;
     QString referencedTable;
     std::vector<int> referenced;  ///< positions in the referenced table
+    bool disabled = false;        ///< by NOCHECK CONSTRAINT
 };
 
 struct Table {

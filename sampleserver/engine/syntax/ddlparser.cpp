@@ -8,18 +8,25 @@ QString optionalConstraintName(TokenCursor& tokens) {
     return tokens.accept("constraint") ? tokens.name() : QString();
 }
 
+/// "ON [PRIMARY]" or "ON scheme (column)".
 void skipFilegroup(TokenCursor& tokens) {
-    if (tokens.accept("on")) tokens.accept("primary") ? void() : void(tokens.name());
+    if (!tokens.accept("on")) return;
+    tokens.accept("primary") ? void() : void(tokens.name());
+    if (tokens.isSymbol("(")) tokens.parenthesised();
 }
 
 /// "WITH FILLFACTOR = n, PAD_INDEX": how full the pages are is nothing a client can see.
 void skipIndexOptions(TokenCursor& tokens) {
-    if (tokens.accept("with")) {
+    if (tokens.is("with") && tokens.peek(1).isSymbol(QLatin1String("("))) {
+        tokens.take();
+        tokens.parenthesised();
+    } else if (tokens.accept("with")) {
         do {
             if (tokens.accept("fillfactor")) {
                 tokens.expectSymbol("=");
                 tokens.integer();
-            } else if (!tokens.accept("pad_index") && !tokens.accept("statistics_norecompute")) {
+            } else if (!tokens.accept("pad_index") && !tokens.accept("statistics_norecompute") &&
+                       !tokens.accept("drop_existing") && !tokens.accept("ignore_dup_key")) {
                 throw tokens.unexpected();
             }
         } while (tokens.acceptSymbol(","));
@@ -59,7 +66,7 @@ KeyDraft parseKey(TokenCursor& tokens, const QString& name, const QString& colum
     key.primary = tokens.accept("primary");
     tokens.expect(key.primary ? "key" : "unique");
     key.clustered = clusteredOption(tokens);
-    key.columns = column.isEmpty() || tokens.isSymbol("(") ? tokens.nameList() : QStringList{column};
+    key.columns = column.isEmpty() || tokens.isSymbol("(") ? tokens.keyList() : QStringList{column};
     skipIndexOptions(tokens);
     return key;
 }
@@ -86,6 +93,12 @@ ForeignKeyDraft parseForeignKey(TokenCursor& tokens, const QString& name, const 
     while (tokens.is("on") && (tokens.is("delete", 1) || tokens.is("update", 1))) {
         tokens.take();
         tokens.take();
+        // What happens to rows is nothing that the catalog tells.
+        if (tokens.accept("cascade")) continue;
+        if (tokens.accept("set")) {
+            if (!tokens.accept("null")) tokens.expect("default");
+            continue;
+        }
         tokens.expect("no");
         tokens.expect("action");
     }
@@ -96,8 +109,10 @@ ForeignKeyDraft parseForeignKey(TokenCursor& tokens, const QString& name, const 
 bool acceptColumnAttribute(TokenCursor& tokens, ColumnDraft& column) {
     if (tokens.accept("null")) {
         column.nullable = true;
-    } else if (tokens.accept("rowguidcol")) {
+    } else if (tokens.accept("rowguidcol") || tokens.accept("sparse") || tokens.accept("persisted")) {
         return true;
+    } else if (tokens.accept("collate")) {
+        tokens.name();
     } else if (tokens.is("not")) {
         tokens.take();
         tokens.expect("null");
@@ -145,6 +160,21 @@ void parseColumnConstraints(TokenCursor& tokens, ColumnDraft& column, TableDraft
     }
 }
 
+/// The expression of a computed column, up to what may follow it.
+QString computedText(TokenCursor& tokens) {
+    if (tokens.atEnd()) throw tokens.unexpected();
+    const Token first = tokens.peek();
+    while (!tokens.atEnd() && !tokens.isSymbol(",") && !tokens.isSymbol(")") && !tokens.is("persisted") &&
+           !tokens.is("constraint") && !tokens.is("not") && !tokens.is("primary") && !tokens.is("unique") &&
+           !tokens.is("check")) {
+        if (tokens.isSymbol("("))
+            tokens.parenthesised();
+        else
+            tokens.take();
+    }
+    return QLatin1Char('(') + tokens.textSince(first) + QLatin1Char(')');
+}
+
 void parseColumn(TokenCursor& tokens, TableDraft& table) {
     ColumnDraft column;
     column.name = tokens.name();
@@ -152,8 +182,13 @@ void parseColumn(TokenCursor& tokens, TableDraft& table) {
     if (column.name.compare(QLatin1String("timestamp"), Qt::CaseInsensitive) == 0 &&
         tokens.peek().kind == TokenKind::Symbol) {
         column.type = {.id = TypeId::Timestamp, .length = 8};
-    } else {
+    } else if (tokens.accept("as")) {
+        column.computedText = computedText(tokens);
+    } else if (isTypeName(tokens)) {
         column.type = parseType(tokens, column.name, &column.sysname);
+    } else {
+        column.userType = tokens.objectName().name;
+        if (tokens.isSymbol("(")) tokens.parenthesised();
     }
     parseColumnConstraints(tokens, column, table);
     table.columns.push_back(std::move(column));
@@ -210,15 +245,22 @@ TableDraft parseAlterTable(TokenCursor& tokens) {
     if (tokens.accept("with")) {
         table.checkExisting = !tokens.is("nocheck");
         tokens.expect(table.checkExisting ? "check" : "nocheck");
+    } else if (tokens.is("check") || tokens.is("nocheck")) {
+        table.checkExisting = false;
     }
     if (tokens.is("check") || tokens.is("nocheck")) {
+        table.enable = tokens.is("check");
         tokens.take();
         tokens.expect("constraint");
+        if (tokens.accept("all")) return table;
         do {
-            if (!tokens.accept("all")) tokens.name();
+            table.constraints.append(tokens.name());
         } while (tokens.acceptSymbol(","));
         return table;
     }
+    for (const char* other : {"drop", "alter", "enable", "disable", "set", "switch", "rebuild"})
+        table.otherChange = table.otherChange || tokens.is(other);
+    if (table.otherChange) return table;
     tokens.expect("add");
     do {
         if (!acceptTableConstraint(tokens, table)) parseColumn(tokens, table);
@@ -237,7 +279,14 @@ IndexDraft parseCreateIndex(TokenCursor& tokens) {
     index.name = tokens.name();
     tokens.expect("on");
     index.table = tokens.objectName();
-    index.columns = tokens.nameList();
+    index.columns = tokens.keyList();
+    if (tokens.accept("include")) tokens.parenthesised();
+    // Which rows an index leaves out is nothing that the catalog tells.
+    if (tokens.accept("where")) {
+        while (!tokens.atEnd() && !tokens.isSymbol(";") && !tokens.is("with") && !tokens.is("on") &&
+               !tokens.startsLine())
+            tokens.take();
+    }
     if (!index.statistics) skipIndexOptions(tokens);
     return index;
 }

@@ -5,11 +5,10 @@
 namespace engine {
 
 /// "CREATE TABLE" has been taken. Reads to the end of the statement. Throws SqlError 102 for what it does not
-/// know (computed columns, COLLATE, cascading references, ASC and DESC) and the numbers of parseType().
+/// know and the numbers of parseType().
 TableDraft parseCreateTable(TokenCursor& tokens);
 
-/// "ALTER TABLE" has been taken; ADD of columns and constraints, and CHECK CONSTRAINT and NOCHECK CONSTRAINT,
-/// which change nothing here.
+/// "ALTER TABLE" has been taken; ADD of columns and constraints, CHECK CONSTRAINT and NOCHECK CONSTRAINT.
 TableDraft parseAlterTable(TokenCursor& tokens);
 
 /// "CREATE" has been taken, "[UNIQUE] [CLUSTERED | NONCLUSTERED] INDEX" or "STATISTICS" comes.
@@ -19,5 +18,8 @@ IndexDraft parseCreateIndex(TokenCursor& tokens);
 /// when the type was declared by that name. Throws SqlError 2715 (no such type), 2716 (no measure allowed),
 /// 131 (too long), 1001 (zero), 2750 (precision), 2751 (scale).
 SqlType parseType(TokenCursor& tokens, const QString& column, bool* sysname = nullptr);
+
+/// True where a name comes that is a type of the server's own or of a later server.
+bool isTypeName(const TokenCursor& tokens);
 
 }  // namespace engine

@@ -228,7 +228,7 @@ std::vector<Token> tokenize(const QString& batch, size_t most) {
 }
 
 std::vector<ScriptBatch> splitBatches(const QString& script) {
-    static const QRegularExpression separator(QStringLiteral("^\\s*go\\s*$"),
+    static const QRegularExpression separator(QStringLiteral("^\\s*go(\\s+\\d+)?\\s*;?\\s*$"),
                                               QRegularExpression::CaseInsensitiveOption);
     std::vector<ScriptBatch> batches;
     ScriptBatch batch;

@@ -18,6 +18,12 @@ class Parser {
     /// "@a int, @b nvarchar(10) OUTPUT": the parameters of a statement, which is all that the batch says.
     std::vector<std::pair<QString, SqlType>> parameters();
 
+    /// The query, or the expression, that the text begins with; `length` becomes that of its text.
+    ast::Query leadingQuery(qsizetype* length);
+    ast::ExprPtr leadingExpression(qsizetype* length);
+    /// A condition that is all of the text.
+    ast::ExprPtr wholeCondition();
+
   private:
     // Statements
     ast::Statement statement(bool first);

@@ -207,6 +207,24 @@ Declare Parser::declare() {
     return result;
 }
 
+Query Parser::leadingQuery(qsizetype* length) {
+    Query result = query();
+    *length = m_tokens.peek().begin;
+    return result;
+}
+
+ExprPtr Parser::leadingExpression(qsizetype* length) {
+    ExprPtr result = scalar();
+    *length = m_tokens.peek().begin;
+    return result;
+}
+
+ExprPtr Parser::wholeCondition() {
+    ExprPtr result = condition();
+    if (!m_tokens.atEnd()) m_tokens.failHere();
+    return result;
+}
+
 std::vector<std::pair<QString, SqlType>> Parser::parameters() {
     std::vector<std::pair<QString, SqlType>> result;
     while (!m_tokens.atEnd()) {

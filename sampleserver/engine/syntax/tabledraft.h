@@ -29,6 +29,8 @@ struct ColumnDraft {
     qint64 identitySeed = 1;
     qint64 identityStep = 1;
     std::optional<DefaultDraft> defaultValue;
+    QString computedText;     ///< of "name AS expression", in parentheses
+    QString userType;         ///< a type name that is none of the server's own
     bool withValues = false;  ///< rows that exist get the default of a nullable column, too
 };
 
@@ -60,7 +62,10 @@ struct TableDraft {
     std::vector<KeyDraft> keys;
     std::vector<CheckDraft> checks;
     std::vector<ForeignKeyDraft> foreignKeys;
-    bool checkExisting = true;  ///< ALTER TABLE without WITH NOCHECK
+    bool checkExisting = true;   ///< ALTER TABLE without WITH NOCHECK
+    std::optional<bool> enable;  ///< CHECK CONSTRAINT or NOCHECK CONSTRAINT
+    QStringList constraints;     ///< of them; empty for all
+    bool otherChange = false;    ///< ALTER TABLE with something else; its end was not looked for
 };
 
 struct IndexDraft {

@@ -103,6 +103,23 @@ QStringList TokenCursor::nameList() {
     return names;
 }
 
+QStringList TokenCursor::keyList() {
+    QStringList names;
+    expectSymbol("(");
+    do {
+        names.append(name());
+        if (!accept("asc")) accept("desc");
+    } while (acceptSymbol(","));
+    expectSymbol(")");
+    return names;
+}
+
+void TokenCursor::skip(qsizetype characters) {
+    const qsizetype target = peek().begin + characters;
+    while (!atEnd() && peek().begin < target)
+        take();
+}
+
 qint64 TokenCursor::integer() {
     const bool negative = isSymbol("-");
     if (negative || isSymbol("+")) take();

@@ -40,6 +40,8 @@ class TokenCursor {
     ObjectName objectName();
     /// "(a, b)"
     QStringList nameList();
+    /// "(a ASC, b DESC)": an order is read over, since no catalog here tells it.
+    QStringList keyList();
     /// A whole number with or without a sign.
     qint64 integer();
     /// "ON" or "OFF"
@@ -48,6 +50,16 @@ class TokenCursor {
     QString parenthesised();
     /// The batch's text from this token's beginning on, up to what has been taken.
     QString textSince(const Token& first) const;
+
+    /// All text from the next token on.
+    QString rest() const { return m_batch.mid(peek().begin); }
+    /// Goes on with the first token that begins `characters` or more behind the next one's beginning.
+    void skip(qsizetype characters);
+    /// Where the next token stands, to come back to.
+    size_t mark() const { return m_next; }
+    void rewind(size_t mark) { m_next = mark; }
+    /// True for a token that is the first of its line.
+    bool startsLine() const { return m_next == 0 || m_tokens[m_next - 1].line < peek().line; }
 
     /// Counts one level of nested syntax while it lives; refuses what would be nested too deeply.
     class Level {

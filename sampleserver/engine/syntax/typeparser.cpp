@@ -113,13 +113,29 @@ void checkMeasures(const Measures& measures, TypeId id, const QString& name, con
 
 }  // namespace
 
+bool isTypeName(const TokenCursor& tokens) {
+    static const QStringList spelled{QStringLiteral("national"), QStringLiteral("character"),
+                                     QStringLiteral("dec"), QStringLiteral("integer"),
+                                     QStringLiteral("double")};
+    SqlType type;
+    const QString& name = tokens.peek().text;
+    return spelled.contains(name, Qt::CaseInsensitive) || laterType(name, false, &type) ||
+           resolveType(name, -1, -1, -1, &type);
+}
+
 SqlType parseType(TokenCursor& tokens, const QString& column, bool* sysname) {
+    const bool longest = tokens.peek(1).isSymbol(QLatin1String("(")) && tokens.is("max", 2);
+    if (SqlType later; laterType(tokens.peek().text, longest, &later)) {
+        if (sysname != nullptr) *sysname = false;
+        tokens.take();
+        if (tokens.isSymbol("(")) tokens.parenthesised();
+        return later;
+    }
     const QString name = typeName(tokens);
     const Measures measures = parseMeasures(tokens);
     if (sysname != nullptr) *sysname = name == QLatin1String("sysname");
     SqlType type;
-    // rowversion came with a later server.
-    if (name == QLatin1String("rowversion") || !resolveType(name, -1, -1, -1, &type)) {
+    if (!resolveType(name, -1, -1, -1, &type)) {
         throw SqlError(
             2715, 16,
             QStringLiteral("Column or parameter '%1': Cannot find data type %2.").arg(column, name));

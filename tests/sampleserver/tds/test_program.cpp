@@ -97,6 +97,12 @@ void TestProgram::tellsWhereScriptFails() {
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.errors.startsWith(file + QStringLiteral(":6: error 2715: ")), qPrintable(run.errors));
 
+    const QString foreign = write("PRINT 'a'\nGO\nCREATE VIEW v AS SELECT 1\n");
+    const Run strict({QStringLiteral("--strict"), QStringLiteral("--script"), foreign});
+    QCOMPARE(strict.exitCode, 1);
+    QVERIFY2(strict.errors.contains(QStringLiteral(":3: passed over: CREATE VIEW v")),
+             qPrintable(strict.errors));
+
     const Run missing({QStringLiteral("--script"), m_folder.filePath(QStringLiteral("none.sql"))});
     QCOMPARE(missing.exitCode, 1);
     QVERIFY2(missing.errors.contains(QStringLiteral("none.sql")), qPrintable(missing.errors));

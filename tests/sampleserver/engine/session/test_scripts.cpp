@@ -17,6 +17,7 @@ class TestScripts : public QObject {
     void refuses();
     void insertsRows_data();
     void insertsRows();
+    void readsOn();
     void keepsWhatStoodBeforeAFailure();
     void refusesScriptsOnceSealed();
 };
@@ -57,6 +58,14 @@ void TestScripts::accepts_data() {
     row("same name for two owners",
         "exec sp_addlogin 'x' exec sp_grantdbaccess 'x'\n"
         "create table t (a int)\ncreate table x.t (a int)");
+    row("as people write",
+        "create table t (a int identity, b varchar(max) collate x, c bigint, d as a + 1 persisted, e "
+        "rowversion, "
+        "primary key clustered (a desc) with (pad_index = off) on [primary])\n"
+        "create table u (a int references t on delete cascade on update set null)\n"
+        "create nonclustered index i on t (c asc) include (b) with (fillfactor = 80)\n"
+        "if not exists (select * from sysobjects where name = 'v') begin\n create table v (a int)\nend\n"
+        "GO 2\nexec sp_addtype 'money2', 'decimal(9,2)', 'not null'\ncreate table w (a money2)");
     row("permissions",
         "exec sp_addlogin 'x'\nexec sp_grantdbaccess 'x'\ncreate table t (a int)\n"
         "grant all on t to x, public\ndeny select, update on dbo.t to x\nrevoke select on t from x");
@@ -75,21 +84,22 @@ void TestScripts::refuses_data() {
     };
     // Syntax: the line is that of the token.
     row("102 at 2", "unknown statement", "print 'a'\nfrobnicate");
-    row("102 at 4", "line in a later batch", "print 'a'\nGO\nprint 'b'\nselect 1");
+    row("50000 at 4", "line in a later batch", "print 'a'\nGO\nprint 'b'\nselect 1");
     row("105 at 2", "open quotation", "print 'a'\nprint 'b");
     row("113 at 1", "open comment", "/* never ends");
-    row("102 at 3", "collation", "create table t (\n a int,\n b varchar(5) collate x)");
-    row("156 at 1", "computed column", "create table t (a int, b as a + 1)");
-    row("102 at 1", "cascade", "create table t (a int primary key, b int references t on delete cascade)");
-    row("102 at 1", "descending key", "create table t (a int, primary key (a desc))");
-    row("102 at 1", "varchar(max)", "create table t (a varchar(max))");
     row("102 at 1", "missing parenthesis", "create table t (a int");
     row("102 at 1", "constraint without a kind", "create table t (a int constraint c)");
-    row("102 at 1", "update", "update t set a = 1");
+    row("50000 at 1", "update", "update t set a = 1");
+    row("2715 at 1", "unknown type", "create table t (a frob(3))");
+    row("156 at 1", "senseless check", "create table t (a int check (a > 0 and or))");
+    row("207 at 1", "check of no column", "create table t (a int check (b > 0))");
+    row("1046 at 1", "check by a query", "create table t (a int check (a > (select 1)))");
+    row("547 at 2", "check against rows",
+        "create table t (a int) insert t values (-1)\nalter table t add check (a > 0)");
+    row("4917 at 1", "constraint that is not there",
+        "create table t (a int) alter table t nocheck constraint c");
     row("156 at 1", "reserved word as a name", "create table order (a int)");
     // Types.
-    row("2715 at 1", "unknown type", "create table t (a datetime2)");
-    row("2715 at 1", "later type", "create table t (a rowversion)");
     row("131 at 1", "varchar too long", "create table t (a varchar(8001))");
     row("131 at 1", "nvarchar too long", "create table t (a nvarchar(4001))");
     row("1001 at 1", "length zero", "create table t (a char(0))");
@@ -152,6 +162,10 @@ void TestScripts::refuses_data() {
     row("2627 at 1", "two nulls", "create table t (a int unique) insert t values (null), (null)");
     row("2601 at 1", "unique index",
         "create table t (a int) create unique index i on t (a) insert t values (1), (1)");
+    row("547 at 1", "check", "create table t (a int check (a > 0), b int) insert t values (null, 1), (0, 1)");
+    row("547 at 3", "check switched on again",
+        "create table t (a int, constraint c check (a > 0)) alter table t nocheck constraint c\n"
+        "insert t values (-1)\nalter table t with check check constraint all");
     row("547 at 1", "foreign key",
         "create table t (a int primary key, b int references t) insert t values (1, 2)");
     row("544 at 1", "identity given", "create table t (a int identity, b int) insert t (a, b) values (1, 1)");
@@ -185,7 +199,7 @@ void TestScripts::refuses_data() {
     row("15014 at 1", "unknown role", "exec sp_addrolemember 'r', 'dbo'");
     row("201 at 1", "no argument", "exec sp_addlogin");
     row("4604 at 1", "deny to nobody", "create table t (a int) deny select on t to nobody");
-    row("2812 at 1", "unknown procedure", "exec sp_nothing 1");
+    row("50000 at 1", "unknown procedure", "exec sp_nothing 1");
     row("3701 at 2", "drop of what is there", "create table t (a int)\nif exists (select 1) drop table t");
 }
 
@@ -222,6 +236,16 @@ void TestScripts::insertsRows_data() {
         "insert t values ('12', 'x', 5, 1.50)\ninsert t values (cast('7' as int), convert(char(3), 8), 0, "
         "'')",
         texts("12|x|1|1.50\n7|8|0|"));
+    row("rows of a query",
+        "create table s (a int, b varchar(9))\ninsert s select 1, 'x' union all select 2, 'y'\n"
+        "create table t (a int, b varchar(9)) insert t (b, a) select upper(b), a * 10 from s order by a desc",
+        texts("20|Y\n10|X"));
+    row("computed", "create table t (a int, b as a * 2) insert t values (4) insert t (a) values (1 + 2)",
+        texts("4|8\n3|6"));
+    row("unchecked",
+        "create table t (a int, constraint c check (a > 0), constraint d check (a < 9))\n"
+        "alter table t nocheck constraint c\ninsert t values (-1)",
+        texts("-1"));
     row("long values",
         "create table t (a int, t ntext) insert t values (1, replicate(N'ab', 40000))\n"
         "create table n (a int) ",
@@ -239,6 +263,26 @@ void TestScripts::insertsRows() {
     QTEST(probe.rows(longText ? QStringLiteral("select a, length(t) from t")
                               : QStringLiteral("select * from t")),
           "rows");
+}
+
+void TestScripts::readsOn() {
+    engine::World world;
+    const engine::ScriptReport report = engine::ScriptReader(world).read(QStringLiteral(
+        ":setvar name shelf\n:on error exit\nCREATE DATABASE d\nGO\nUSE d\nGO\n"
+        "CREATE VIEW v AS\nSELECT 1\nGO\nCREATE TABLE $(name) (a int)\nUPDATE shelf\nSET a = 1\n"
+        "IF @@ERROR <> 0\nBEGIN\n  RAISERROR ('no', 16, 1)\nEND\nCREATE TABLE bad (a nosuch)\n"
+        "GRANT EXECUTE ON p TO public\nINSERT shelf VALUES ('x')\nCREATE TABLE last (a int)\n"));
+    QStringList passed;
+    for (const engine::SqlMessage& message : report.passedOver)
+        passed += QString::number(message.line) + u' ' + message.text;
+    QCOMPARE(passed.join(u';'), QStringLiteral("2 :on error exit;7 CREATE VIEW v;11 UPDATE shelf SET;"
+                                               "13 IF @@ERROR <>;18 GRANT EXECUTE ON"));
+    QStringList mistakes;
+    for (const engine::SqlMessage& message : report.mistakes)
+        mistakes += QStringLiteral("%1 %2").arg(message.line).arg(message.number);
+    QCOMPARE(mistakes.join(u';'), QStringLiteral("17 2715;19 245"));
+    QCOMPARE(report.understood, 4);
+    QVERIFY(world.findDatabase(QStringLiteral("d"))->findTable({}, QStringLiteral("last"), {}) != nullptr);
 }
 
 void TestScripts::keepsWhatStoodBeforeAFailure() {
