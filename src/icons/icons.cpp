@@ -14,7 +14,8 @@ namespace tw {
 QIcon icon(const QString& name) {
     [[maybe_unused]] static const bool registered = registerDrawings();
     const QString path = QStringLiteral(":/icons/%1.svg").arg(name);
-    return QFile::exists(path) ? QIcon(path) : QIcon();
+    Q_ASSERT(QFile::exists(path));
+    return QIcon(path);
 }
 
 }  // namespace tw
