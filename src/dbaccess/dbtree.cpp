@@ -1,6 +1,7 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
 #include "dbaccess/failingstep.h"
+#include "dbaccess/patience.h"
 #include "platform/ado/error.h"
 #include "platform/controls/nodes.h"
 
@@ -38,19 +39,6 @@ void addTables(Nodes& tree, Node& database, const ado::Connection& connection) {
         skipFailing([&] { tables.add(database.text + text, text, Table, Table); });
     });
 }
-
-/// Ends the waiting for a server that has fallen silent, which would last a whole time-out per database. One
-/// slow database is no sign of that, two in a row are.
-class Patience {
-  public:
-    bool isOver() const { return m_timeOutsInARow >= 2; }
-    void note(qint32 failure) {
-        m_timeOutsInARow = failure == ado::numbers::TimeOut ? m_timeOutsInARow + 1 : 0;
-    }
-
-  private:
-    int m_timeOutsInARow = 0;
-};
 
 /// A database whose own key is taken is left out with all that is in it.
 void addDatabase(Nodes& tree, Node& root, const QString& name, const QString& connectionString,

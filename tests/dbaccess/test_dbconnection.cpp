@@ -1,5 +1,6 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
+#include "dbaccess/patience.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -16,6 +17,8 @@ class TestDBConnection : public QObject {
     void namesServer();
     void leavesOut_data();
     void leavesOut();
+    void patience_data();
+    void patience();
 };
 
 void TestDBConnection::textHelpers_data() {
@@ -78,6 +81,23 @@ void TestDBConnection::leavesOut() {
     QFETCH(QString, name);
     QTEST(tw::catalog::isSystemDatabase(name), "systemDatabase");
     QTEST(tw::catalog::isHiddenTable(name), "hiddenTable");
+}
+
+void TestDBConnection::patience_data() {
+    const testsupport::Table<QList<qint32>, bool> row("failures", "over");
+    const qint32 timeOut = ado::numbers::TimeOut;
+    row("one slow database", {0, timeOut}, false);
+    row("two in a row", {timeOut, timeOut}, true);
+    row("two apart", {timeOut, 0, timeOut}, false);
+    row("a refusal between", {timeOut, ado::numbers::Unspecified, timeOut}, false);
+}
+
+void TestDBConnection::patience() {
+    QFETCH(QList<qint32>, failures);
+    tw::Patience patience;
+    for (const qint32 failure : failures)
+        patience.note(failure);
+    QTEST(patience.isOver(), "over");
 }
 
 QTEST_GUILESS_MAIN(TestDBConnection)
