@@ -5,10 +5,13 @@
 #include "platform/desktop/programend.h"
 #include "support/answers.h"
 #include "support/picking.h"
+#include "support/rowtexts.h"
 #include "support/table.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
@@ -26,6 +29,7 @@ class TestCompareLife : public QObject {
     void closedUnderAMessageBox();
     void closingTheResultClosesItsProgress();
     void endsWhileChoosing();
+    void wholeRoad_data();
     void wholeRoad();
 
   private:
@@ -196,8 +200,16 @@ void TestCompareLife::endsWhileChoosing() {
     QVERIFY(comparing.frame.findChild<tw::frmCompareResult*>() == nullptr);
 }
 
+void TestCompareLife::wholeRoad_data() {
+    const testsupport::TextTable<QStringList> row("box", "headings");
+    row("chkIndex", {"2 Indexes|Index Table|Index Column"});
+    row("chkConstraint", {"1 Constraints|Constraint Table|Constraint Check"});
+    row("chkForeignKey", {"3 Foreign Keys|Foreign Table|Foreign Column|Reference Table|Reference Column"});
+}
+
 /// From the command through the dialog to a comparison that serves real events, and out of it by the frame.
 void TestCompareLife::wholeRoad() {
+    QFETCH(QString, box);
     const testsupport::Answers noBoxes;
     ComparingFrame comparing(m_server);
     comparing.activeDocument().connection()->setConnectionString(m_server.connectionString());
@@ -206,27 +218,27 @@ void TestCompareLife::wholeRoad() {
     const QRect document = comparing.frame.activeChild()->geometry();
     connect(&user, &QTimer::timeout, this, [&] {
         if (QWidget* dialog = QApplication::activeModalWidget()) {
-            const auto choose = [&](const char* list, const QString& text) {
-                QVERIFY(testsupport::pick(*dialog->findChild<QComboBox*>(QString::fromLatin1(list)), text));
-            };
-            for (const char* list : {"cbServer1", "cbServer2"})
-                choose(list, m_server.serverText());
-            for (const char* list : {"cbDatabase1", "cbDatabase2"})
-                choose(list, QStringLiteral("Workshop"));
+            for (const char* name : {"Server1", "Server2", "Database1", "Database2"}) {
+                auto* list = dialog->findChild<QComboBox*>(QStringLiteral("cb") + name);
+                QVERIFY(testsupport::pick(
+                    *list, name[0] == 'S' ? m_server.serverText() : QStringLiteral("Workshop")));
+            }
+            dialog->findChild<QCheckBox*>(box)->click();
             dialog->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
             return;
         }
         const auto* result = comparing.frame.findChild<tw::frmCompareResult*>();
-        if (result == nullptr || itemsOf(*result, 1).count() == 0) return;
-        sawRows = true;
-        QCOMPARE(result->parentWidget()->geometry(),
-                 tw::frmCompareResult::placeIn(comparing.frame.frameGeometry(), false, document));
-        user.stop();
-        comparing.frame.close();
+        if (result != nullptr && itemsOf(*result, 1).count() > 0) sawRows = true;
     });
     user.start(0);
     comparing.frame.tbToolBar_ButtonClick(QStringLiteral("Compare"));
     QVERIFY(sawRows);
+    const auto* result = comparing.frame.findChild<tw::frmCompareResult*>();
+    QTEST(testsupport::rowsOf(itemsOf(*result, 1)).filter(QRegularExpression(QStringLiteral("^[1-3] "))),
+          "headings");
+    QCOMPARE(result->parentWidget()->geometry(),
+             tw::frmCompareResult::placeIn(comparing.frame.frameGeometry(), false, document));
+    comparing.frame.close();
     QVERIFY(!comparing.frame.isVisible());
     QTRY_VERIFY(comparing.frame.findChild<tw::frmCompareResult*>() == nullptr);
 }

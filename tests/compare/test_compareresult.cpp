@@ -39,7 +39,6 @@ class TestCompareResult : public QObject {
     void standsOneAboveTheOther();
     void followsTheLayout();
     void comparesDatabases();
-    void leavesOutKinds();
     void queriesSystem1();
 
   private:
@@ -168,17 +167,6 @@ void TestCompareResult::comparesDatabases() {
              rowsWith(items1, tw::Comparison::Unmatched).size() +
                  rowsWith(items2, tw::Comparison::Unmatched).size());
     QTRY_COMPARE(listOf(result, 1).model()->rowCount(), items1.count());
-}
-
-void TestCompareResult::leavesOutKinds() {
-    ComparingFrame comparing(m_server);
-    tw::frmCompareResult& result = comparing.show(QStringLiteral("Part"), QStringLiteral("Part"));
-    result.setCompareIndex(0);
-    result.setCompareForeignKey(0);
-    result.Form_Load();
-    QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Constraint).size(), 1);
-    QCOMPARE(rowsWith(itemsOf(result, 1), tw::Comparison::Index).size(), 0);
-    QCOMPARE(rowsWith(itemsOf(result, 2), tw::Comparison::ForeignKey).size(), 0);
 }
 
 void TestCompareResult::queriesSystem1() {
