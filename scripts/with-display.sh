@@ -1,6 +1,6 @@
 #!/bin/sh
 # Runs a command on a virtual screen of its own with a window manager, and takes both down afterwards.
-# Usage: scripts/with-display.sh COMMAND [ARGUMENT..]
+# Usage: [TABLEWRIGHT_SCREEN=1280x800] scripts/with-display.sh COMMAND [ARGUMENT..]
 set -eu
 folder=$(mktemp -d)
 screen=''
@@ -15,7 +15,7 @@ trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 mkfifo "$folder/display"
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$folder/display" 2>"$folder/xvfb.log" &
+Xvfb -displayfd 3 -screen 0 "${TABLEWRIGHT_SCREEN:-1280x800}x24" -nolisten tcp 3>"$folder/display" 2>"$folder/xvfb.log" &
 screen=$!
 if ! read -r number <"$folder/display"; then
     cat "$folder/xvfb.log" >&2

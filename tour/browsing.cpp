@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QTest>
 
 namespace tour {
@@ -17,6 +18,7 @@ namespace tour {
 namespace {
 
 constexpr QSize UsualSize(1000, 700);
+constexpr QSize Border(16, 48);  // room for a window manager's frame
 constexpr QSize SmallestDocument(200, 200);
 
 /// A document window and what the user sees of it.
@@ -121,9 +123,10 @@ void walkBrowsing(Place& place) {
 
     stage.say(QStringLiteral("A table's columns and rows, a database's details, in both layouts"));
     place.frame.showNormal();
-    place.frame.resize(UsualSize);
+    const QSize size = UsualSize.boundedTo(place.frame.screen()->availableSize() - Border);
+    place.frame.resize(size);
     child.showMaximized();
-    stage.waitFor([&] { return place.frame.size() == UsualSize; }, QStringLiteral("the frame is smaller"));
+    stage.waitFor([&] { return place.frame.size() == size; }, QStringLiteral("the frame is smaller"));
     for (const char* layout : {"Horizontal", "Vertical"}) {
         const QString name = QString::fromLatin1(layout);
         stage.choose(place.frame, QStringLiteral("mnuView"), QStringLiteral("mnuView") + name);

@@ -10,10 +10,29 @@
 #include "support/sampleserverprocess.h"
 
 #include <QCommandLineParser>
+#include <QPalette>
 #include <QTemporaryDir>
 #include <QTextStream>
 
 namespace {
+
+/// What a desktop in dark colours hands to its programs.
+QPalette darkColours() {
+    QPalette dark(QColor(53, 53, 53));
+    for (const QPalette::ColorRole ground : {QPalette::Base, QPalette::ToolTipBase})
+        dark.setColor(ground, QColor(30, 30, 30));
+    dark.setColor(QPalette::AlternateBase, QColor(42, 42, 42));
+    for (const QPalette::ColorRole text :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+        dark.setColor(text, QColor(225, 225, 225));
+    for (const QPalette::ColorRole text : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        dark.setColor(QPalette::Disabled, text, QColor(130, 130, 130));
+    dark.setColor(QPalette::PlaceholderText, QColor(225, 225, 225, 128));
+    dark.setColor(QPalette::Highlight, QColor(42, 110, 180));
+    dark.setColor(QPalette::HighlightedText, Qt::white);
+    dark.setColor(QPalette::Link, QColor(110, 170, 255));
+    return dark;
+}
 
 /// Walks all roads on a program with fresh settings beside a fresh server.
 void walk(tour::Stage& stage) {
@@ -53,8 +72,17 @@ int main(int argc, char* argv[]) {
     parser.addHelpOption();
     const QCommandLineOption pictures(QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."),
                                       QStringLiteral("folder"), QStringLiteral("tour-pictures"));
-    parser.addOption(pictures);
+    const QCommandLineOption fontSize(QStringLiteral("font-size"), QStringLiteral("Size of the texts."),
+                                      QStringLiteral("points"));
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("In dark colours."));
+    parser.addOptions({pictures, fontSize, dark});
     parser.process(application);
+    if (parser.isSet(fontSize)) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(parser.value(fontSize).toDouble());
+        QApplication::setFont(font);
+    }
+    if (parser.isSet(dark)) QApplication::setPalette(darkColours());
 
     QString failure;
     desktop::setUnhandledFailureHandler([&](const platform::RuntimeError& error) {

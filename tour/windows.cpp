@@ -45,19 +45,21 @@ void expectArrangement(Place& place, const QString& item, const QString& name,
 
 void arrange(Place& place) {
     const QRect area = place.frame.area().viewport()->rect();
+    // Windows get no smaller than their least size, and overlap on a screen that is small for its texts.
+    const QSize least = place.frame.activeChild()->minimumSizeHint();
     expectArrangement(place, QStringLiteral("mnuWindowCascade"), QStringLiteral("cascade"),
                       [](const QRect& one, const QRect& other) {
                           return one.intersects(other) && one.topLeft() != other.topLeft();
                       });
     expectArrangement(place, QStringLiteral("mnuWindowTileHorizontal"), QStringLiteral("tile-horizontally"),
                       [&](const QRect& one, const QRect& other) {
-                          return !one.intersects(other) && one.left() == other.left() &&
-                                 one.width() == area.width();
+                          const bool apart = !one.intersects(other) || area.height() < 2 * least.height();
+                          return apart && one.left() == other.left() && one.width() == area.width();
                       });
     expectArrangement(place, QStringLiteral("mnuWindowTileVertical"), QStringLiteral("tile-vertically"),
                       [&](const QRect& one, const QRect& other) {
-                          return !one.intersects(other) && one.top() == other.top() &&
-                                 one.height() == area.height();
+                          const bool apart = !one.intersects(other) || area.width() < 2 * least.width();
+                          return apart && one.top() == other.top() && one.height() == area.height();
                       });
 }
 
