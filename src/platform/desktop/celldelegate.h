@@ -6,13 +6,17 @@
 
 namespace desktop {
 
-/// Paints the cells of lists: one line however long the text is, the item's picture in the first column, no
-/// frame around a single cell of a selected row.
+/// Paints the cells of lists: one line however long the text is, the item's picture in the first column. A
+/// selection is paler while the view has not the focus.
 class CellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    /// What is marked where the focus is: the view does it, or this does it around the one cell.
+    enum class FocusMark { OfView, AroundCell };
+
+    explicit CellDelegate(QObject* parent = nullptr, FocusMark mark = FocusMark::OfView)
+        : QStyledItemDelegate(parent), m_mark(mark) {}
 
     void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
     void setBoldPictures(QList<int> numbers) { m_boldPictures = std::move(numbers); }
@@ -22,12 +26,21 @@ class CellDelegate : public QStyledItemDelegate {
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+    /// The number of the picture in a cell that has room for one; 0 leaves that room empty.
+    virtual int pictureNumber(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
   private:
+    FocusMark m_mark;
     Pictures m_pictures;
     QList<int> m_boldPictures;
 };
+
+/// Marks a rectangle of a view as the place of the focus.
+void paintFocusMark(QPainter& painter, const QRect& rect, const QPalette& palette, bool selected);
 
 }  // namespace desktop

@@ -1,5 +1,6 @@
 #include "platform/desktop/celltable.h"
 
+#include "platform/desktop/focusframe.h"
 #include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
 
@@ -34,7 +35,14 @@ CellTable::CellTable(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setTextElideMode(Qt::ElideRight);
     horizontalHeader()->setMinimumSectionSize(24);
+    focusframe::setUp(*this);
     fitRowHeight();
+}
+
+bool CellTable::event(QEvent* event) {
+    const bool handled = QTableView::event(event);
+    focusframe::follow(*this, *event);
+    return handled;
 }
 
 void CellTable::fitColumns() {

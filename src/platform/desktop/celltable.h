@@ -32,6 +32,7 @@ class CellTable : public QTableView {
     /// Adds a cell's text to a line of such texts.
     static void appendCell(QString& line, const QString& cell);
 
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 

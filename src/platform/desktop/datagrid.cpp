@@ -2,6 +2,7 @@
 
 #include "platform/controls/gridrows.h"
 #include "platform/desktop/celldelegate.h"
+#include "platform/desktop/colours.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -17,17 +18,15 @@ namespace {
 /// Sets markers off from texts that read the same.
 class GridDelegate final : public CellDelegate {
   public:
-    using CellDelegate::CellDelegate;
+    explicit GridDelegate(QObject* parent) : CellDelegate(parent, FocusMark::AroundCell) {}
 
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        const QStyle::State focus = option->state & QStyle::State_HasFocus;
         CellDelegate::initStyleOption(option, index);
-        option->state |= focus;  // a grid has single cells to stand on
         if (!index.data(controls::GridRows::MarkerRole).toBool()) return;
         option->font.setItalic(true);
         option->fontMetrics = QFontMetrics(option->font);
-        option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
+        option->palette.setColor(QPalette::Text, colours::faintText(option->palette));
     }
 };
 

@@ -10,7 +10,6 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QStyleOptionFocusRect>
 
 #include <algorithm>
 #include <utility>
@@ -138,18 +137,20 @@ void ListView::paintItemsWithoutHeaders(QPainter& painter) const {
     }
 }
 
-/// Around the current row, or where the first one would be.
+/// Around the current row; while there is none the frame around the list shows the focus alone.
 void ListView::paintFocus(QPainter& painter) const {
     const int row = currentIndex().row();
-    const int top = row < 0 ? 0 : rowViewportPosition(row);
-    QStyleOptionFocusRect option;
-    option.initFrom(viewport());
+    if (row < 0) return;
     const int columns = horizontalHeader()->length();
-    option.rect = QRect(columns > 0 ? -horizontalOffset() : 0, top,
-                        columns > 0 ? columns : viewport()->width(), verticalHeader()->defaultSectionSize());
-    option.state |= QStyle::State_KeyboardFocusChange;
-    option.backgroundColor = palette().color(QPalette::Base);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    const QRect line(columns > 0 ? -horizontalOffset() : 0, rowViewportPosition(row),
+                     columns > 0 ? columns : viewport()->width(), rowHeight(row));
+    paintFocusMark(painter, line, palette(), selectionModel()->isSelected(currentIndex()));
+}
+
+/// The mark is around whole rows, the table paints single cells anew.
+void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    CellTable::currentChanged(current, previous);
+    viewport()->update();
 }
 
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

@@ -5,11 +5,11 @@
 
 namespace desktop {
 
-/// Pictures by number, from 1; 0 is none.
+/// Pictures by number, from 1; 0 is none. They look the same in rows that are selected.
 class Pictures {
   public:
     Pictures() = default;
-    explicit Pictures(QList<QIcon> icons) : m_icons(std::move(icons)) {}
+    explicit Pictures(QList<QIcon> icons);
 
     bool isEmpty() const { return m_icons.isEmpty(); }
     /// A null icon for a number without a picture.

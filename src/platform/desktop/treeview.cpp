@@ -1,6 +1,8 @@
 #include "platform/desktop/treeview.h"
 
 #include "platform/controls/nodes.h"
+#include "platform/desktop/colours.h"
+#include "platform/desktop/focusframe.h"
 #include "platform/desktop/nodedelegate.h"
 
 #include <QContextMenuEvent>
@@ -12,11 +14,6 @@ namespace {
 constexpr int PictureSize = 16;
 constexpr int Indentation = 20;
 constexpr int SignSize = 9;
-
-QColor mixed(const QColor& one, const QColor& other, double share) {
-    const auto mix = [share](int a, int b) { return static_cast<int>(a + (b - a) * share); };
-    return {mix(one.red(), other.red()), mix(one.green(), other.green()), mix(one.blue(), other.blue())};
-}
 
 void drawDots(QPainter* painter, QPoint from, QPoint to) {
     // The dots of neighbouring rows meet when they all lie on even places.
@@ -46,15 +43,18 @@ TreeView::TreeView(QWidget* parent) : QTreeView(parent) {
     setEditTriggers(NoEditTriggers);
     setIndentation(Indentation);
     setIconSize(QSize(PictureSize, PictureSize));
-    setTextElideMode(Qt::ElideNone);
+    focusframe::setUp(*this);
     setMouseTracking(true);
 }
 
 void TreeView::setNodes(controls::Nodes* nodes) {
-    disconnect(m_visibleWanted);
+    for (const QMetaObject::Connection& connection : m_connections)
+        disconnect(connection);
     setModel(nodes);
     if (!nodes) return;
-    m_visibleWanted = connect(nodes, &controls::Nodes::visibleWanted, this, &TreeView::openTo);
+    m_connections = {connect(nodes, &controls::Nodes::visibleWanted, this, &TreeView::openTo),
+                     connect(nodes, &controls::Nodes::rowsInserted, this, &TreeView::beginAtRoot)};
+    beginAtRoot();
 }
 
 void TreeView::setPictures(QList<QIcon> icons) {
@@ -72,22 +72,29 @@ void TreeView::openTo(const QModelIndex& index) {
     for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
         expand(above);
     }
-    // Scrolling lays the tree out: once for all nodes that are wanted in a row.
-    const bool scheduled = m_scrollTarget.isValid();
-    m_scrollTarget = index;
-    if (scheduled) return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            const QModelIndex target = m_scrollTarget;
-            m_scrollTarget = QPersistentModelIndex();
-            if (target.isValid()) scrollTo(target);
-        },
-        Qt::QueuedConnection);
+}
+
+void TreeView::beginAtRoot() {
+    if (!currentIndex().isValid()) setCurrentIndex(model()->index(0, 0));
+}
+
+bool TreeView::event(QEvent* event) {
+    const bool handled = QTreeView::event(event);
+    focusframe::follow(*this, *event);
+    return handled;
+}
+
+void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+    // The row left of the node is painted by the view, the node by its delegate.
+    QStyleOptionViewItem row = option;
+    colours::paleWithoutFocus(row.palette);
+    QTreeView::drawRow(painter, row, index);
 }
 
 void TreeView::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
-    const QColor faint = mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.45);
+    const QColor faint =
+        colours::mixed(palette().color(QPalette::Base), palette().color(QPalette::Text), 0.45);
     const int middle = rect.center().y();
     int x = rect.right() - Indentation / 2;
     painter->save();

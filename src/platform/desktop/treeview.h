@@ -2,8 +2,9 @@
 
 #include "platform/desktop/pictures.h"
 
-#include <QPersistentModelIndex>
 #include <QTreeView>
+
+#include <array>
 
 namespace controls {
 class Nodes;
@@ -12,7 +13,8 @@ class Nodes;
 namespace desktop {
 
 /// A tree view over controls::Nodes, with lines and plus and minus signs, a picture for each node and another
-/// one for the selected node.
+/// one for the selected node. A name that is cut shows as a whole in a tool tip. One node is always the
+/// current one: at first the root.
 class TreeView : public QTreeView {
     Q_OBJECT
 
@@ -33,16 +35,19 @@ class TreeView : public QTreeView {
     void contextMenuWanted(const QPoint& screenPosition);
 
   protected:
+    bool event(QEvent* event) override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) const override;
     void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
     void openTo(const QModelIndex& index);
+    void beginAtRoot();
 
     bool m_hotTracking = false;
-    QPersistentModelIndex m_scrollTarget;
-    QMetaObject::Connection m_visibleWanted;
+    std::array<QMetaObject::Connection, 2> m_connections;
 };
 
 }  // namespace desktop

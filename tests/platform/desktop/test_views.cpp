@@ -37,9 +37,7 @@ namespace {
 QIcon plainIcon(const QColor& color) {
     QPixmap pixmap(16, 16);
     pixmap.fill(color);
-    QIcon icon(pixmap);
-    icon.addPixmap(pixmap, QIcon::Selected);
-    return icon;
+    return QIcon(pixmap);
 }
 
 void fill(ListItems& items, int rows) {
@@ -71,8 +69,8 @@ class ViewsTest : public QObject {
     void copyHasALimit();
     void listSelectsWithMouseAndKeys_data();
     void listSelectsWithMouseAndKeys();
-    void listShowsFocus_data();
-    void listShowsFocus();
+    void viewsShowFocus_data();
+    void viewsShowFocus();
     void listKeys();
     void listColumnWidths();
     void listColumnsAreDragged();
@@ -189,29 +187,49 @@ void ViewsTest::listSelectsWithMouseAndKeys() {
     QTEST(rows.join(u' '), "selected");
 }
 
-void ViewsTest::listShowsFocus_data() {
+void ViewsTest::viewsShowFocus_data() {
+    QTest::addColumn<bool>("tree");
     QTest::addColumn<int>("rows");
-    QTest::newRow("empty list") << 0;
-    QTest::newRow("row that is not selected") << 2;
+    QTest::addColumn<bool>("selected");
+    QTest::newRow("empty list") << false << 0 << false;
+    QTest::newRow("row that is not selected") << false << 2 << false;
+    QTest::newRow("selected row") << false << 2 << true;
+    QTest::newRow("node that is not selected") << true << 2 << false;
+    QTest::newRow("selected node") << true << 2 << true;
 }
 
-void ViewsTest::listShowsFocus() {
+/// By a frame around all, a line around the current row, and a selection that is pale without the focus.
+void ViewsTest::viewsShowFocus() {
+    QFETCH(bool, tree);
     QFETCH(int, rows);
+    QFETCH(bool, selected);
     ListItems items;
+    Nodes nodes;
     QWidget window;
-    auto* view = new ListView(&window);
+    auto* list = new ListView(&window);
+    auto* nodeView = new TreeView(&window);
     auto* other = new QLineEdit(&window);
     fill(items, rows);
-    view->setItems(&items);
-    view->setCurrentIndex(items.index(rows - 1, 0));
-    view->clearSelection();
+    nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 0, 0);
+    list->setItems(&items);
+    nodeView->setNodes(&nodes);
+    QAbstractItemView* view = nodeView;
+    if (!tree) view = list;
+    view->resize(300, 200);
+    if (rows > 0) view->setCurrentIndex(view->model()->index(0, 0));
+    if (!selected) view->clearSelection();
     window.show();
-    const auto shown = [&](QWidget* focus) {
+    const auto shown = [&](QWidget* focus, QWidget* part) {
         focus->setFocus();
-        return view->viewport()->grab().toImage();
+        return part->grab().toImage();
     };
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    QVERIFY(shown(view) != shown(other));
+    QVERIFY(shown(view, view).pixel(0, 50) != shown(other, view).pixel(0, 50));
+    QCOMPARE(shown(view, view->viewport()) != shown(other, view->viewport()), rows > 0);
+    const QRect row = view->visualRect(view->currentIndex());
+    const QColor highlight = view->palette().color(QPalette::Highlight);
+    QCOMPARE(holds(shown(view, view->viewport()), row, highlight), selected);
+    QVERIFY(!holds(shown(other, view->viewport()), row, highlight));
 }
 
 void ViewsTest::listKeys() {
@@ -326,6 +344,7 @@ void ViewsTest::listPictures() {
     view.setPictures({plainIcon(Qt::red), plainIcon(Qt::green)});
     view.setItems(&items);
     view.resize(400, 300);
+    view.selectRow(1);
     const QImage image = view.viewport()->grab().toImage();
     const auto shows = [&](int row, const QColor& color) {
         return holds(image, view.visualRect(items.index(row, 0)), color);
@@ -486,16 +505,18 @@ void ViewsTest::treeOpensBranches() {
     QVERIFY(tree.rectOf(tree.leaf).isValid());
     QVERIFY(!tree.view.isExpanded(tree.nodes.indexOf(tree.first)));
 
-    // The one that was wanted last is scrolled to, when all have come.
+    // A tree that is filled anew begins at its root, however many branches are opened below.
+    tree.view.verticalScrollBar()->setValue(1);
+    tree.nodes.clear();
+    Node& root = tree.nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 0, 0);
     for (int row = 0; row < 200; ++row) {
         const QString key = QString::number(row);
-        tree.nodes.ensureVisible(tree.nodes.add(&tree.first, key, key, 0, 0));
+        tree.nodes.ensureVisible(tree.nodes.add(&root, key, key, 0, 0));
     }
-    const Node& last = *tree.nodes.find(QStringLiteral("199"));
-    QTRY_VERIFY(tree.view.viewport()->rect().contains(tree.rectOf(last)));
-    tree.nodes.ensureVisible(tree.leaf);
-    tree.nodes.clear();
     QCoreApplication::processEvents();
+    QCOMPARE(tree.rectOf(root).top(), 0);
+    QVERIFY(tree.rectOf(*root.children.back()).isValid());
+    QCOMPARE(tree.view.currentIndex(), tree.nodes.indexOf(root));
 }
 
 void ViewsTest::treePictures() {
