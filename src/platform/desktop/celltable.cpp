@@ -56,14 +56,14 @@ int CellTable::wantedWidth(int column) const {
     static constexpr int Least = 72;
     static constexpr int Most = 360;
     static constexpr int LongestName = 128;
-    const int header =
-        std::min(horizontalHeader()->sectionSizeHint(column), LongestName * fontMetrics().averageCharWidth());
+    const int gap = fontMetrics().averageCharWidth();
+    const int header = std::min(horizontalHeader()->sectionSizeHint(column) + gap, LongestName * gap);
     int widest = std::max(Least, header);
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     for (int row = 0; row < std::min(RowsLookedAt, model()->rowCount()); ++row) {
         const int wanted = itemDelegate()->sizeHint(option, model()->index(row, column)).width();
-        widest = std::max(widest, wanted + fontMetrics().averageCharWidth());
+        widest = std::max(widest, wanted + gap);
     }
     return std::min(widest, std::max(Most, header));
 }

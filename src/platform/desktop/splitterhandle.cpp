@@ -16,7 +16,7 @@ SplitterHandle::SplitterHandle(Qt::Orientation across, QWidget& bar, QWidget* wi
     : QWidget(window), m_across(across), m_bar(bar) {
     setCursor(across == Qt::Horizontal ? Qt::SplitHCursor : Qt::SplitVCursor);
     m_bar.setAutoFillBackground(true);
-    m_bar.setBackgroundRole(QPalette::Dark);
+    m_bar.setBackgroundRole(QPalette::Highlight);
     m_bar.hide();
 }
 
