@@ -2,6 +2,7 @@
 
 #include "platform/desktop/combobox.h"
 #include "platform/desktop/named.h"
+#include "platform/desktop/scrollpage.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,7 +24,8 @@ namespace {
 
 using desktop::named;
 
-constexpr int EntryWidth = 240;
+constexpr int EntryWidth = 16;  // in heights of a line
+constexpr int Spacing = 10;
 
 QLabel* makeLabel(const QString& name, const QString& text, QWidget* parent, QWidget* buddy) {
     QLabel* label = named(name, new QLabel(text, parent));
@@ -36,15 +38,15 @@ void greyWhenDisabled(QWidget* entry) {
     QPalette palette = entry->palette();
     palette.setColor(QPalette::Disabled, QPalette::Base, palette.color(QPalette::Active, QPalette::Button));
     entry->setPalette(palette);
-    entry->setMinimumWidth(EntryWidth);
+    entry->setMinimumWidth(EntryWidth * entry->fontMetrics().height());
 }
 
 /// Labels of one width, so that the entries of two boxes stand in one column.
-void alignLabels(const QWidget& dialog) {
-    const std::array labels{dialog.findChild<QLabel*>(QStringLiteral("lblDSN")),
-                            dialog.findChild<QLabel*>(QStringLiteral("lblServer")),
-                            dialog.findChild<QLabel*>(QStringLiteral("lblUserName")),
-                            dialog.findChild<QLabel*>(QStringLiteral("lblPassword"))};
+void alignLabels(const QWidget& page) {
+    const std::array labels{page.findChild<QLabel*>(QStringLiteral("lblDSN")),
+                            page.findChild<QLabel*>(QStringLiteral("lblServer")),
+                            page.findChild<QLabel*>(QStringLiteral("lblUserName")),
+                            page.findChild<QLabel*>(QStringLiteral("lblPassword"))};
     int width = 0;
     for (const QLabel* label : labels) {
         width = std::max(width, label->sizeHint().width());
@@ -60,21 +62,28 @@ void ConnectionControls::setupControls(QDialog& dialog) {
     dialog.setObjectName(QStringLiteral("frmConnection"));
     dialog.setWindowTitle(QStringLiteral("Login - Database Connection"));
 
-    auto* column = new QVBoxLayout(&dialog);
-    column->setSpacing(10);
+    auto* page = new QWidget(&dialog);
+    auto* boxes = new QVBoxLayout(page);
+    boxes->setContentsMargins({});
+    boxes->setSpacing(Spacing);
     // Made in the reading direction, so that the Tab key follows it.
-    column->addWidget(makeDataSourceBox(dialog));
-    column->addWidget(makeServerBox(dialog));
-    column->addWidget(makeSavingBox(dialog));
-    column->addStretch();
+    boxes->addWidget(makeDataSourceBox(page));
+    boxes->addWidget(makeServerBox(page));
+    boxes->addWidget(makeSavingBox(page));
+    boxes->addStretch();
+    alignLabels(*page);
+    auto* column = new QVBoxLayout(&dialog);
+    column->setSpacing(Spacing);
+    column->addWidget(new desktop::ScrollPage(page, &dialog), 1);
     column->addWidget(makeButtons(dialog));
-    alignLabels(dialog);
+    dialog.resize(dialog.sizeHint());
 }
 
-QGroupBox* ConnectionControls::makeDataSourceBox(QDialog& dialog) {
-    auto* box =
-        named(QStringLiteral("Frame2"), new QGroupBox(QStringLiteral(" Use ODBC Connection"), &dialog));
+QGroupBox* ConnectionControls::makeDataSourceBox(QWidget* page) {
+    auto* box = named(QStringLiteral("Frame2"), new QGroupBox(QStringLiteral(" Use ODBC Connection"), page));
     cbDSN = named(QStringLiteral("cbDSN"), new desktop::ComboBox(box));
+    // A long name is cut in the closed list only.
+    cbDSN->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     greyWhenDisabled(cbDSN);
     auto* grid = new QGridLayout(box);
     grid->setColumnStretch(1, 1);
@@ -84,11 +93,12 @@ QGroupBox* ConnectionControls::makeDataSourceBox(QDialog& dialog) {
     return box;
 }
 
-QGroupBox* ConnectionControls::makeServerBox(QDialog& dialog) {
+QGroupBox* ConnectionControls::makeServerBox(QWidget* page) {
     auto* box = named(QStringLiteral("Frame1"),
-                      new QGroupBox(QStringLiteral(" Use Server Direct Connection "), &dialog));
+                      new QGroupBox(QStringLiteral(" Use Server Direct Connection "), page));
     cbServer = named(QStringLiteral("cbServer"), new desktop::ComboBox(box));
     cbServer->setEditable(true);
+    cbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbServer->setInsertPolicy(QComboBox::NoInsert);
     // What is typed is meant: no completion to a longer name of the list.
     cbServer->setCompleter(nullptr);
@@ -124,9 +134,9 @@ QGroupBox* ConnectionControls::makeServerBox(QDialog& dialog) {
     return box;
 }
 
-QGroupBox* ConnectionControls::makeSavingBox(QDialog& dialog) {
+QGroupBox* ConnectionControls::makeSavingBox(QWidget* page) {
     auto* box = named(QStringLiteral("Frame3"),
-                      new QGroupBox(QStringLiteral(" Save User Information Options "), &dialog));
+                      new QGroupBox(QStringLiteral(" Save User Information Options "), page));
     chkSaveUserID =
         named(QStringLiteral("chkSaveUserID"), new QCheckBox(QStringLiteral("Remember My User ID"), box));
     chkSavePassword =

@@ -30,9 +30,9 @@ struct ConnectionControls {
     void setupControls(QDialog& dialog);
 
   private:
-    QGroupBox* makeDataSourceBox(QDialog& dialog);
-    QGroupBox* makeServerBox(QDialog& dialog);
-    QGroupBox* makeSavingBox(QDialog& dialog);
+    QGroupBox* makeDataSourceBox(QWidget* page);
+    QGroupBox* makeServerBox(QWidget* page);
+    QGroupBox* makeSavingBox(QWidget* page);
     QWidget* makeButtons(QDialog& dialog);
 };
 

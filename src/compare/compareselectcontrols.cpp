@@ -2,6 +2,7 @@
 
 #include "platform/desktop/named.h"
 #include "platform/desktop/pickbox.h"
+#include "platform/desktop/scrollpage.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -20,14 +21,15 @@ using desktop::named;
 using desktop::PickBox;
 
 constexpr int ListCharacters = 26;
+constexpr int Spacing = 10;
 
 /// A box of lists, each under its label's text.
 struct SystemBox {
     QGroupBox* box;
     QGridLayout* grid;
 
-    SystemBox(const QString& name, const QString& title, QDialog& dialog)
-        : box(named(name, new QGroupBox(title, &dialog))), grid(new QGridLayout(box)) {
+    SystemBox(const QString& name, const QString& title, QWidget* page)
+        : box(named(name, new QGroupBox(title, page))), grid(new QGridLayout(box)) {
         grid->setColumnStretch(1, 1);
     }
 
@@ -36,6 +38,7 @@ struct SystemBox {
         // As wide for an empty list as for any other; long names are cut in the closed list only.
         list->setSizeAdjustPolicy(PickBox::AdjustToMinimumContentsLengthWithIcon);
         list->setMinimumContentsLength(ListCharacters);
+        list->setMinimumWidth(list->sizeHint().width() / 2);
         auto* label = named(labelName, new QLabel(labelText, box));
         label->setBuddy(list);
         const int row = grid->rowCount();
@@ -51,20 +54,25 @@ void CompareSelectControls::setupControls(QDialog& dialog) {
     dialog.setObjectName(QStringLiteral("frmCompareSelect"));
     dialog.setWindowTitle(QStringLiteral("Databases Selection"));
 
-    auto* column = new QVBoxLayout(&dialog);
-    column->setSizeConstraint(QLayout::SetFixedSize);
-    column->setSpacing(10);
+    auto* page = new QWidget(&dialog);
+    auto* boxes = new QVBoxLayout(page);
+    boxes->setContentsMargins({});
+    boxes->setSpacing(Spacing);
     // Made in the reading direction, so that the Tab key follows it.
     auto* systems = new QHBoxLayout;
-    systems->addWidget(makeSystem1(dialog));
-    systems->addWidget(makeSystem2(dialog));
-    column->addLayout(systems);
-    column->addWidget(makeOptions(dialog));
+    systems->addWidget(makeSystem1(page));
+    systems->addWidget(makeSystem2(page));
+    boxes->addLayout(systems);
+    boxes->addWidget(makeOptions(page));
+    auto* column = new QVBoxLayout(&dialog);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->setSpacing(Spacing);
+    column->addWidget(new desktop::ScrollPage(page, &dialog));
     column->addWidget(makeButtons(dialog));
 }
 
-QGroupBox* CompareSelectControls::makeSystem1(QDialog& dialog) {
-    const SystemBox system(QStringLiteral("fraSystem1"), QStringLiteral("System 1 Selection "), dialog);
+QGroupBox* CompareSelectControls::makeSystem1(QWidget* page) {
+    const SystemBox system(QStringLiteral("fraSystem1"), QStringLiteral("System 1 Selection "), page);
     cbServer1 =
         system.add(QStringLiteral("cbServer1"), QStringLiteral("lblServer"), QStringLiteral("Server"));
     cbDatabase1 =
@@ -73,8 +81,8 @@ QGroupBox* CompareSelectControls::makeSystem1(QDialog& dialog) {
     return system.box;
 }
 
-QGroupBox* CompareSelectControls::makeSystem2(QDialog& dialog) {
-    const SystemBox system(QStringLiteral("fraSystem2"), QStringLiteral("System 2 Selection "), dialog);
+QGroupBox* CompareSelectControls::makeSystem2(QWidget* page) {
+    const SystemBox system(QStringLiteral("fraSystem2"), QStringLiteral("System 2 Selection "), page);
     cbServer2 = system.add(QStringLiteral("cbServer2"), QStringLiteral("Label1"), QStringLiteral("Server"));
     cbDatabase2 =
         system.add(QStringLiteral("cbDatabase2"), QStringLiteral("Label2"), QStringLiteral("Database"));
@@ -82,9 +90,8 @@ QGroupBox* CompareSelectControls::makeSystem2(QDialog& dialog) {
     return system.box;
 }
 
-QGroupBox* CompareSelectControls::makeOptions(QDialog& dialog) {
-    auto* box =
-        named(QStringLiteral("fraOptions"), new QGroupBox(QStringLiteral(" Compare Options "), &dialog));
+QGroupBox* CompareSelectControls::makeOptions(QWidget* page) {
+    auto* box = named(QStringLiteral("fraOptions"), new QGroupBox(QStringLiteral(" Compare Options "), page));
     auto* row = new QHBoxLayout(box);
     const auto add = [&](const QString& name, const QString& text) {
         auto* check = named(name, new QCheckBox(text, box));

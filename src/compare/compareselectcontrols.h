@@ -36,9 +36,9 @@ struct CompareSelectControls {
     void setupControls(QDialog& dialog);
 
   private:
-    QGroupBox* makeSystem1(QDialog& dialog);
-    QGroupBox* makeSystem2(QDialog& dialog);
-    QGroupBox* makeOptions(QDialog& dialog);
+    QGroupBox* makeSystem1(QWidget* page);
+    QGroupBox* makeSystem2(QWidget* page);
+    QGroupBox* makeOptions(QWidget* page);
     QWidget* makeButtons(QDialog& dialog);
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/failures.h"
 #include "platform/desktop/named.h"
+#include "platform/desktop/scrollpage.h"
 #include "platform/desktop/titlelabel.h"
 #include "shell/appstate.h"
 
@@ -23,6 +24,7 @@ using desktop::named;
 using desktop::TitleLabel;
 
 constexpr int TextWidth = 380;
+constexpr int Spacing = 8;
 constexpr int HighestBeforeTheEnd = 99;
 
 void addOne(qint32& count) {
@@ -74,55 +76,64 @@ frmCompareProgress::frmCompareProgress(AppState& state, QWidget* result) : QDial
 }
 
 void frmCompareProgress::makeControls() {
-    auto* column = new QVBoxLayout(this);
-    column->setSizeConstraint(QLayout::SetFixedSize);
-    column->setSpacing(8);
+    auto* page = new QWidget(this);
+    auto* texts = new QVBoxLayout(page);
+    texts->setContentsMargins({});
+    texts->setSpacing(Spacing);
     lblProgress = makeLabel(QStringLiteral("lblProgress"),
-                            QStringLiteral("Please wait.  Comparing databases is in progress..."), this);
-    column->addWidget(lblProgress);
-    addCaptions(*column);
-    column->addWidget(makeLine(QStringLiteral("Line1"), this));
-    addCounters(*column);
-    column->addWidget(makeLine(QStringLiteral("Line2"), this));
+                            QStringLiteral("Please wait.  Comparing databases is in progress..."), page);
+    texts->addWidget(lblProgress);
+    addCaptions(*texts);
+    texts->addWidget(makeLine(QStringLiteral("Line1"), page));
+    addCounters(*texts);
+    texts->addWidget(makeLine(QStringLiteral("Line2"), page));
+    lblCompareItem = makeText(QStringLiteral("lblCompareItem"), QStringLiteral("Compare Item"), page);
+    texts->addWidget(lblCompareItem);
 
-    lblCompareItem = makeText(QStringLiteral("lblCompareItem"), QStringLiteral("Compare Item"), this);
     ProgressBar1 = named(QStringLiteral("ProgressBar1"), new QProgressBar(this));
     ProgressBar1->setRange(0, 100);
     cmdClose = named(QStringLiteral("cmdClose"), new QPushButton(QStringLiteral("&Cancel"), this));
     // The Enter key that chose OK before may still be down.
     cmdClose->setAutoDefault(false);
-    column->addWidget(lblCompareItem);
+    auto* column = new QVBoxLayout(this);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->setSpacing(Spacing);
+    column->addWidget(new desktop::ScrollPage(page, this));
     column->addWidget(ProgressBar1);
     column->addWidget(cmdClose, 0, Qt::AlignRight);
 }
 
 void frmCompareProgress::addCaptions(QBoxLayout& column) {
+    QWidget* page = column.parentWidget();
     auto* grid = new QGridLayout;
-    grid->addWidget(makeLabel(QStringLiteral("Label6"), QStringLiteral("System 1:"), this), 0, 0);
-    grid->addWidget(makeLabel(QStringLiteral("Label7"), QStringLiteral("System 2:"), this), 1, 0);
-    lblSystem1 = makeText(QStringLiteral("lblSystem1"), QString(), this);
-    lblSystem2 = makeText(QStringLiteral("lblSystem2"), QString(), this);
+    grid->addWidget(makeLabel(QStringLiteral("Label6"), QStringLiteral("System 1:"), page), 0, 0);
+    grid->addWidget(makeLabel(QStringLiteral("Label7"), QStringLiteral("System 2:"), page), 1, 0);
+    lblSystem1 = makeText(QStringLiteral("lblSystem1"), QString(), page);
+    lblSystem2 = makeText(QStringLiteral("lblSystem2"), QString(), page);
     grid->addWidget(lblSystem1, 0, 1);
     grid->addWidget(lblSystem2, 1, 1);
     grid->setColumnMinimumWidth(1, TextWidth);
+    grid->setColumnStretch(1, 1);
     column.addLayout(grid);
 }
 
 void frmCompareProgress::addCounters(QBoxLayout& column) {
-    lblNumMatch = makeNumber(QStringLiteral("lblNumMatch"), this);
-    lblNumUnmatch = makeNumber(QStringLiteral("lblNumUnmatch"), this);
-    lblPercentMatch = makeNumber(QStringLiteral("lblPercentMatch"), this);
-    lblPercentUnmatch = makeNumber(QStringLiteral("lblPercentUnmatch"), this);
-    column.addWidget(makeLabel(QStringLiteral("Label1"), QStringLiteral("Progress counters"), this));
+    QWidget* page = column.parentWidget();
+    lblNumMatch = makeNumber(QStringLiteral("lblNumMatch"), page);
+    lblNumUnmatch = makeNumber(QStringLiteral("lblNumUnmatch"), page);
+    lblPercentMatch = makeNumber(QStringLiteral("lblPercentMatch"), page);
+    lblPercentUnmatch = makeNumber(QStringLiteral("lblPercentUnmatch"), page);
+    column.addWidget(makeLabel(QStringLiteral("Label1"), QStringLiteral("Progress counters"), page));
     auto* grid = new QGridLayout;
     const auto add = [&](const QString& name, const QString& text, QLabel* number, int row, int cell) {
-        grid->addWidget(makeLabel(name, text, this), row, cell);
+        grid->addWidget(makeLabel(name, text, page), row, cell);
         grid->addWidget(number, row, cell + 1);
     };
     add(QStringLiteral("Label4"), QStringLiteral("Items Matched:"), lblNumMatch, 0, 0);
     add(QStringLiteral("Label5"), QStringLiteral("Items Unmatched:"), lblNumUnmatch, 1, 0);
     add(QStringLiteral("Label2"), QStringLiteral("Percent Match:"), lblPercentMatch, 0, 3);
     add(QStringLiteral("Label3"), QStringLiteral("Percent Unmatch:"), lblPercentUnmatch, 1, 3);
+    grid->setColumnMinimumWidth(2, lblNumMatch->fontMetrics().height());
     grid->setColumnStretch(2, 1);
     column.addLayout(grid);
 }

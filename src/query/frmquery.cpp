@@ -79,7 +79,7 @@ frmQuery::frmQuery(AppState& state, std::shared_ptr<DBConnection> connection, QW
 frmQuery::~frmQuery() = default;
 
 QSize frmQuery::sizeHint() const {
-    return {desktop::toPixels(10800), desktop::toPixels(8250)};
+    return QWidget::sizeHint().expandedTo({desktop::toPixels(10800), desktop::toPixels(8250)});
 }
 
 void frmQuery::connectHandlers() {

@@ -4,6 +4,7 @@
 #include "platform/desktop/datagrid.h"
 #include "platform/desktop/named.h"
 #include "platform/desktop/pickbox.h"
+#include "platform/desktop/scrollpage.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -51,15 +52,31 @@ PickBox* makePickBox(const char* name, const QString& invitation, QWidget* paren
     // A long name must not make the window wide.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setMinimumContentsLength(16);
+    box->setMinimumWidth(box->sizeHint().width() / 2);
     return box;
 }
 
 /// A box that takes lines, and as many as there is room for; the Tab key leaves it.
+class TextBox final : public QPlainTextEdit {
+  public:
+    TextBox(int leastLines, QWidget* parent) : QPlainTextEdit(parent), m_leastLines(leastLines) {
+        setTabChangesFocus(true);
+    }
+
+    QSize minimumSizeHint() const override {
+        return {QPlainTextEdit::minimumSizeHint().width(),
+                m_leastLines * fontMetrics().lineSpacing() + 2 * textTop(*this)};
+    }
+    QSize sizeHint() const override {
+        return {QPlainTextEdit::sizeHint().width(), minimumSizeHint().height()};
+    }
+
+  private:
+    int m_leastLines;
+};
+
 QPlainTextEdit* makeTextBox(const char* name, int leastLines, QWidget* parent) {
-    auto* box = named(QString::fromLatin1(name), new QPlainTextEdit(parent));
-    box->setTabChangesFocus(true);
-    box->setMinimumHeight(leastLines * box->fontMetrics().lineSpacing() + 2 * textTop(*box));
-    return box;
+    return named(QString::fromLatin1(name), new TextBox(leastLines, parent));
 }
 
 QLabel* makeWarning(const char* name, const QString& text, QWidget* parent) {
@@ -74,7 +91,7 @@ QLabel* makeWarning(const char* name, const QString& text, QWidget* parent) {
 void QueryControls::setupControls(QWidget& window) {
     Adodc1 = named(QStringLiteral("Adodc1"), new desktop::DataControl(&window));
     tsQuery = named(QStringLiteral("tsQuery"), new QTabWidget(&window));
-    tsQuery->addTab(makeQueryPage(), QStringLiteral("Query"));
+    tsQuery->addTab(new desktop::ScrollPage(makeQueryPage(), tsQuery), QStringLiteral("Query"));
     tsQuery->addTab(makeResultPage(), QStringLiteral("Result"));
     auto* column = new QVBoxLayout(&window);
     column->addWidget(tsQuery, 1);

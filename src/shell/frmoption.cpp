@@ -3,6 +3,7 @@
 #include "platform/conversions.h"
 #include "platform/desktop/failures.h"
 #include "platform/desktop/named.h"
+#include "platform/desktop/scrollpage.h"
 #include "shell/appstate.h"
 #include "shell/numericentry.h"
 
@@ -68,8 +69,9 @@ frmOption::frmOption(AppState& state, HotTracking setHotTracking, QWidget* paren
 void frmOption::makeControls() {
     tsOptions = named(QStringLiteral("tsOptions"), new QTabWidget(this));
     // The mouse frame is the first of the two, its tab the second.
-    tsOptions->addTab(makeMousePage(), QStringLiteral("Mouse"));
-    tsOptions->insertTab(RowsTab, makeRowsPage(), QStringLiteral("Sample Data"));
+    tsOptions->addTab(new desktop::ScrollPage(makeMousePage(), tsOptions), QStringLiteral("Mouse"));
+    tsOptions->insertTab(RowsTab, new desktop::ScrollPage(makeRowsPage(), tsOptions),
+                         QStringLiteral("Sample Data"));
     tsOptions->setCurrentIndex(RowsTab);
 
     auto* column = new QVBoxLayout(this);

@@ -1,6 +1,9 @@
 #include "platform/desktop/helpwindow.h"
 
+#include "platform/desktop/celldelegate.h"
+#include "platform/desktop/colours.h"
 #include "platform/desktop/helppage.h"
+#include "platform/desktop/scrollpage.h"
 
 #include <QDesktopServices>
 #include <QLabel>
@@ -17,7 +20,7 @@ namespace desktop {
 namespace {
 
 constexpr int TopicRole = Qt::UserRole;
-constexpr QSize FirstSize(880, 600);
+constexpr QSize FirstSize(58, 40);  // in lines of text
 
 }  // namespace
 
@@ -45,9 +48,12 @@ void HelpWindow::layOut() {
     m_search->setPlaceholderText(QStringLiteral("Search for words"));
     m_search->setClearButtonEnabled(true);
     m_found->setContentsMargins(2, 0, 2, 0);
-    m_found->setForegroundRole(QPalette::PlaceholderText);
+    QPalette faint = m_found->palette();
+    faint.setColor(QPalette::WindowText, colours::faintText(faint));
+    m_found->setPalette(faint);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setUniformItemSizes(true);
+    m_list->setItemDelegate(new CellDelegate(m_list, CellDelegate::FocusMark::AroundCell));
 
     auto* left = new QWidget(this);
     auto* column = new QVBoxLayout(left);
@@ -60,11 +66,12 @@ void HelpWindow::layOut() {
     halves->addWidget(m_page);
     halves->setChildrenCollapsible(false);
     halves->setStretchFactor(1, 1);
-    halves->setSizes({FirstSize.width() * 3 / 10, FirstSize.width() * 7 / 10});
+    const QSize size = (FirstSize * fontMetrics().height()).boundedTo(roomOnScreen(*this));
+    halves->setSizes({size.width() * 3 / 10, size.width() * 7 / 10});
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(halves);
-    resize(FirstSize);
+    resize(size);
 }
 
 void HelpWindow::setTopics(std::vector<HelpTopic> topics, const QString& folder) {
