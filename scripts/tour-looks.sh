@@ -27,8 +27,8 @@ for wanted; do
         9pt) tour 9pt 1280x800 1 --font-size 9 ;;
         11pt) tour 11pt 1280x800 1 --font-size 11 ;;
         18pt) tour 18pt 1280x800 1 --font-size 18 ;;
-        scale1.5) tour scale1.5 1920x1200 1.5 ;;
-        scale2) tour scale2 2560x1600 2 ;;
+        scale1.5) tour scale1.5 1366x768 1.5 ;;
+        scale2) tour scale2 1920x1080 2 ;;
         dark) tour dark 1280x800 1 --dark ;;
         dark18pt) tour dark18pt 1280x800 1 --dark --font-size 18 ;;
         small) tour small 1024x600 1 ;;

@@ -51,7 +51,7 @@ PickBox* makePickBox(const char* name, const QString& invitation, QWidget* paren
     box->setPlaceholderText(invitation);
     // A long name must not make the window wide.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(16);
+    box->setMinimumContentsLength(18);
     box->setMinimumWidth(box->sizeHint().width() / 2);
     return box;
 }
@@ -163,6 +163,8 @@ QGroupBox* QueryControls::makeQueryString(QWidget* page) {
 QWidget* QueryControls::makeLimits(QWidget* page) {
     auto* strip = new QWidget(page);
     auto* grid = new QGridLayout(strip);
+    const QMargins margins = grid->contentsMargins();
+    grid->setContentsMargins(margins.left(), 0, margins.right(), 0);  // the page has margins of its own
     txtMaxRows = named(QStringLiteral("txtMaxRows"), new QLineEdit(strip));
     txtTimeout = named(QStringLiteral("txtTimeout"), new QLineEdit(strip));
     for (QLineEdit* box : {txtMaxRows, txtTimeout}) {

@@ -1,7 +1,6 @@
 #include "platform/desktop/helpwindow.h"
 
 #include "platform/desktop/celldelegate.h"
-#include "platform/desktop/colours.h"
 #include "platform/desktop/helppage.h"
 #include "platform/desktop/scrollpage.h"
 
@@ -48,9 +47,6 @@ void HelpWindow::layOut() {
     m_search->setPlaceholderText(QStringLiteral("Search for words"));
     m_search->setClearButtonEnabled(true);
     m_found->setContentsMargins(2, 0, 2, 0);
-    QPalette faint = m_found->palette();
-    faint.setColor(QPalette::WindowText, colours::faintText(faint));
-    m_found->setPalette(faint);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setUniformItemSizes(true);
     m_list->setItemDelegate(new CellDelegate(m_list, CellDelegate::FocusMark::AroundCell));

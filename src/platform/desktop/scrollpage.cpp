@@ -9,6 +9,8 @@ namespace desktop {
 namespace {
 
 constexpr QSize WindowFrame(24, 48);
+/// Tabs round their sizes on a scaled screen, and may leave their page a little less than they promised.
+constexpr int Slack = 2;
 
 /// What stands around a page in its window: a line of tabs, one of buttons, and margins.
 QSize around(int line) {
@@ -37,7 +39,7 @@ ScrollPage::ScrollPage(QWidget* content, QWidget* parent) : QScrollArea(parent) 
 
 QSize ScrollPage::sizeHint() const {
     const QSize room = roomOnScreen(*this) - around(fontMetrics().height());
-    QSize wanted = widget()->sizeHint();
+    QSize wanted = widget()->sizeHint() + QSize(Slack, Slack);
     if (wanted.height() > room.height()) wanted.rwidth() += verticalScrollBar()->sizeHint().width();
     if (wanted.width() > room.width()) wanted.rheight() += horizontalScrollBar()->sizeHint().height();
     return wanted.boundedTo(room);
