@@ -42,10 +42,12 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 void paintFocusMark(QPainter& painter, const QRect& rect, const QPalette& palette, bool selected) {
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(
         QPen(palette.color(selected ? QPalette::HighlightedText : QPalette::Text), 1, Qt::DotLine));
     painter.drawRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.restore();
 }
 
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
