@@ -10,12 +10,8 @@ struct Death {
     QByteArray what;    ///< the complaint and the frame
 };
 
-/// To be called by a process that is to leave a trace of its stack on its standard error when it dies. The
-/// address sanitizer, where it is built in, does that by itself.
-void leaveTraces();
-
-/// Tells from what a process left on its standard error in whose code it died: that of the innermost frame
-/// which is neither the system's nor the sanitizer's.
-Death deathFrom(const QByteArray& errors);
+/// Tells from what the sanitizers printed in whose code a process died: that of the innermost frame which is
+/// neither the system's nor their own. Without a stack it counts as ours.
+Death deathFrom(const QByteArray& printed);
 
 }  // namespace attack

@@ -8,6 +8,9 @@
 #include "platform/controls/nodes.h"
 #include "platform/desktop/datacontrol.h"
 #include "platform/desktop/msgbox.h"
+#include "support/rowtexts.h"
+
+#include <QRegularExpression>
 
 extern "C" {
 // The linker leads every call of Connection's constructor here: routines have no setting for their time-outs,
@@ -24,35 +27,28 @@ namespace attack {
 
 namespace {
 
+using controls::ComboItems;
+using controls::ListItems;
+using controls::Nodes;
+using tw::DBConnection;
+
 const QString First = QStringLiteral("First");
 const QString Second = QStringLiteral("Second");
 const QString Box = QStringLiteral("Box");
-const QString Piece = QStringLiteral("Piece");
 const QString Own = QStringLiteral("Own");
-
-void add(Outcome& outcome, const QString& text, int picture) {
-    outcome.texts += text + u'|' + QString::number(picture);
-    outcome.failed |= text == QStringLiteral("<No Permission>") || text == QStringLiteral("<No Connection>");
-}
 
 void add(Outcome& outcome, const QAbstractItemModel& model, const QModelIndex& parent = {}) {
     for (int row = 0; row < model.rowCount(parent); ++row) {
         for (int column = 0; column < model.columnCount(parent); ++column) {
             const QModelIndex index = model.index(row, column, parent);
-            add(outcome, index.data(Qt::DisplayRole).toString(), index.data(Qt::UserRole).toInt());
+            outcome.texts += index.data().toString() + u'|' + index.data(Qt::UserRole).toString();
             add(outcome, model, index);
         }
     }
 }
 
-void addList(Outcome& outcome, controls::ListItems& list) {
-    for (int column = 0; column < list.headerCount(); ++column)
-        outcome.texts += list.header(column);
-    for (int item = 0; item < list.count(); ++item) {
-        add(outcome, list.text(item), list.icon(item));
-        for (int column = 1; column < list.headerCount(); ++column)
-            outcome.texts += list.subItem(item, column);
-    }
+void add(Outcome& outcome, const ListItems& list) {
+    outcome.texts += testsupport::headersOf(list) + testsupport::rowsOf(list);
 }
 
 void addRows(Outcome& outcome, ado::Recordset& rows) {
@@ -88,49 +84,41 @@ class Progress final : public tw::ComparisonProgress {
     Outcome& m_outcome;
 };
 
-void compare(Outcome& outcome, const QString& connectionString) {
+void compare(const QString& connectionString, Outcome& outcome) {
     const auto pool = std::make_shared<tw::ConnectionPool>();
-    tw::DBConnection first(pool);
-    tw::DBConnection second(pool);
-    for (tw::DBConnection* side : {&first, &second}) {
+    DBConnection first(pool);
+    DBConnection second(pool);
+    for (DBConnection* side : {&first, &second}) {
         side->setConnectionString(connectionString);
         side->setDatabase(side == &first ? First : Second);
         side->setTable(QStringLiteral("(All Tables)"));
     }
-    controls::ListItems list1;
-    controls::ListItems list2;
+    ListItems list1;
+    ListItems list2;
     Progress progress(outcome);
     tw::Comparison(
         {first, list1, First}, {second, list2, Second}, {true, true, true}, progress, [] {},
         [] { return false; })
         .run();
-    addList(outcome, list1);
-    addList(outcome, list2);
+    add(outcome, list1);
+    add(outcome, list2);
 }
 
 /// A routine of a connection object that fills a model.
 template <class Model, class Fill>
 Routine filling(const char* name, Fill fill) {
     return {name, [fill](const QString& connectionString, Outcome& outcome) {
-                tw::DBConnection connection;
+                DBConnection connection;
                 connection.setConnectionString(connectionString);
                 Model model;
-                if constexpr (std::is_same_v<decltype(fill(connection, model)), bool>)
-                    outcome.failed = !fill(connection, model);
-                else if constexpr (std::is_same_v<decltype(fill(connection, model)), QString>)
-                    outcome.texts += fill(connection, model);
-                else
-                    fill(connection, model);
-                if constexpr (std::is_same_v<Model, controls::ListItems>)
-                    addList(outcome, model);
-                else
-                    add(outcome, model);
+                fill(connection, model, outcome);
+                add(outcome, model);
             }};
 }
 
 Routine query(const char* name, const char* text) {
     return {name, [query = QString::fromLatin1(text)](const QString& connectionString, Outcome& outcome) {
-                tw::DBConnection connection;
+                DBConnection connection;
                 connection.setConnectionString(connectionString);
                 auto rows = connection.ExecuteQuery(First, query);
                 outcome.failed = !rows;
@@ -164,38 +152,36 @@ Outcome Routine::run(const QString& connectionString) const {
         outcome.escaped = true;
     }
     desktop::setMsgBoxAnswerer(before);
+    static const QRegularExpression marker(QStringLiteral("^<No (Permission|Connection)>"));
+    outcome.failed |= !outcome.texts.filter(marker).isEmpty();
+    static const QRegularExpression port(QStringLiteral("^127\\.0\\.0\\.1,\\d+"));
+    outcome.texts.replaceInStrings(port, QStringLiteral("server"));
     return outcome;
 }
 
-Routine refusedQuery() {
-    return query("refused", "select * from Nowhere");
-}
-
 std::vector<Routine> allRoutines() {
-    using controls::ComboItems;
-    using controls::ListItems;
-    using tw::DBConnection;
+    using C = DBConnection;
+    using O = Outcome;
     return {
-        filling<controls::Nodes>("FillTvDB", [](DBConnection& c, auto& tree) { return c.FillTvDB(tree); }),
-        filling<ComboItems>("FillCbDB", [](DBConnection& c, auto& combo) { return c.FillCbDB(combo); }),
+        filling<Nodes>("FillTvDB", [](C& c, Nodes& tree, O& o) { o.failed = !c.FillTvDB(tree); }),
+        filling<ComboItems>("FillCbDB", [](C& c, ComboItems& box, O& o) { o.failed = !c.FillCbDB(box); }),
         filling<ComboItems>("FillCbTable",
-                            [](DBConnection& c, auto& combo) { return c.FillCbTable(combo, First); }),
+                            [](C& c, ComboItems& box, O& o) { o.failed = !c.FillCbTable(box, First); }),
         filling<ComboItems>("FillCbColumn",
-                            [](DBConnection& c, auto& combo) { c.FillCbColumn(combo, First, Box); }),
+                            [](C& c, ComboItems& box, O&) { c.FillCbColumn(box, First, Box); }),
         filling<ListItems>("FillLvTblDef",
-                           [](DBConnection& c, auto& list) { c.FillLvTblDef(list, First, Box); }),
+                           [](C& c, ListItems& list, O&) { c.FillLvTblDef(list, First, Box); }),
+        filling<ListItems>("FillLvTblData", [](C& c, ListItems& list,
+                                               O& o) { o.texts += c.FillLvTblData(list, First, Box, 200); }),
         filling<ListItems>(
-            "FillLvTblData",
-            [](DBConnection& c, auto& list) { return c.FillLvTblData(list, First, Box, 200); }),
-        filling<ListItems>("FillLvTblData, owner",
-                           [](DBConnection& c, auto& list) { return c.FillLvTblData(list, First, Own, 0); }),
+            "FillLvTblData, owner",
+            [](C& c, ListItems& list, O& o) { o.texts += c.FillLvTblData(list, First, Own, 0); }),
         filling<ListItems>("FillLvDBDetail",
-                           [](DBConnection& c, auto& list) { return c.FillLvDBDetail(list, First); }),
+                           [](C& c, ListItems& list, O& o) { o.texts += c.FillLvDBDetail(list, First); }),
         query("ExecuteQuery", "select * from Piece select ShelfId from Shelf"),
         dataControl("data control", "select * from Piece", 0),
         dataControl("data control, blocks", "select BoxId, Weight, Packed, Label from Box", 500),
-        {"comparison",
-         [](const QString& connectionString, Outcome& outcome) { compare(outcome, connectionString); }},
+        {"comparison", compare},
     };
 }
 

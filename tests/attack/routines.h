@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
 #include <functional>
@@ -12,7 +11,7 @@ namespace attack {
 struct Outcome {
     QStringList texts;     ///< of the models that it filled, and what it returned
     QStringList boxes;     ///< message boxes
-    bool failed = false;   ///< by what it returned or threw
+    bool failed = false;   ///< by what it returned or marked
     bool escaped = false;  ///< it let an error out that it should have reported
     bool tellsFailure() const { return failed || !boxes.isEmpty(); }
 };
@@ -28,7 +27,5 @@ struct Routine {
 /// Those of the attacked databases: every catalog routine, the query, its window's data control, a
 /// comparison.
 std::vector<Routine> allRoutines();
-/// A query that the server refuses, with the answer to everything that it does not know.
-Routine refusedQuery();
 
 }  // namespace attack

@@ -1,5 +1,6 @@
 #include "sessions.h"
 
+#include "replyserver.h"
 #include "support/sampleserverprocess.h"
 
 #include <QCoreApplication>
@@ -10,27 +11,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
 namespace attack {
 
-Stage::Stage(Replies& replies, quint16 upstream) : m_server(replies, upstream) {
-    m_idle.Open(connectionString("First"));
-}
-
-QString Stage::connectionString(const char* database) const {
-    return QStringLiteral("driver={SQL Server};server=127.0.0.1,%1;uid=sa;pwd=%2")
-        .arg(m_server.port())
-        .arg(database ? QStringLiteral(";database=") + QLatin1StringView(database) : QString());
-}
-
-Outcome Stage::play(const Routine& routine, const std::optional<Mutation>& mutation) {
-    m_server.begin(mutation);
-    Outcome outcome = routine.run(connectionString(nullptr));
-    outcome.texts.replaceInStrings(QString::number(m_server.port()), QStringLiteral("PORT"));
-    return outcome;
-}
-
-void Sessions::rehearse() {
+Sessions::Sessions(quint32 seed) : m_seed(seed) {
     QTemporaryFile file;
     if (!file.open()) qFatal("No temporary file.");
     const pid_t learner = fork();
@@ -57,56 +42,53 @@ void Sessions::rehearse() {
     }
 }
 
+/// With the answers of a sample server, and then with those that were learnt.
 void Sessions::learn() {
-    testsupport::SampleServerProcess sample;
+    static testsupport::SampleServerProcess sample;
     if (!sample.start({"--no-sample-data", "--script", QStringLiteral(TW_ATTACK_WORLD)}))
         qFatal("%s", qUtf8Printable(sample.errorText()));
-    const auto playAll = [this](Stage& stage) {
-        std::vector<Part> parts;
-        for (const Routine& routine : allRoutines()) {
-            const Outcome outcome = stage.play(routine, {});
-            if (outcome.tellsFailure() || outcome.escaped)
-                qFatal("%s: %s", routine.name, qUtf8Printable(outcome.boxes.join(u' ')));
-            parts.push_back({routine, stage.turns(), outcome.texts});
-        }
-        return parts;
-    };
-    {
-        Stage learning(m_replies, sample.port());
-        m_parts = playAll(learning);
-        learning.play(refusedQuery(), {});
-        const QString name = QStringLiteral("Nowhere");
-        const QByteArray ending(reinterpret_cast<const char*>(name.utf16()), 2 * name.size());
-        const QList<QByteArray> questions = m_replies.keys();
-        m_replies.insert(unknownQuestion,
-                         m_replies.value(*std::ranges::find_if(questions, [&](const QByteArray& question) {
-                             return question.endsWith(ending);
-                         })));
-    }
-    Stage knowing(m_replies, 0);
+    static ReplyServer learning(m_replies, sample.port());
+    m_parts = playAll(learning);
+    static ReplyServer knowing(m_replies, 0);
     const std::vector<Part> again = playAll(knowing);
     for (size_t i = 0; i < again.size(); ++i)
         if (again[i].texts != m_parts[i].texts || again[i].turns != m_parts[i].turns)
             qFatal("%s does not repeat itself.", again[i].routine.name);
 }
 
-std::pair<const Part&, Mutation> Sessions::session(qint64 number) const {
+std::vector<Sessions::Part> Sessions::playAll(ReplyServer& server) const {
+    std::vector<Part> parts;
+    for (const Routine& routine : allRoutines()) {
+        server.begin({});
+        const Outcome outcome = routine.run(server.connectionString());
+        if (outcome.tellsFailure() || outcome.escaped)
+            qFatal("%s: %s", routine.name, qUtf8Printable(outcome.boxes.join(u' ')));
+        parts.push_back({routine, server.turns(), outcome.texts});
+    }
+    return parts;
+}
+
+Sessions::Session Sessions::session(qint64 number) const {
     const quint32 seeds[]{m_seed, quint32(number), quint32(number >> 32)};
     QRandomGenerator random(seeds);
     const Part& part = m_parts[random.bounded(quint32(m_parts.size()))];
-    const int slow = static_cast<int>(firstSlow);
-    const int kind =
-        number % slowEach == slowEach - 1 ? slow + random.bounded(kinds - slow) : random.bounded(slow);
-    return {part, {static_cast<Kind>(kind), random.bounded(part.turns), random.generate()}};
+    const auto quick = std::ranges::find(kinds(), Kind::Waits, &Kind::effect) - kinds().begin();
+    const auto all = std::ssize(kinds());
+    const auto kind = isSlow(number) ? random.bounded(int(quick), int(all)) : random.bounded(int(quick));
+    return {part, {size_t(kind), random.bounded(part.turns), random.generate()}};
 }
 
-Verdict Sessions::judge(const Part& part, Kind kind, const Outcome& outcome) const {
-    // Numbers that stand for a failure of ours, whatever a server says.
+QByteArray Sessions::Session::name() const {
+    return QByteArray(part.routine.name) + ", " + kinds()[mutation.kind].name + " of reply " +
+           QByteArray::number(mutation.turn + 1) + " of " + QByteArray::number(part.turns);
+}
+
+Verdict Sessions::Session::judge(const Outcome& outcome) const {
     const bool internal = !outcome.boxes.filter(QStringLiteral("Error: 51.")).isEmpty();
     if (outcome.escaped || internal) return Verdict::Fault;
     if (outcome.texts == part.texts) return Verdict::Whole;
     if (outcome.tellsFailure()) return Verdict::Told;
-    return kind >= firstFaithful ? Verdict::Lost : Verdict::Lie;
+    return kinds()[mutation.kind].effect == Kind::Lies ? Verdict::Lie : Verdict::Lost;
 }
 
 }  // namespace attack
