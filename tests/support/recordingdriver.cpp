@@ -50,11 +50,12 @@ SQLRETURN happened(SQLHANDLE handle, const QString& event) {
 SQLRETURN setAttribute(SQLHANDLE handle, SQLINTEGER attribute, SQLPOINTER value) {
     auto& statement = *static_cast<Handle*>(handle);
     const auto number = reinterpret_cast<SQLULEN>(value);
-    const bool isPointer = attribute == SQL_ATTR_ROWS_FETCHED_PTR;
-    const SQLRETURN result =
-        happened(handle, QStringLiteral("attribute %1 %2").arg(attribute).arg(isPointer ? 0 : number));
+    QString told = QString::number(number);
+    // The driver manager narrows what is set before connecting.
+    if (attribute == SQL_ATTR_CURRENT_CATALOG) told = QString::fromLatin1(static_cast<char*>(value));
+    const SQLRETURN result = happened(handle, QStringLiteral("attribute %1 %2").arg(attribute).arg(told));
     if (result != SQL_SUCCESS) return result;
-    if (isPointer) statement.fetched = static_cast<SQLULEN*>(value);
+    if (attribute == SQL_ATTR_ROWS_FETCHED_PTR) statement.fetched = static_cast<SQLULEN*>(value);
     if (attribute == SQL_ATTR_ROW_ARRAY_SIZE) statement.arraySize = number;
     if (attribute == SQL_ATTR_ROW_BIND_TYPE) statement.stride = number;
     return result;

@@ -13,19 +13,13 @@ class DiagnosticsTest : public QObject {
   private Q_SLOTS:
     void numbers_data();
     void numbers();
-    void failuresBehindInformation_data();
-    void failuresBehindInformation();
 };
 
 static DiagnosticRecord record(const char* state, qint32 nativeError) {
     return {QString::fromLatin1(state), nativeError, QStringLiteral("[SQL Server]%1").arg(nativeError)};
 }
 
-static DiagnosticRecord microsofts(const char* state, qint32 nativeError) {
-    return {QString::fromLatin1(state), nativeError, QStringLiteral("[Microsoft][M]%1").arg(nativeError)};
-}
-
-// As FreeTDS 1.3.17 gave them; those of Microsoft's drivers as people report them.
+// As FreeTDS 1.3.17 gave them.
 void DiagnosticsTest::numbers_data() {
     QTest::addColumn<bool>("opening");
     QTest::addColumn<Records>("records");
@@ -52,14 +46,6 @@ void DiagnosticsTest::numbers_data() {
     opening("no driver", {record("01000", 0)}, -2147467259, 0);
     opening("no ticket", {last, record("01000", 20002)}, -2147467259, 0);
     opening("another refusal", {record("01000", 5701), record("42000", 17142), last}, -2147467259, 17142);
-    opening("Microsoft: login refused", {record("28000", 18456)}, -2147217843, 18456);
-    opening("Microsoft: database refused", {record("37000", 4060), record("28000", 18456)}, -2147467259,
-            4060);
-    opening("Microsoft: nobody listens",
-            {microsofts("08001", 10061), microsofts("HYT00", 0), microsofts("08001", 10061)}, -2147467259,
-            10061);
-    opening("Microsoft: server falls silent", {microsofts("HYT00", 0)}, -2147217871, 0);
-    opening("Microsoft: line cut", {microsofts("08S01", 10054)}, -2147467259, 10054);
     opening("nothing said", {}, -2147467259, 0);
     running("syntax", {record("42000", 102)}, -2147217900, 102);
     running("no such column", {record("42S22", 207)}, -2147217900, 207);
@@ -84,22 +70,6 @@ void DiagnosticsTest::numbers() {
     QTEST(error.number(), "number");
     QCOMPARE(error.nativeError(), decidedBy);
     if (!records.empty()) QVERIFY(error.description().endsWith(QStringLiteral("]%1").arg(decidedBy)));
-}
-
-void DiagnosticsTest::failuresBehindInformation_data() {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<qint32>("nativeError");
-    QTest::addColumn<bool>("failure");
-    QTest::newRow("truncated") << QStringLiteral("01004") << 0 << false;
-    QTest::newRow("database changed") << QStringLiteral("01000") << 5701 << false;
-    QTest::newRow("division by zero") << QStringLiteral("22012") << 8134 << true;
-    QTest::newRow("end of file") << QStringLiteral("01000") << 20017 << true;
-}
-
-void DiagnosticsTest::failuresBehindInformation() {
-    QFETCH(QString, state);
-    QFETCH(qint32, nativeError);
-    QTEST(tellsFailure({state, nativeError, {}}), "failure");
 }
 
 QTEST_GUILESS_MAIN(DiagnosticsTest)

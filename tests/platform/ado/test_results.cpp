@@ -18,7 +18,6 @@ class ResultsTest : public QObject {
   private Q_SLOTS:
     void init();
     void rowLimitsGoToTheServer();
-    void tablesAreSelected();
     void otherRecordSetsAreReadAhead_data();
     void otherRecordSetsAreReadAhead();
     void anErrorWaitsBehindRowsReadAhead();
@@ -65,13 +64,6 @@ void ResultsTest::rowLimitsGoToTheServer() {
              (QStringList{QStringLiteral("SET ROWCOUNT 50"), QStringLiteral("count 3"),
                           QStringLiteral("count 4"), QStringLiteral("SET ROWCOUNT 0"),
                           QStringLiteral("fail 102"), QStringLiteral("count 5")}));
-}
-
-void ResultsTest::tablesAreSelected() {
-    Recordset rows;
-    rows.Open(QStringLiteral("[dbo].[a b]"), m_connection, CursorType::ForwardOnly, LockType::ReadOnly,
-              CommandType::Table);
-    QCOMPARE(m_server.takeBatches(), QStringList{QStringLiteral("select * from [dbo].[a b]")});
 }
 
 void ResultsTest::otherRecordSetsAreReadAhead_data() {

@@ -16,8 +16,6 @@ class SampleServerTest : public QObject {
     void initTestCase();
     void refusedLogins_data();
     void refusedLogins();
-    void refusedStatements_data();
-    void refusedStatements();
     void blocksAndPiecesAgree();
     void fetchesWantedFields_data();
     void fetchesWantedFields();
@@ -55,25 +53,6 @@ void SampleServerTest::refusedLogins() {
     QTEST(failure->number(), "number");
     QTEST(failure->nativeError(), "nativeError");
     QVERIFY2(failure->description().contains(said), qPrintable(failure->description()));
-}
-
-void SampleServerTest::refusedStatements_data() {
-    const testsupport::TextTable<qint32, qint32> row("statement", "number", "nativeError");
-    row("SELECT FROM", -2147217900, 156);
-    row("SELECT * FROM NoSuchTable", -2147217865, 208);
-    row("SELECT NoSuchColumn FROM AllTypes", -2147217900, 207);
-    row("USE NoSuchDatabase", -2147217900, 911);
-    row("USE Payroll", -2147217900, 916);
-    row("sp_columns 'a'b'", -2147217900, 105);
-}
-
-void SampleServerTest::refusedStatements() {
-    QFETCH(QString, statement);
-    Recordset rows;
-    const auto failure = failureOf([&] { rows.Open(statement, m_connection); });
-    QVERIFY(failure);
-    QTEST(failure->number(), "number");
-    QTEST(failure->nativeError(), "nativeError");
 }
 
 /// Alone a column comes in a block where its kind allows, among all others in pieces.
