@@ -72,7 +72,7 @@ void DriversTest::initTestCase() {
           "[TdsLogin]\nDriver=FreeTDS\nServer=(local),1500\nUID=me\nPWD=a;b\nTDS_Version=7.0\n"
           "[TdsFile]\nDriver=FreeTDS\nServername=DB1\n"
           "[Ms]\nDriver=ODBC Driver 18 for SQL Server\nServer=DB1,1500\n"
-          "[MsLogin]\nDriver=ODBC Driver 18 for SQL Server\nServer=DB1\nUID=me\nPWD=secret\n"
+          "[MsLogin]\nDriver=ODBC Driver 18 for SQL Server\nServer=DB1\nPort=1433\nUID=me\nPWD=secret\n"
           "[Role]\nDriver=SQL Server\nServer=DB1\nPort=1500\nTDS_Version=7.0\n"
           "[B\u00FCcher]\nDriver=/opt/libtdsodbc.so.0\n[Other]\nDriver=PostgreSQL\n");
 }
