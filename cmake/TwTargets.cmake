@@ -14,6 +14,11 @@ else()
   target_compile_options(
     tw_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor
                        -Woverloaded-virtual> $<$<BOOL:${TW_WARNINGS_AS_ERRORS}>:-Werror>)
+  # What Debian builds its packages with; and no path of the machine that built them.
+  target_compile_options(
+    tw_flags INTERFACE $<$<CONFIG:Release>:-fstack-protector-strong -Werror=format-security -U_FORTIFY_SOURCE
+                       -D_FORTIFY_SOURCE=2 -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>)
+  target_link_options(tw_flags INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro -Wl,-z,now>)
   if(TW_SANITIZE)
     # GCC sees uninitialized values in what its sanitizers put in.
     target_compile_options(tw_flags INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
