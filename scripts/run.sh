@@ -17,29 +17,4 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     exit 0
 fi
 
-folder=$(mktemp -d)
-mkfifo "$folder/stdin" "$folder/stdout"
-server=''
-cleanup() {
-    exec 3>&- || true # the server ends when its standard input does
-    [ -z "$server" ] || wait "$server" 2>/dev/null || true
-    rm -rf "$folder"
-}
-trap cleanup EXIT
-trap 'exit 130' INT TERM
-
-"$build/bin/tablewright-sample-server" --port 1433 --next-free-port --stay-with-stdin \
-    <"$folder/stdin" >"$folder/stdout" &
-server=$!
-exec 3>"$folder/stdin"
-read -r line <"$folder/stdout" || line=''
-case $line in
-'listening on '*) ;;
-*)
-    echo "The sample server did not start." >&2
-    exit 1
-    ;;
-esac
-echo "A sample server is running. In the connection dialog type the server  ${line#listening on }"
-echo "use SQL Server authentication with the user ID  sa  and leave the password empty."
-"$build/bin/tablewright" 3>&-
+exec "$build/bin/tablewright-sample"
