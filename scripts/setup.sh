@@ -4,7 +4,7 @@
 set -eu
 
 packages='g++ cmake ninja-build qt6-base-dev libqt6svg6 unixodbc-dev odbcinst tdsodbc libsqlite3-dev
-python3 xvfb openbox x11-utils fonts-dejavu-core freetds-bin'
+python3 xvfb openbox x11-utils fonts-dejavu-core freetds-bin dpkg-dev file desktop-file-utils appstream'
 
 if ! command -v apt-get >/dev/null 2>&1; then
     missing=''
