@@ -15,7 +15,7 @@ namespace trial {
 namespace {
 
 constexpr int Gap = 12;
-constexpr int CornerGap = 48;  // room for the frame, and for a status bar below
+constexpr int CornerGap = 24;  // room for the frame, and for a status bar below
 
 QLineEdit* addCopiedLine(QFormLayout& form, const QString& label, const QString& name) {
     auto* line = new QLineEdit(form.parentWidget());
