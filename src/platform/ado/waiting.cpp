@@ -19,7 +19,7 @@ constexpr auto Patience = 500ms;  // of a call that has been interrupted
 struct Flight {
     std::mutex mutex;
     std::condition_variable changed;
-    std::atomic<bool> ended = false;
+    bool ended = false;
     std::exception_ptr failure;
 
     void run(std::function<void()> call) {
@@ -40,9 +40,8 @@ struct Flight {
     }
 
     bool wait(std::optional<std::chrono::milliseconds> limit) {
-        lookOutFor(ended);
         std::unique_lock lock(mutex);
-        const auto hasEnded = [this] { return ended.load(); };
+        const auto hasEnded = [this] { return ended; };
         if (limit) return changed.wait_for(lock, *limit, hasEnded);
         changed.wait(lock, hasEnded);
         return true;

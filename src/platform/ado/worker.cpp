@@ -1,22 +1,15 @@
 #include "platform/ado/worker.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
 
 namespace ado {
 
-void lookOutFor(const std::atomic<bool>& flag) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(60);
-    while (!flag && std::chrono::steady_clock::now() < until)
-        std::this_thread::yield();
-}
-
 struct Worker::State {
     std::mutex mutex;
     std::condition_variable changed;
-    std::atomic<bool> told = false;
+    bool told = false;
     std::function<void()> task;
     bool ending = false;
 
@@ -50,9 +43,8 @@ void Worker::abandon() {
 
 void Worker::run(State& state) {
     while (true) {
-        lookOutFor(state.told);
         std::unique_lock lock(state.mutex);
-        state.changed.wait(lock, [&] { return state.told.load(); });
+        state.changed.wait(lock, [&] { return state.told; });
         state.told = false;
         const auto task = std::exchange(state.task, {});
         if (state.ending) return;

@@ -1,15 +1,10 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <thread>
 
 namespace ado {
-
-/// Looks for a moment whether the flag has been raised. What ends within it spares both threads a sleep and a
-/// wake, which cost as much as a short statement; somebody else who wants the processor has it meanwhile.
-void lookOutFor(const std::atomic<bool>& flag);
 
 /// A thread that waits for tasks and runs them one after the other; starting a task on it costs a tenth of
 /// starting a thread.
