@@ -61,7 +61,7 @@ void refuseWrongPassword(Place& place, QWidget& dialog) {
     stage.type(stage.find<QLineEdit>(dialog, QStringLiteral("txtPassword")), QStringLiteral("wrong"));
     stage.inDialog([&] { stage.click(stage.find<QPushButton>(dialog, QStringLiteral("cmdOK"))); },
                    [&](QWidget& box) {
-                       const QString text = box.property("text").toString();
+                       const QString text = stage.messageOf(box);
                        stage.expect(text.startsWith(QStringLiteral("Error: -2147217843.")),
                                     QStringLiteral("the number of a refused login: ") + text);
                        stage.expect(

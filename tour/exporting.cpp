@@ -74,7 +74,7 @@ void walkExporting(Place& place) {
 
     const QString definitions = QStringLiteral("Mechanic column definitions.txt");
     exportTo(place, document, Qt::Key_D, path, definitions, {[&](QWidget& box) {
-                 stage.expectText(box.property("text").toString(),
+                 stage.expectText(stage.messageOf(box),
                                   path + QStringLiteral(" already exists.  \nDo you want to replace it?"),
                                   QStringLiteral("the question"));
                  stage.picture(QStringLiteral("replace-question"));
@@ -87,7 +87,7 @@ void walkExporting(Place& place) {
 
     exportTo(place, document, Qt::Key_N, folder.filePath(QStringLiteral("missing/mechanic.txt")),
              QStringLiteral("Mechanic column names.txt"), {[&](QWidget& box) {
-                 const QString text = box.property("text").toString();
+                 const QString text = stage.messageOf(box);
                  stage.expect(text.startsWith(QStringLiteral("Error: 76.")),
                               QStringLiteral("a missing folder is reported: ") + text);
                  stage.picture(QStringLiteral("export-failure"));

@@ -106,7 +106,7 @@ void meetAnError(Window& window) {
     stage.type(columns, QStringLiteral("select Name, Wage"));
     stage.inDialog([&] { window.press("cmdExecute"); },
                    [&](QWidget& box) {
-                       const QString text = box.property("text").toString();
+                       const QString text = stage.messageOf(box);
                        stage.expect(text.contains(QStringLiteral("Invalid column name 'Wage'.")),
                                     QStringLiteral("the server's own words: ") + text);
                        stage.picture(QStringLiteral("query-error"));

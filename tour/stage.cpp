@@ -221,9 +221,15 @@ void Stage::inDialogs(const std::function<void()>& open, const std::vector<Withi
     settle();
 }
 
+QString Stage::messageOf(QWidget& box) {
+    const auto* text = box.findChild<QWidget*>(QStringLiteral("messageText"));
+    expect(text, QStringLiteral("a message box opens"));
+    return text->property("plainText").toString();
+}
+
 void Stage::expectMessage(const std::function<void()>& open, const QString& text, const QString& name) {
     inDialog(open, [&](QWidget& box) {
-        expectText(box.property("text").toString(), text, QStringLiteral("the message"));
+        expectText(messageOf(box), text, QStringLiteral("the message"));
         if (!name.isEmpty()) picture(name);
         press(box, Qt::Key_Return);
     });

@@ -70,6 +70,8 @@ class Stage {
     void inDialog(const std::function<void()>& open, const Within& within);
     /// As inDialog, for windows that come one after the other: the next when the one before has gone.
     void inDialogs(const std::function<void()>& open, const std::vector<Within>& withins);
+    /// What a message box shows.
+    QString messageOf(QWidget& box);
     /// As inDialog, for a message box: checks its text and presses a button by its text.
     void expectMessage(const std::function<void()>& open, const QString& text, const QString& picture = {});
 

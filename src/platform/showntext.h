@@ -11,8 +11,8 @@ namespace platform {
 
 /// Most characters shown of a cell, a name or a caption.
 inline constexpr qsizetype ShownOfLine = 1000;
-/// Most characters shown of a text of several lines.
-inline constexpr qsizetype ShownOfLines = 100'000;
+/// Most characters shown of a text of several lines: as many as a server's message can have.
+inline constexpr qsizetype ShownOfLines = 65'535;
 
 /// The text on one line; an ellipsis ends it where it is cut.
 QString shownLine(const QString& text, qsizetype most = ShownOfLine);

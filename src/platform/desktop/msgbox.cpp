@@ -1,5 +1,7 @@
 #include "platform/desktop/msgbox.h"
 
+#include "platform/showntext.h"
+
 #include <QCoreApplication>
 
 #include <cstdio>
@@ -9,9 +11,9 @@ namespace desktop {
 namespace {
 
 MsgBoxResult writeToStandardError(const MsgBoxRequest& request) {
-    QString text = request.text;
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(request.title), qUtf8Printable(text.trimmed()));
+    // A terminal would obey what a text from outside holds.
+    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(request.title),
+                 qUtf8Printable(platform::shownLines(request.text).trimmed()));
     return request.defaultButton;
 }
 

@@ -1,11 +1,11 @@
 #include "platform/desktop/widgetboxes.h"
 
 #include "platform/desktop/filedialog.h"
+#include "platform/desktop/messagebox.h"
 #include "platform/desktop/msgbox.h"
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QPointer>
 #include <QRegularExpression>
 
@@ -17,51 +17,14 @@ QWidget* activeWindow() {
     return modal ? modal : QApplication::activeWindow();
 }
 
-QMessageBox::Icon iconOf(MsgBoxIcon icon) {
-    switch (icon) {
-        case MsgBoxIcon::Critical:
-            return QMessageBox::Critical;
-        case MsgBoxIcon::Question:
-            return QMessageBox::Question;
-        case MsgBoxIcon::Exclamation:
-            return QMessageBox::Warning;
-        case MsgBoxIcon::Information:
-            return QMessageBox::Information;
-        case MsgBoxIcon::None:
-            break;
-    }
-    return QMessageBox::NoIcon;
-}
-
-// Blanks and lines at the end only make the box larger.
-QString shownText(const MsgBoxRequest& request) {
-    QString text = request.text;
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    while (!text.isEmpty() && text.back().isSpace()) {
-        text.chop(1);
-    }
-    return text;
-}
-
 MsgBoxResult showMessageBox(const MsgBoxRequest& request) {
     // Whoever owns the window may delete it, and the box with it, while the box is open.
-    const QPointer<QMessageBox> box = new QMessageBox(activeWindow());
-    box->setWindowTitle(request.title);
-    box->setIcon(iconOf(request.icon));
-    box->setTextFormat(Qt::PlainText);
-    box->setText(shownText(request));
-    box->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    box->addButton(QMessageBox::Ok);
-    if (request.buttons == MsgBoxButtons::OkCancel) box->addButton(QMessageBox::Cancel);
-    const bool cancelFirst = request.defaultButton == MsgBoxResult::Cancel;
-    box->setDefaultButton(cancelFirst ? QMessageBox::Cancel : QMessageBox::Ok);
-
+    const QPointer<MessageBox> box = new MessageBox(request, activeWindow());
     QGuiApplication::setOverrideCursor(Qt::ArrowCursor);  // whoever asks may show the hourglass
-    const int pressed = box->exec();
+    const MsgBoxResult result = box->ask();
     QGuiApplication::restoreOverrideCursor();
     delete box;
-    const bool cancelled = request.buttons == MsgBoxButtons::OkCancel && pressed != QMessageBox::Ok;
-    return cancelled ? MsgBoxResult::Cancel : MsgBoxResult::Ok;
+    return result;
 }
 
 // "txt" of "Text files (*.txt *.log)", empty for "All files (*)".

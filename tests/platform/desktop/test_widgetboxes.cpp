@@ -1,12 +1,18 @@
 #include "platform/desktop/filedialog.h"
+#include "platform/desktop/messagebox.h"
 #include "platform/desktop/msgbox.h"
 #include "platform/desktop/widgetboxes.h"
 
-#include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -20,7 +26,9 @@ class WidgetBoxesTest : public QObject {
     void initTestCase() { installWidgetBoxes(); }
     void buttons_data();
     void buttons();
-    void showsTheTextAsItStands();
+    void textToTheLetter();
+    void sizes_data();
+    void sizes();
     void windowGoesWhileABoxIsOpen();
     void saveDialog();
 
@@ -31,7 +39,9 @@ class WidgetBoxesTest : public QObject {
         QTimer::singleShot(0, this, [action] {
             auto* box = qobject_cast<Box*>(QApplication::activeModalWidget());
             QVERIFY(box);
+            const QPointer<Box> open(box);
             action(box);
+            if (open) open->close();
         });
     }
 };
@@ -57,7 +67,7 @@ void WidgetBoxesTest::buttons() {
     QFETCH(MsgBoxButtons, kind);
     QFETCH(MsgBoxResult, defaultButton);
     QFETCH(int, key);
-    whenOpen<QMessageBox>([key](QMessageBox* box) {
+    whenOpen<MessageBox>([key](MessageBox* box) {
         if (key == 0) {
             box->close();
         } else {
@@ -69,27 +79,52 @@ void WidgetBoxesTest::buttons() {
     QTEST(result, "result");
 }
 
-void WidgetBoxesTest::showsTheTextAsItStands() {
-    QString shown;
-    QString title;
-    whenOpen<QMessageBox>([&](QMessageBox* box) {
-        shown = box->text();
-        title = box->windowTitle();
-        QCOMPARE(box->textFormat(), Qt::PlainText);
-        QCOMPARE(box->icon(), QMessageBox::Warning);
-        box->accept();
+void WidgetBoxesTest::textToTheLetter() {
+    const QString text = QStringLiteral("<b>Not bold</b> & so on\u202e\r\n\r\n  Second     \r\n\r\n");
+    whenOpen<MessageBox>([&](MessageBox* box) {
+        QCOMPARE(box->windowTitle(), QStringLiteral("Title"));
+        QCOMPARE(box->text(), text);
+        auto* shown = box->findChild<QPlainTextEdit*>();
+        QCOMPARE(shown->toPlainText(), QStringLiteral("<b>Not bold</b> & so on⟨U+202E⟩\n\n  Second"));
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(shown);
+        QCOMPARE(told->role(), QAccessible::StaticText);
+        QCOMPARE(told->text(QAccessible::Name), text);
+        QTest::keySequence(box, QKeySequence::Copy);
     });
-    MsgBox(QStringLiteral("<b>Not bold</b> & so on\r\n\r\n  Second     \r\n\r\n"), MsgBoxIcon::Exclamation,
-           QStringLiteral("Title"));
-    QCOMPARE(shown, QStringLiteral("<b>Not bold</b> & so on\n\n  Second"));
-    QCOMPARE(title, QStringLiteral("Title"));
+    MsgBox(text, MsgBoxIcon::Exclamation, QStringLiteral("Title"));
+    QCOMPARE(QGuiApplication::clipboard()->text(), text);
+}
+
+void WidgetBoxesTest::sizes_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("scrolls");
+    QTest::newRow("short") << QStringLiteral("Text") << false;
+    QTest::newRow("blanks and lines at the end") << QStringLiteral("Text  ") + QString(500, u'\n') << false;
+    QTest::newRow("many lines") << QStringLiteral("line\r\n").repeated(10'000) + u'!' << true;
+    QTest::newRow("one line") << QString(1'000'000, u'W') << true;
+}
+
+/// Whatever the text, the box and its button are on the screen, and the whole text is within reach.
+void WidgetBoxesTest::sizes() {
+    QFETCH(QString, text);
+    QFETCH(bool, scrolls);
+    whenOpen<MessageBox>([&](MessageBox* box) {
+        const QScrollBar& bar = *box->findChild<QPlainTextEdit*>()->verticalScrollBar();
+        QVERIFY(box->screen()->availableGeometry().contains(box->frameGeometry()));
+        QVERIFY(box->rect().contains(box->findChild<QDialogButtonBox*>()->geometry()));
+        QCOMPARE(bar.maximum() > 0, scrolls);
+        QTest::keyClick(box->focusWidget(), Qt::Key_PageDown);
+        QCOMPARE(bar.value() > 0, scrolls);
+        QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+    });
+    QCOMPARE(MsgBox(text, MsgBoxIcon::Exclamation), MsgBoxResult::Ok);
 }
 
 void WidgetBoxesTest::windowGoesWhileABoxIsOpen() {
     auto window = std::make_unique<QWidget>();
     window->show();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
-    whenOpen<QMessageBox>([&](QMessageBox* box) {
+    whenOpen<MessageBox>([&](MessageBox* box) {
         QCOMPARE(box->parentWidget(), window.get());
         window.reset();
     });
