@@ -83,7 +83,7 @@ bool frmConnection::CheckDataAccess() {
 
 void frmConnection::RestoreUserSettings() {
     handle(QStringLiteral("RestoreUserSettings"), ModuleName, [this] {
-        const auto flag = [this](const QString& key) { return isChecked(m_state.setting(key, Unchecked)); };
+        const auto flag = [this](const QString& key) { return m_state.setting(key, Unchecked, isChecked); };
         chkSaveUserID->setChecked(flag(QStringLiteral("SaveUserID")));
         chkSavePassword->setChecked(flag(QStringLiteral("SavePassword")));
         SavedUser = m_state.setting(QStringLiteral("User"), {});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/desktop/settingsstore.h"
+#include "platform/runtimeerror.h"
 #include "shell/documents.h"
 
 #include <QString>
@@ -44,9 +45,24 @@ struct AppState {
     QString setting(const QString& key, const QString& defaultText) const {
         return settings.GetSetting(ApplicationTitle, SettingsSection, key, defaultText);
     }
+    /// A setting as a number. Throws what the conversion throws; the description then says where to mend it.
+    template <typename Number>
+    Number setting(const QString& key, const QString& defaultText,
+                   Number (*converted)(const QString&)) const {
+        const QString text = setting(key, defaultText);
+        try {
+            return converted(text);
+        } catch (const platform::RuntimeError& error) {
+            throw settingFailure(error, key, text);
+        }
+    }
     void saveSetting(const QString& key, const QString& text) {
         settings.SaveSetting(ApplicationTitle, SettingsSection, key, text);
     }
+
+  private:
+    platform::RuntimeError settingFailure(const platform::RuntimeError& error, const QString& key,
+                                          const QString& text) const;
 };
 
 }  // namespace tw

@@ -16,17 +16,15 @@ const QString MouseHotTrackingKey = QStringLiteral("MouseHotTracking");
 }  // namespace
 
 void loadOptions(AppState& state) {
-    const Options defaults;
-    const auto stored = [&](const QString& key, qint32 defaultValue) {
-        return state.setting(key, QString::number(defaultValue));
+    const auto load = [&](auto& value, const QString& key, auto converted) {
+        value = state.setting(key, QString::number(value), converted);
     };
-
     Options options;
-    options.Layout = platform::toInteger(stored(LayoutKey, defaults.Layout));
-    options.NumberRecShow = platform::toLong(stored(NumberRecShowKey, defaults.NumberRecShow));
-    options.MouseClickOption = platform::toInteger(stored(MouseClickOptionKey, defaults.MouseClickOption));
-    options.ToolBarCaption = platform::toInteger(stored(ToolBarCaptionKey, defaults.ToolBarCaption));
-    options.MouseHotTracking = platform::toInteger(stored(MouseHotTrackingKey, defaults.MouseHotTracking));
+    load(options.Layout, LayoutKey, platform::toInteger);
+    load(options.NumberRecShow, NumberRecShowKey, platform::toLong);
+    load(options.MouseClickOption, MouseClickOptionKey, platform::toInteger);
+    load(options.ToolBarCaption, ToolBarCaptionKey, platform::toInteger);
+    load(options.MouseHotTracking, MouseHotTrackingKey, platform::toInteger);
     state.options = options;
 }
 

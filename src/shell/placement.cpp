@@ -20,7 +20,7 @@ constexpr float ScreenMargin = 1000;
 
 Placement loadPlacement(const AppState& state) {
     const auto stored = [&](const QString& key) {
-        return platform::toSingle(state.setting(key, NeverSavedText));
+        return state.setting(key, NeverSavedText, platform::toSingle);
     };
     return {.left = stored(LeftKey),
             .top = stored(TopKey),

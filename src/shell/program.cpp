@@ -33,6 +33,7 @@ int runProgram(int& argc, char** argv, const std::function<void()>& made) {
     if (made) made();
 
     desktop::SettingsStore settings;
+    settings.tidy();
     AppState state(settings);
     state.connectionPool = std::make_shared<ConnectionPool>();
     std::unique_ptr<frmMain> frame;

@@ -79,6 +79,8 @@ void SettingsTest::badNumbersAreRefused() {
         QFAIL("the bad number was taken");
     } catch (const RuntimeError& error) {
         QTEST(QString::number(error.number()), "number");
+        const QString place = QStringLiteral("\"%1\" in the file \"%2\" is \"%3\"");
+        QVERIFY(error.description().contains(place.arg(key, fixture.store.filePath(), text)));
     }
     QCOMPARE(fixture.state.setting(key, {}), text);
 }

@@ -1,16 +1,11 @@
 #include "platform/desktop/settingsstore.h"
 
 #include "platform/desktop/settingsfile.h"
-#include "platform/filewriting.h"
+#include "platform/desktop/settingslock.h"
 #include "platform/runtimeerror.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonObject>
-#include <QLockFile>
 #include <QStandardPaths>
-
-#include <cerrno>
 
 namespace desktop {
 namespace {
@@ -23,32 +18,19 @@ QString defaultFilePath() {
 }
 
 // A member of the file that should be what `isWanted` says, where it is there at all.
-QJsonValue member(const QString& filePath, const QJsonObject& object, const QString& name,
+QJsonValue member(const SettingsFile& file, const QJsonObject& object, const QString& name,
                   bool (QJsonValue::*isWanted)() const) {
     const QJsonValue value = object.value(name);
     if (!value.isUndefined() && !(value.*isWanted)()) {
-        throw platform::RuntimeError(
-            platform::errors::PathFileAccess,
-            QStringLiteral("Path/File access error: the settings file \"%1\" is damaged at \"%2\"")
-                .arg(QDir::toNativeSeparators(filePath), name));
+        file.refuse(QStringLiteral("it is damaged at \"%1\"").arg(name));
     }
     return value;
 }
 
-QJsonObject section(const QString& filePath, const QJsonObject& all, const QString& application,
+QJsonObject section(const SettingsFile& file, const QJsonObject& all, const QString& application,
                     const QString& sectionName) {
-    const QJsonObject own = member(filePath, all, application, &QJsonValue::isObject).toObject();
-    return member(filePath, own, sectionName, &QJsonValue::isObject).toObject();
-}
-
-// The lock says only that it could not be made: writing something shows why.
-[[noreturn]] void throwLockFailure(const QString& filePath, QLockFile::LockError error) {
-    if (error == QLockFile::PermissionError) platform::throwWriteFailure(filePath, qt_error_string(EACCES));
-    if (error == QLockFile::LockFailedError) {
-        platform::throwWriteFailure(filePath, QStringLiteral("another program is keeping it locked"));
-    }
-    SettingsFile(filePath).probe();
-    platform::throwWriteFailure(filePath, QStringLiteral("its lock cannot be made"));
+    const QJsonObject own = member(file, all, application, &QJsonValue::isObject).toObject();
+    return member(file, own, sectionName, &QJsonValue::isObject).toObject();
 }
 
 }  // namespace
@@ -59,9 +41,9 @@ SettingsStore::SettingsStore(QString filePath) : m_filePath(std::move(filePath))
 
 QString SettingsStore::GetSetting(const QString& application, const QString& sectionName, const QString& key,
                                   const QString& defaultText) const {
-    const QJsonObject all = SettingsFile(m_filePath).read();
-    const QJsonObject values = section(m_filePath, all, application, sectionName);
-    const QJsonValue value = member(m_filePath, values, key, &QJsonValue::isString);
+    const SettingsFile file(m_filePath);
+    const QJsonObject values = section(file, file.read(), application, sectionName);
+    const QJsonValue value = member(file, values, key, &QJsonValue::isString);
     return value.isUndefined() ? defaultText : value.toString();
 }
 
@@ -69,17 +51,28 @@ void SettingsStore::SaveSetting(const QString& application, const QString& secti
                                 const QString& text) {
     const SettingsFile file(m_filePath);
     file.makeFolder();
-    QLockFile lock(m_filePath + QStringLiteral(".lock"));
-    if (!lock.tryLock(LockMilliseconds)) throwLockFailure(m_filePath, lock.error());
+    const SettingsLock lock(m_filePath, LockMilliseconds);
 
     QJsonObject all = file.read();
-    QJsonObject values = section(m_filePath, all, application, sectionName);
-    if (member(m_filePath, values, key, &QJsonValue::isString) == text) return;
+    QJsonObject values = section(file, all, application, sectionName);
+    const bool same = member(file, values, key, &QJsonValue::isString) == text;
+    if (same && file.isPrivate()) return;
     values.insert(key, text);
     QJsonObject own = all.value(application).toObject();
     own.insert(sectionName, values);
     all.insert(application, own);
     file.replace(all);
+}
+
+void SettingsStore::tidy() const {
+    const SettingsFile file(m_filePath);
+    if (file.isTidy()) return;
+    try {
+        const SettingsLock lock(m_filePath, 0);
+        file.tidy();
+    } catch (const platform::RuntimeError&) {
+        // Somebody writes just now, or this user may not: no reason not to start.
+    }
 }
 
 }  // namespace desktop

@@ -25,6 +25,10 @@ class SettingsStore {
     void SaveSetting(const QString& application, const QString& section, const QString& key,
                      const QString& text);
 
+    /// Removes what killed writers left beside the file, and takes the file from the eyes of others. Nothing
+    /// that keeps it from that is told.
+    void tidy() const;
+
     QString filePath() const { return m_filePath; }
 
   private:

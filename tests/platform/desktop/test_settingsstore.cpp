@@ -1,3 +1,4 @@
+#include "platform/desktop/settingslock.h"
 #include "platform/desktop/settingsstore.h"
 #include "platform/runtimeerror.h"
 
@@ -21,6 +22,8 @@ namespace {
 
 const QString Application = QStringLiteral("App");
 const QString Section = QStringLiteral("Settings");
+/// What is in the folder of settings that were written.
+const QStringList Files = {QStringLiteral("settings.json"), QStringLiteral("settings.json.lock")};
 
 // The number of the failure that an action ends with, 0 for none; its description goes to `description`.
 int numberOf(const std::function<void()>& action, QString* description = nullptr) {
@@ -65,7 +68,10 @@ class SettingsStoreTest : public QObject {
     void keepsTexts();
     void defaults();
     void processesKeepEachOthersKeys();
+    void killedWritersLeaveNothing();
     void onlyItsUserReadsIt();
+    void onlyAFileIsRead_data();
+    void onlyAFileIsRead();
     void damagedFileStaysAsItIs_data();
     void damagedFileStaysAsItIs();
     void fullDiskKeepsOldValues_data();
@@ -145,7 +151,32 @@ void SettingsStoreTest::processesKeepEachOthersKeys() {
                      QString::number(key));
         }
     }
-    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 1);
+    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files), Files);
+#else
+    QSKIP("needs fork");
+#endif
+}
+
+void SettingsStoreTest::killedWritersLeaveNothing() {
+#ifdef Q_OS_UNIX
+    SettingsStore store(path());
+    const auto save = [&] {
+        store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    };
+    save();
+    const QString unfinished = path() + QStringLiteral(".new-AbCdEf");
+    const QString others = path() + QStringLiteral(".backup");
+    for (const QString& file : {path() + QStringLiteral(".lock"), unfinished, others})
+        writeContent(file, "x");
+    {
+        const desktop::SettingsLock writing(path(), 0);
+        inChild([&] { return numberOf([&] { store.tidy(); }); });
+        QVERIFY(QFileInfo::exists(unfinished));
+    }
+    QCOMPARE(numberOf(save), 0);
+    store.tidy();
+    QVERIFY(!QFileInfo::exists(unfinished));
+    QVERIFY(QFileInfo::exists(others));
 #else
     QSKIP("needs fork");
 #endif
@@ -164,12 +195,50 @@ void SettingsStoreTest::onlyItsUserReadsIt() {
     QCOMPARE(modeOf(path()), 0600u);
     QCOMPARE(modeOf(QFileInfo(path()).path()), 0700u);
 
-    QCOMPARE(chmod(QFile::encodeName(path()).constData(), 0644), 0);
-    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("2"));
-    QCOMPARE(modeOf(path()), 0600u);
+    const auto save = [&](const QString& text) {
+        store.SaveSetting(Application, Section, QStringLiteral("A"), text);
+    };
+    const std::function<void()> roads[] = {[&] { save(QStringLiteral("2")); },
+                                           [&] { save(QStringLiteral("2")); }, [&] { store.tidy(); }};
+    for (const auto& road : roads) {
+        QCOMPARE(chmod(QFile::encodeName(path()).constData(), 0644), 0);
+        road();
+        QCOMPARE(modeOf(path()), 0600u);
+    }
 #else
     QSKIP("needs file modes");
 #endif
+}
+
+void SettingsStoreTest::onlyAFileIsRead_data() {
+    QTest::addColumn<std::function<bool(const QString&)>>("make");
+    QTest::addColumn<int>("number");
+    using Make = std::function<bool(const QString&)>;
+    QTest::newRow("folder") << Make([](const QString& path) { return QDir().mkdir(path); }) << 75;
+#ifdef Q_OS_UNIX
+    QTest::newRow("pipe") << Make([](const QString& path) {
+        return mkfifo(QFile::encodeName(path), 0644) == 0;
+    }) << 75;
+    QTest::newRow("link to a file") << Make([](const QString& path) {
+        writeContent(path + u'2', "{}");
+        return QFile::link(path + u'2', path);
+    }) << 0;
+#endif
+}
+
+void SettingsStoreTest::onlyAFileIsRead() {
+    QFETCH(std::function<bool(const QString&)>, make);
+    const QString file = m_folder->filePath(QStringLiteral("settings.json"));
+    QVERIFY(make(file));
+    SettingsStore store(file);
+    const bool link = QFileInfo(file).isSymLink();
+    const auto permissions = QFile::permissions(file);
+    store.tidy();
+    if (!link) QCOMPARE(QFile::permissions(file), permissions);
+    QTEST(numberOf([&] { store.GetSetting(Application, Section, QStringLiteral("A")); }), "number");
+    QTEST(numberOf([&] { store.SaveSetting(Application, Section, QStringLiteral("A"), QString()); }),
+          "number");
+    QCOMPARE(QFileInfo(file).isSymLink(), link);
 }
 
 void SettingsStoreTest::damagedFileStaysAsItIs_data() {
@@ -191,7 +260,8 @@ void SettingsStoreTest::damagedFileStaysAsItIs() {
     QString description;
     QCOMPARE(numberOf([&] { store.GetSetting(Application, Section, QStringLiteral("A")); }, &description),
              75);
-    QVERIFY2(description.contains(QStringLiteral("settings.json")), qPrintable(description));
+    QVERIFY2(description.contains(file) && description.contains(QStringLiteral("move it away")),
+             qPrintable(description));
     QCOMPARE(numberOf([&] { store.SaveSetting(Application, Section, QStringLiteral("A"), QString()); }), 75);
     QCOMPARE(contentOf(file), content);
 }
@@ -222,7 +292,7 @@ void SettingsStoreTest::fullDiskKeepsOldValues() {
     });
     QCOMPARE(number, 61);
     QCOMPARE(contentOf(path()), before);
-    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 1);
+    QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files), Files);
     save();
     QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("A")), QString(length, u'x'));
 #else
