@@ -52,7 +52,7 @@ Cell PieceRows::read(SQLUSMALLINT index, Slot& slot) {
     SQLLEN length = 0;
     odbc::check(SQLGetData(statement(), index, slot.type, slot.value, room, &length), handle());
     if (length == SQL_NULL_DATA) return {};
-    return {slot.value, std::max<SQLLEN>(length, 0)};
+    return {slot.value, std::clamp<SQLLEN>(length, 0, room)};
 }
 
 Cell PieceRows::readText(SQLUSMALLINT index, std::vector<char16_t>& text) {
