@@ -3,6 +3,7 @@
 #include "desk.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -17,7 +18,6 @@ class TestConnecting : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void connects();
     void connectsAgainInPlace();
     void connectsThroughDataSource();
@@ -26,7 +26,7 @@ class TestConnecting : public QObject {
     void survivesItsDocument();
 
   private:
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
 
 namespace {
@@ -54,10 +54,6 @@ bool hasRootOnly(Desk& desk) {
 }
 
 }  // namespace
-
-void TestConnecting::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
 
 void TestConnecting::connects() {
     Desk desk;
@@ -119,15 +115,13 @@ void TestConnecting::connectsThroughDataSource() {
 }
 
 void TestConnecting::tellsWhyItFailed_data() {
-    QTest::addColumn<bool>("reachable");
-    QTest::addColumn<QString>("head");
-    QTest::addColumn<QString>("hint");
-    QTest::newRow("wrong password") << true << "Error: -2147217843.\r\n"
-                                    << "Please make sure your User ID and Password have been entered "
-                                       "correctly.\r\n\r\n";
-    QTest::newRow("nobody listens") << false << "Error: -2147467259.\r\n"
-                                    << "Please make sure that the Server Name has been entered correctly "
-                                       "and the SQL Server has started successfully.\r\n\r\n";
+    const testsupport::Table<bool, QString, QString> row("reachable", "head", "hint");
+    row("wrong password", true, "Error: -2147217843.\r\n",
+        "Please make sure your User ID and Password have been entered "
+        "correctly.\r\n\r\n");
+    row("nobody listens", false, "Error: -2147467259.\r\n",
+        "Please make sure that the Server Name has been entered correctly "
+        "and the SQL Server has started successfully.\r\n\r\n");
 }
 
 void TestConnecting::tellsWhyItFailed() {

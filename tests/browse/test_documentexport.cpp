@@ -2,6 +2,7 @@
 #include "desk.h"
 #include "platform/desktop/titlelabel.h"
 #include "support/answers.h"
+#include "support/table.h"
 
 #include <QFile>
 #include <QTest>
@@ -94,27 +95,24 @@ class TestDocumentExport : public QObject {
 };
 
 void TestDocumentExport::writes_data() {
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<int>("columnCount");
-    QTest::addColumn<Rows>("rows");
-    QTest::addColumn<QByteArray>("expected");
+    const testsupport::Table<QString, int, Rows, QByteArray> row("caption", "columnCount", "rows",
+                                                                 "expected");
 
     const QString connected = QStringLiteral("Connected to db1");
     const Rows rows{
         {QStringLiteral("Id"), QStringLiteral("int"), QStringLiteral("No"), QString()},
         {QStringLiteral("a, b"), QStringLiteral("char (3)"), QStringLiteral("Yes"), QStringLiteral("Yes")},
         {QStringLiteral("alone")}};
-    QTest::newRow("names") << connected << 1 << rows << head() + "Id\r\na, b\r\nalone\r\n";
-    QTest::newRow("definitions") << connected << 4 << rows
-                                 << head() + "Id, int, No, \r\na, b, char (3), Yes, Yes\r\nalone, , , \r\n";
-    QTest::newRow("no items") << connected << 4 << Rows() << head();
-    QTest::newRow("data source") << QStringLiteral("Connected to X (through ODBC)") << 1 << Rows()
-                                 << head("X (through ODBC)");
-    QTest::newRow("not connected") << QStringLiteral("<No Connection>") << 1 << Rows() << head("n>");
-    QTest::newRow("nothing but the prefix") << QStringLiteral("Connected to ") << 1 << Rows() << head("");
-    QTest::newRow("code page") << QStringLiteral("Connected to \u0160\u20ac") << 1
-                               << Rows{{QStringLiteral("\u201cGr\u00fc\u00dfe\u201d \u0416\U0001F600")}}
-                               << head("\x8a\x80") + "\x93Gr\xfc\xdf" + "e\x94 ??\r\n";
+    row("names", connected, 1, rows, head() + "Id\r\na, b\r\nalone\r\n");
+    row("definitions", connected, 4, rows,
+        head() + "Id, int, No, \r\na, b, char (3), Yes, Yes\r\nalone, , , \r\n");
+    row("no items", connected, 4, Rows(), head());
+    row("data source", "Connected to X (through ODBC)", 1, Rows(), head("X (through ODBC)"));
+    row("not connected", "<No Connection>", 1, Rows(), head("n>"));
+    row("nothing but the prefix", "Connected to ", 1, Rows(), head(""));
+    row("code page", "Connected to \u0160\u20ac", 1,
+        {{QStringLiteral("\u201cGr\u00fc\u00dfe\u201d \u0416\U0001F600")}},
+        head("\x8a\x80") + "\x93Gr\xfc\xdf" + "e\x94 ??\r\n");
 }
 
 void TestDocumentExport::writes() {
@@ -141,10 +139,9 @@ void TestDocumentExport::refusesShortCaption() {
 }
 
 void TestDocumentExport::asksBeforeReplacing_data() {
-    QTest::addColumn<desktop::MsgBoxResult>("answer");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::newRow("OK") << desktop::MsgBoxResult::Ok << head();
-    QTest::newRow("Cancel") << desktop::MsgBoxResult::Cancel << QByteArray(1000, 'x');
+    const testsupport::Table<desktop::MsgBoxResult, QByteArray> row("answer", "expected");
+    row("OK", desktop::MsgBoxResult::Ok, head());
+    row("Cancel", desktop::MsgBoxResult::Cancel, QByteArray(1000, 'x'));
 }
 
 void TestDocumentExport::asksBeforeReplacing() {
@@ -176,12 +173,11 @@ void TestDocumentExport::documentGoesWhileAsked() {
 }
 
 void TestDocumentExport::reportsFailedWriting_data() {
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<int>("number");
-    QTest::newRow("missing folder") << QStringLiteral("missing/out.txt") << 76;
-    QTest::newRow("below a file") << QStringLiteral("file/out.txt") << 76;
-    QTest::newRow("a folder") << QStringLiteral(".") << 75;
-    QTest::newRow("full disk") << QStringLiteral("/dev/full") << 61;
+    const testsupport::Table<QString, int> row("target", "number");
+    row("missing folder", "missing/out.txt", 76);
+    row("below a file", "file/out.txt", 76);
+    row("a folder", ".", 75);
+    row("full disk", "/dev/full", 61);
 }
 
 void TestDocumentExport::reportsFailedWriting() {

@@ -2,6 +2,7 @@
 #include "desk.h"
 #include "platform/desktop/titlelabel.h"
 #include "platform/desktop/twips.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -12,6 +13,8 @@ using desktop::toPixels;
 using desktop::toTwips;
 
 namespace {
+
+using Span = std::pair<int, int>;
 
 /// A window of 9000 by 6000 twips (600 by 400 pixels).
 struct Window : Desk {
@@ -49,16 +52,10 @@ class TestDocumentPanes : public QObject {
 };
 
 void TestDocumentPanes::arrangesPanes_data() {
-    QTest::addColumn<int>("layout");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("splitters");
-    // Left edge and width of each part that the splitter across moves.
-    using Span = std::pair<int, int>;
-    QTest::addColumn<std::vector<Span>>("across");  // lblTitle0, lblTitle1, tvDB, lvTblDef, lvTblData
-    const auto row = [](const char* name, int layout, QSize size, QPoint splitters,
-                        const std::vector<Span>& across) {
-        QTest::newRow(name) << layout << size << splitters << across;
-    };
+    // Left edge and width of each part that the splitter across moves: lblTitle0, lblTitle1, tvDB, lvTblDef,
+    // lvTblData.
+    const testsupport::Table<int, QSize, QPoint, std::vector<Span>> row("layout", "size", "splitters",
+                                                                        "across");
     const QSize usual(1000, 700);
     const QSize smallest(200, 200);
     row("usual, horizontal", 1, usual, {500, 350}, {{0, 499}, {504, 489}, {0, 500}, {503, 490}, {0, 995}});
@@ -72,7 +69,6 @@ void TestDocumentPanes::arrangesPanes() {
     QFETCH(QSize, size);
     QFETCH(QPoint, splitters);
     const Window window(static_cast<qint16>(layout), size);
-    using Span = std::pair<int, int>;
     std::vector<Span> across;
     for (const char* name : {"lblTitle0", "lblTitle1", "tvDB", "lvTblDef", "lvTblData"})
         across.emplace_back(window.place(name).x(), window.place(name).width());
@@ -130,12 +126,11 @@ void TestDocumentPanes::keepsPartsApart() {
 }
 
 void TestDocumentPanes::limitsSplitters_data() {
-    QTest::addColumn<QPoint>("wanted");
-    QTest::addColumn<QPoint>("given");
+    const testsupport::Table<QPoint, QPoint> row("wanted", "given");
     // Of a window of 15000 by 10500 twips.
-    QTest::newRow("inside") << QPoint(1500, 9000) << QPoint(1500, 9000);
-    QTest::newRow("too near the start") << QPoint(1499, -20) << QPoint(1500, 1500);
-    QTest::newRow("too near the end") << QPoint(13501, 20000) << QPoint(13500, 9000);
+    row("inside", QPoint(1500, 9000), QPoint(1500, 9000));
+    row("too near the start", QPoint(1499, -20), QPoint(1500, 1500));
+    row("too near the end", QPoint(13501, 20000), QPoint(13500, 9000));
 }
 
 void TestDocumentPanes::limitsSplitters() {
@@ -162,15 +157,12 @@ void TestDocumentPanes::centresSplittersOnResize() {
 }
 
 void TestDocumentPanes::dragsSplitter_data() {
-    QTest::addColumn<QString>("handle");
-    QTest::addColumn<int>("to");
-    QTest::addColumn<int>("bar");
-    QTest::addColumn<int>("splitter");
-    QTest::newRow("sideways") << "imgSplitter" << 200 << 3000 << 3000;
-    QTest::newRow("to the far left") << "imgSplitter" << 0 << 500 << 1500;
-    QTest::newRow("beyond the right") << "imgSplitter" << 700 << 8500 << 7500;
-    QTest::newRow("up") << "imgSplitter2" << 150 << 2250 << 2250;
-    QTest::newRow("near the bottom") << "imgSplitter2" << 390 << 5500 << 4500;
+    const testsupport::Table<QString, int, int, int> row("handle", "to", "bar", "splitter");
+    row("sideways", "imgSplitter", 200, 3000, 3000);
+    row("to the far left", "imgSplitter", 0, 500, 1500);
+    row("beyond the right", "imgSplitter", 700, 8500, 7500);
+    row("up", "imgSplitter2", 150, 2250, 2250);
+    row("near the bottom", "imgSplitter2", 390, 5500, 4500);
 }
 
 void TestDocumentPanes::dragsSplitter() {

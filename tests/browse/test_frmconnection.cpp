@@ -103,15 +103,8 @@ void TestFrmConnection::opensWithNothingStored() {
 }
 
 void TestFrmConnection::keepsRecentServers_data() {
-    QTest::addColumn<QStringList>("stored");
-    QTest::addColumn<QStringList>("listed");
-    QTest::addColumn<QString>("used");
-    QTest::addColumn<QStringList>("storedAfter");
-    const auto row = [](const char* name, const char* stored, const char* listed, const char* used,
-                        const char* after) {
-        const auto list = [](const char* text) { return QString::fromLatin1(text).split(u'|'); };
-        QTest::newRow(name) << list(stored) << list(listed) << QString::fromLatin1(used) << list(after);
-    };
+    const testsupport::Table<QString, QString, QString, QString> row("stored", "listed", "used",
+                                                                     "storedAfter");
     row("repetitions and gaps are cleaned when read", "A|A||B|", "(local)|A|B", "(local)", "A|A|B|B|");
     row("the case tells servers apart", "A|a||a|", "(local)|A|a", "(local)", "A|A|a|a|");
     row("a typed server goes to the top", "A|B|||", "(local)|A|B", "X", "X|A|B||");
@@ -124,24 +117,24 @@ void TestFrmConnection::keepsRecentServers_data() {
 }
 
 void TestFrmConnection::keepsRecentServers() {
-    QFETCH(QStringList, stored);
+    QFETCH(QString, stored);
     QFETCH(QString, used);
     Desk desk;
     const auto key = [](qsizetype i) { return QStringLiteral("Server%1").arg(i + 1); };
-    for (qsizetype i = 0; i < stored.size(); ++i) {
-        if (!stored[i].isEmpty()) desk.state.saveSetting(key(i), stored[i]);
+    const QStringList before = stored.split(u'|');
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        if (!before[i].isEmpty()) desk.state.saveSetting(key(i), before[i]);
     }
     Dialog dialog(desk);
-    QTEST(dialog.servers(), "listed");
+    QTEST(dialog.servers().join(u'|'), "listed");
     QCOMPARE(dialog.server()->currentText(), QStringLiteral("(local)"));
     dialog.server()->setEditText(used);
     dialog.press("cmdCancel");
 
-    QStringList storedAfter;
-    for (qsizetype i = 0; i < stored.size(); ++i) {
-        storedAfter += desk.state.setting(key(i), {});
-    }
-    QTEST(storedAfter, "storedAfter");
+    QStringList after;
+    for (qsizetype i = 0; i < before.size(); ++i)
+        after += desk.state.setting(key(i), {});
+    QTEST(after.join(u'|'), "storedAfter");
 }
 
 void TestFrmConnection::restoresEntries_data() {

@@ -2,6 +2,7 @@
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
 #include "support/answers.h"
+#include "support/table.h"
 
 #include <QLabel>
 #include <QTest>
@@ -67,17 +68,8 @@ void TestFrmDocument::opens() {
 }
 
 void TestFrmDocument::choosesNode_data() {
-    QTest::addColumn<int>("clickOption");
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("firstTitle");
-    QTest::addColumn<QString>("secondTitle");
-    QTest::addColumn<bool>("cleared");
-    const auto row = [](const char* name, int option, const char* action, const char* key, const char* first,
-                        const char* second, bool cleared) {
-        QTest::newRow(name) << option << QString::fromLatin1(action) << QString::fromLatin1(key)
-                            << QString::fromLatin1(first) << QString::fromLatin1(second) << cleared;
-    };
+    const testsupport::Table<int, QString, QString, QString, QString, bool> row(
+        "clickOption", "action", "key", "firstTitle", "secondTitle", "cleared");
     constexpr auto Tables = "Table Definition:";
     row("server", 0, "double", "R", "Databases", "before", false);
     row("database, click that does not open", 0, "single", "Sales", "Database: Sales", "before", false);
@@ -148,11 +140,10 @@ void TestFrmDocument::popsUpMenus() {
 }
 
 void TestFrmDocument::leavesTheProgramOnce_data() {
-    QTest::addColumn<bool>("closed");
-    QTest::addColumn<bool>("connected");
-    QTest::newRow("closed, then destroyed") << true << true;
-    QTest::newRow("only destroyed") << false << true;
-    QTest::newRow("not connected") << true << false;
+    const testsupport::Table<bool, bool> row("closed", "connected");
+    row("closed, then destroyed", true, true);
+    row("only destroyed", false, true);
+    row("not connected", true, false);
 }
 
 void TestFrmDocument::leavesTheProgramOnce() {

@@ -12,7 +12,6 @@ class TestQueryBuilding : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void begins();
     void captions();
     void picksColumns_data();
@@ -31,7 +30,7 @@ class TestQueryBuilding : public QObject {
     void tabFollowsTheReadingDirection();
 
   private:
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
 
 namespace {
@@ -41,10 +40,6 @@ const QString Workshop = QStringLiteral("Workshop");
 const QString Mechanic = QStringLiteral("Mechanic");
 
 }  // namespace
-
-void TestQueryBuilding::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
 
 void TestQueryBuilding::begins() {
     const testsupport::Answers noBoxes;
@@ -117,13 +112,7 @@ void TestQueryBuilding::picksColumns() {
 }
 
 void TestQueryBuilding::picksTables_data() {
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<QStringList>("tables");
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char* name, const char* database, const QStringList& tables,
-                        const char* after) {
-        QTest::newRow(name) << QString::fromLatin1(database) << tables << QString::fromLatin1(after);
-    };
+    const testsupport::Table<QString, QStringList, QString> row("database", "tables", "after");
     row("the same twice", "Workshop", {Mechanic, Mechanic}, "FROM [Mechanic]");
     row("two", "Workshop", {Mechanic, QStringLiteral("Customer")}, "FROM [Mechanic], [Customer]");
     row("a name with brackets", "Odd Names", {QStringLiteral("a]b")}, "FROM [a]b]");

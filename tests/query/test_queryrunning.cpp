@@ -10,7 +10,6 @@ class TestQueryRunning : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void refusals_data();
     void refusals();
     void runs_data();
@@ -29,7 +28,7 @@ class TestQueryRunning : public QObject {
     void compose(const QueryDesk& desk, const QString& columns, const QString& tables,
                  const QString& conditions = {}) const;
 
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server{{QStringLiteral("--script"), QFINDTESTDATA("querying.sql")}};
 };
 
 namespace {
@@ -52,11 +51,6 @@ QStringList rowsOf(const QueryDesk& desk) {
 }
 
 }  // namespace
-
-void TestQueryRunning::initTestCase() {
-    QVERIFY2(m_server.start({QStringLiteral("--script"), QFINDTESTDATA("querying.sql")}),
-             qUtf8Printable(m_server.errorText()));
-}
 
 void TestQueryRunning::compose(const QueryDesk& desk, const QString& columns, const QString& tables,
                                const QString& conditions) const {
@@ -213,19 +207,13 @@ void TestQueryRunning::timeOut() {
 }
 
 void TestQueryRunning::enterExecutes_data() {
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<bool>("withControl");
-    QTest::addColumn<int>("page");
-    const auto row = [](const char* control, bool withControl, int page) {
-        QTest::addRow("%s%s", withControl ? "Ctrl+Enter in " : "", control)
-            << QString::fromLatin1(control) << withControl << page;
-    };
-    row("cbTable", false, 1);
-    row("txtMaxRows", false, 1);
-    row("cmdExecute", false, 1);
-    row("txtWhereClause", false, 0);
-    row("txtWhereClause", true, 1);
-    row("cmdReset", false, 0);
+    const testsupport::Table<QString, bool, int> row("control", "withControl", "page");
+    row("in a list", "cbTable", false, 1);
+    row("in a box for a number", "txtMaxRows", false, 1);
+    row("on the button", "cmdExecute", false, 1);
+    row("in a text", "txtWhereClause", false, 0);
+    row("in a text, with Ctrl", "txtWhereClause", true, 1);
+    row("on another button", "cmdReset", false, 0);
 }
 
 void TestQueryRunning::enterExecutes() {
@@ -244,10 +232,9 @@ void TestQueryRunning::enterExecutes() {
 }
 
 void TestQueryRunning::goesWhileAMessageIsOpen_data() {
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("tables");
-    QTest::newRow("refusal with focus") << AllOf << QString();
-    QTest::newRow("failed statement") << QStringLiteral("SELECTX") << Numbers;
+    const testsupport::Table<QString, QString> row("columns", "tables");
+    row("refusal with focus", AllOf, "");
+    row("failed statement", "SELECTX", Numbers);
 }
 
 void TestQueryRunning::goesWhileAMessageIsOpen() {

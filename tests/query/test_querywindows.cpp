@@ -3,6 +3,7 @@
 #include "shell/framefixture.h"
 #include "support/answers.h"
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 
 #include <QComboBox>
 #include <QMdiArea>
@@ -14,7 +15,6 @@ class TestQueryWindows : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
     void opensFromADocument_data();
     void opensFromADocument();
     void opensFromAQueryWindow();
@@ -26,7 +26,7 @@ class TestQueryWindows : public QObject {
     /// Connects a new document to the server.
     void connectTo(FrameFixture& fixture) const;
 
-    testsupport::SampleServerProcess m_server;
+    testsupport::RunningSampleServer m_server;
 };
 
 namespace {
@@ -42,21 +42,14 @@ QList<tw::frmQuery*> queriesIn(const FrameFixture& fixture) {
 
 }  // namespace
 
-void TestQueryWindows::initTestCase() {
-    QVERIFY2(m_server.start(), qUtf8Printable(m_server.errorText()));
-}
-
 void TestQueryWindows::connectTo(FrameFixture& fixture) const {
-    fixture.open(m_server.serverText())
-        .connection()
-        ->setConnectionString(
-            QStringLiteral("driver={SQL Server};server=%1;uid=sa;pwd=").arg(m_server.serverText()));
+    fixture.open(m_server.serverText()).connection()->setConnectionString(m_server.connectionString());
 }
 
 void TestQueryWindows::opensFromADocument_data() {
-    QTest::addColumn<bool>("maximised");
-    QTest::newRow("of its own size") << false;
-    QTest::newRow("maximised") << true;
+    const testsupport::Table<bool> row("maximised");
+    row("of its own size", false);
+    row("maximised", true);
 }
 
 void TestQueryWindows::opensFromADocument() {

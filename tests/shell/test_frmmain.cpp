@@ -118,9 +118,9 @@ void FrmMainTest::menuKey() {
 }
 
 void FrmMainTest::helpCommands_data() {
-    QTest::addColumn<QString>("focus");
-    QTest::newRow("mnuHelpContents") << "QListWidget";
-    QTest::newRow("mnuHelpSearchForHelpOn") << "QLineEdit";
+    const testsupport::Table<QString> row("focus");
+    row("mnuHelpContents", "QListWidget");
+    row("mnuHelpSearchForHelpOn", "QLineEdit");
 }
 
 void FrmMainTest::helpCommands() {
@@ -164,20 +164,18 @@ void FrmMainTest::toolbar() {
 }
 
 void FrmMainTest::enabling_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("withoutConnection");
-    QTest::addColumn<bool>("withConnection");
+    const testsupport::Table<QString, bool, bool> row("name", "withoutConnection", "withConnection");
 
     for (const char* always : {"mnuFileNew", "mnuFileExit", "mnuViewToolbar", "mnuToolConnect", "New",
                                "Connect", "mnuWindowNewWindow", "mnuHelpAbout", "mnuPop1Connect",
                                "mnuPop2ExportColNames", "mnuPop2ExportColDef", "mnuToolOptions", "Options"}) {
-        QTest::newRow(always) << QString::fromLatin1(always) << true << true;
+        row(always, QString::fromLatin1(always), true, true);
     }
     for (const char* connected :
          {"mnuViewHorizontal", "mnuViewVertical", "mnuViewCenter", "mnuToolCompare", "Compare",
           "mnuToolQuery", "Query", "mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
           "mnuWindowArrangeIcons", "Horizontal", "Vertical", "CenterChild"}) {
-        QTest::newRow(connected) << QString::fromLatin1(connected) << false << true;
+        row(connected, QString::fromLatin1(connected), false, true);
     }
 }
 
@@ -241,12 +239,12 @@ void FrmMainTest::layout() {
 }
 
 void FrmMainTest::centre_data() {
-    QTest::addColumn<QSize>("less");  // than the client area
-    QTest::addColumn<QPoint>("expected");
+    // than the client area
+    const testsupport::Table<QSize, QPoint> row("less", "expected");
 
-    QTest::newRow("even room") << QSize(100, 60) << QPoint(50, 30);
-    QTest::newRow("half a pixel is rounded away from zero") << QSize(101, 61) << QPoint(51, 31);
-    QTest::newRow("larger than the client area") << QSize(-80, -40) << QPoint(-40, -20);
+    row("even room", QSize(100, 60), QPoint(50, 30));
+    row("half a pixel is rounded away from zero", QSize(101, 61), QPoint(51, 31));
+    row("larger than the client area", QSize(-80, -40), QPoint(-40, -20));
 }
 
 void FrmMainTest::centre() {
@@ -267,13 +265,11 @@ void FrmMainTest::centre() {
 }
 
 void FrmMainTest::captions_data() {
-    QTest::addColumn<bool>("connects");
-    QTest::addColumn<bool>("dataSource");
-    QTest::addColumn<QString>("caption");
+    const testsupport::Table<bool, bool, QString> row("connects", "dataSource", "caption");
 
-    QTest::newRow("cancelled") << false << false << "Not Connected";
-    QTest::newRow("server") << true << false << "Connected to alpha";
-    QTest::newRow("data source") << true << true << "Connected to Warehouse (through ODBC)";
+    row("cancelled", false, false, "Not Connected");
+    row("server", true, false, "Connected to alpha");
+    row("data source", true, true, "Connected to Warehouse (through ODBC)");
 }
 
 void FrmMainTest::captions() {

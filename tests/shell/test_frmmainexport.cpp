@@ -4,6 +4,7 @@
 #include "platform/runtimeerror.h"
 #include "shell/framefixture.h"
 #include "support/answers.h"
+#include "support/table.h"
 
 #include <QFile>
 #include <QMenu>
@@ -47,16 +48,12 @@ class FrmMainExportTest : public QObject {
 };
 
 void FrmMainExportTest::exports_data() {
-    QTest::addColumn<QString>("item");
-    QTest::addColumn<bool>("cancelled");
-    QTest::addColumn<QString>("suggested");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("names") << "mnuPop2ExportColNames" << false << "Orders column names.txt"
-                           << QByteArray("Id\r");
-    QTest::newRow("definitions") << "mnuPop2ExportColDef" << false << "Orders column definitions.txt"
-                                 << QByteArray("Id, int, No, \r");
-    QTest::newRow("cancelled") << "mnuPop2ExportColDef" << true << "Orders column definitions.txt"
-                               << QByteArray("<no file>");
+    const testsupport::Table<QString, bool, QString, QByteArray> row("item", "cancelled", "suggested",
+                                                                     "line");
+    row("names", "mnuPop2ExportColNames", false, "Orders column names.txt", QByteArray("Id\r"));
+    row("definitions", "mnuPop2ExportColDef", false, "Orders column definitions.txt",
+        QByteArray("Id, int, No, \r"));
+    row("cancelled", "mnuPop2ExportColDef", true, "Orders column definitions.txt", QByteArray("<no file>"));
 }
 
 /// From the right click on the list to the written file.
@@ -94,11 +91,9 @@ void FrmMainExportTest::documentGoesWhileAsked() {
 }
 
 void FrmMainExportTest::suggestsFileName_data() {
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("signs no file may have") << "a/b\\c:d*e?f\"g<h>i|j\tk"
-                                            << "a_b_c_d_e_f_g_h_i_j_k column names.txt";
-    QTest::newRow("long") << QString(128, u'\u20ac') << QString(60, u'\u20ac') + " column names.txt";
+    const testsupport::Table<QString, QString> row("table", "name");
+    row("signs no file may have", "a/b\\c:d*e?f\"g<h>i|j\tk", "a_b_c_d_e_f_g_h_i_j_k column names.txt");
+    row("long", QString(128, u'\u20ac'), QString(60, u'\u20ac') + " column names.txt");
 }
 
 void FrmMainExportTest::suggestsFileName() {

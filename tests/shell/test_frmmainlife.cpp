@@ -79,12 +79,11 @@ void FrmMainLifeTest::settingsAreTakenOver() {
 }
 
 void FrmMainLifeTest::closingStores_data() {
-    QTest::addColumn<Qt::WindowState>("windowState");
-    QTest::addColumn<bool>("placeStored");
+    const testsupport::Table<Qt::WindowState, bool> row("windowState", "placeStored");
 
-    QTest::newRow("normal") << Qt::WindowNoState << true;
-    QTest::newRow("minimised") << Qt::WindowMinimized << false;
-    QTest::newRow("maximised") << Qt::WindowMaximized << true;
+    row("normal", Qt::WindowNoState, true);
+    row("minimised", Qt::WindowMinimized, false);
+    row("maximised", Qt::WindowMaximized, true);
 }
 
 void FrmMainLifeTest::closingStores() {
@@ -180,12 +179,12 @@ void FrmMainLifeTest::splashDoesNotBringAClosedFrameBack() {
 }
 
 void FrmMainLifeTest::documentsCloseInAnyOrder_data() {
-    QTest::addColumn<QList<int>>("closedFirst");
+    const testsupport::Table<QList<int>> row("closedFirst");
 
-    QTest::newRow("frame alone") << QList<int>{};
-    QTest::newRow("oldest first") << QList<int>{0, 1, 2};
-    QTest::newRow("newest first") << QList<int>{2, 1, 0};
-    QTest::newRow("the middle one, then the frame") << QList<int>{1};
+    row("frame alone", {});
+    row("oldest first", {0, 1, 2});
+    row("newest first", {2, 1, 0});
+    row("the middle one, then the frame", {1});
 }
 
 void FrmMainLifeTest::documentsCloseInAnyOrder() {

@@ -4,6 +4,7 @@
 #include "platform/desktop/settingsstore.h"
 #include "shell/appstate.h"
 #include "shell/program.h"
+#include "support/table.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -56,13 +57,11 @@ class ProgramSignalsTest : public QObject {
 };
 
 void ProgramSignalsTest::endsInOrder_data() {
-    QTest::addColumn<int>("signal");
-    QTest::addColumn<QString>("with");
-    QTest::addColumn<int>("exitCode");
-    QTest::newRow("terminated while idle") << SIGTERM << QStringLiteral("nothing") << 0;
-    QTest::newRow("interrupted at a message") << SIGINT << QStringLiteral("message") << 0;
-    QTest::newRow("hung up on at work") << SIGHUP << QStringLiteral("work") << 0;
-    QTest::newRow("terminated at a failure") << SIGTERM << QStringLiteral("failure") << 1;
+    const testsupport::Table<int, QString, int> row("signal", "with", "exitCode");
+    row("terminated while idle", SIGTERM, "nothing", 0);
+    row("interrupted at a message", SIGINT, "message", 0);
+    row("hung up on at work", SIGHUP, "work", 0);
+    row("terminated at a failure", SIGTERM, "failure", 1);
 }
 
 void ProgramSignalsTest::endsInOrder() {

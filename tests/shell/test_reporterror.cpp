@@ -1,6 +1,7 @@
 #include "platform/runtimeerror.h"
 #include "shell/reporterror.h"
 #include "support/answers.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -18,10 +19,8 @@ class ReportErrorTest : public QObject {
 };
 
 void ReportErrorTest::showsTheErrorBeingHandled_data() {
-    QTest::addColumn<qint32>("number");
-    QTest::addColumn<QString>("extraText");
-    QTest::addColumn<QString>("hint");
-    QTest::addColumn<QString>("extraTextAfterwards");
+    const testsupport::Table<qint32, QString, QString, QString> row("number", "extraText", "hint",
+                                                                    "extraTextAfterwards");
 
     const QString login =
         QStringLiteral("Please make sure your User ID and Password have been entered correctly.\r\n\r\n");
@@ -31,13 +30,12 @@ void ReportErrorTest::showsTheErrorBeingHandled_data() {
     const QString extra = QStringLiteral("While reading.");
     const QString extraAfterwards = QStringLiteral("While reading.\r\n\r\n");
 
-    QTest::newRow("login failed") << -2147217843 << QString() << login << QString();
-    QTest::newRow("server unreachable") << -2147467259 << QString() << server << QString();
-    QTest::newRow("no hint for a positive number") << 91 << QString() << QString() << QString();
-    QTest::newRow("no hint for another provider number")
-        << -2147217865 << QString() << QString() << QString();
-    QTest::newRow("extra text alone") << 91 << extra << QString() << extraAfterwards;
-    QTest::newRow("extra text behind the hint") << -2147217843 << extra << login << extraAfterwards;
+    row("login failed", -2147217843, "", login, "");
+    row("server unreachable", -2147467259, "", server, "");
+    row("no hint for a positive number", 91, "", "", "");
+    row("no hint for another provider number", -2147217865, "", "", "");
+    row("extra text alone", 91, extra, "", extraAfterwards);
+    row("extra text behind the hint", -2147217843, extra, login, extraAfterwards);
 }
 
 void ReportErrorTest::showsTheErrorBeingHandled() {

@@ -94,23 +94,16 @@ void SettingsTest::placementComesBackToTheBit() {
 }
 
 void SettingsTest::startPlacement_data() {
-    QTest::addColumn<Placement>("stored");
-    QTest::addColumn<StartPlacement>("expected");
+    const testsupport::Table<Placement, StartPlacement> row("stored", "expected");
 
     const Placement inside{0, 0, 19000, 14000};
-    QTest::newRow("first run") << Placement{9999, 9999, 9999, 9999} << StartPlacement{inside, true};
-    QTest::newRow("only the top says that it is a first run")
-        << Placement{120, 9999, 8000, 6000} << StartPlacement{inside, true};
-    QTest::newRow("9999 elsewhere is a place")
-        << Placement{9999, 120, 9999, 9999} << StartPlacement{{9999, 120, 9999, 9999}, false};
-    QTest::newRow("as large as the screen")
-        << Placement{0, 0, 20000, 15000} << StartPlacement{{0, 0, 20000, 15000}, false};
-    QTest::newRow("wider than the screen")
-        << Placement{300, 300, 20001, 6000} << StartPlacement{inside, false};
-    QTest::newRow("higher than the screen")
-        << Placement{300, 300, 8000, 15001} << StartPlacement{inside, false};
-    QTest::newRow("off the screen, but not too large")
-        << Placement{-9000, 90000, 8000, 6000} << StartPlacement{{-9000, 90000, 8000, 6000}, false};
+    row("first run", {9999, 9999, 9999, 9999}, {inside, true});
+    row("only the top says that it is a first run", {120, 9999, 8000, 6000}, {inside, true});
+    row("9999 elsewhere is a place", {9999, 120, 9999, 9999}, {{9999, 120, 9999, 9999}, false});
+    row("as large as the screen", {0, 0, 20000, 15000}, {{0, 0, 20000, 15000}, false});
+    row("wider than the screen", {300, 300, 20001, 6000}, {inside, false});
+    row("higher than the screen", {300, 300, 8000, 15001}, {inside, false});
+    row("off the screen, but not too large", {-9000, 90000, 8000, 6000}, {{-9000, 90000, 8000, 6000}, false});
 }
 
 void SettingsTest::startPlacement() {
