@@ -4,6 +4,7 @@
 #include "engine/session/session.h"
 #include "engine/store/rowstore.h"
 #include "engine/values/sqlerror.h"
+#include "support/table.h"
 
 #include <QSet>
 #include <QTest>
@@ -87,12 +88,11 @@ void TestSamples::hasTheDatabases() {
 }
 
 void TestSamples::doors_data() {
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<bool>("open");
-    QTest::newRow("own user") << QStringLiteral("Workshop") << true;
-    QTest::newRow("user of another name") << QStringLiteral("Odd Names") << true;
-    QTest::newRow("guest") << QStringLiteral("Archive") << true;
-    QTest::newRow("closed") << QStringLiteral("Payroll") << false;
+    const testsupport::Table<QString, bool> row("database", "open");
+    row("own user", "Workshop", true);
+    row("user of another name", "Odd Names", true);
+    row("guest", "Archive", true);
+    row("closed", "Payroll", false);
 }
 
 void TestSamples::doors() {
@@ -113,10 +113,10 @@ void TestSamples::nodeKeysCollide() {
 }
 
 void TestSamples::editionsDiffer_data() {
-    QTest::addColumn<QString>("what");
+    const testsupport::Table<QString> row("what");
     // A set of facts that each edition has; the cases say which side must have some of its own.
     for (const char* kind : {"table", "column", "type", "null", "index", "check", "key", "primary"}) {
-        QTest::newRow(kind) << QString::fromLatin1(kind);
+        row(kind, QString::fromLatin1(kind));
     }
 }
 

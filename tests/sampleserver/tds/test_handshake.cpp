@@ -1,4 +1,5 @@
 #include "serverhost.h"
+#include "support/table.h"
 #include "wireclient.h"
 
 #include <QTest>
@@ -46,16 +47,15 @@ void TestHandshake::preLoginIsAnswered() {
 }
 
 void TestHandshake::versions_data() {
-    QTest::addColumn<quint32>("asked");
-    QTest::addColumn<QByteArray>("answered");
-    QTest::newRow("7.0") << kTds70 << QByteArray("07000000");
-    QTest::newRow("7.1 first") << 0x71000000u << QByteArray("07010000");
-    QTest::newRow("7.1") << kTds71 << QByteArray("71000001");
-    QTest::newRow("7.2") << kTds72 << QByteArray("72090002");
-    QTest::newRow("7.3A") << 0x730A0003u << QByteArray("730a0003");
-    QTest::newRow("7.3B") << kTds73 << QByteArray("730b0003");
-    QTest::newRow("7.4") << kTds74 << QByteArray("74000004");
-    QTest::newRow("later") << 0x75000001u << QByteArray("74000004");
+    const testsupport::Table<quint32, QByteArray> row("asked", "answered");
+    row("7.0", kTds70, QByteArray("07000000"));
+    row("7.1 first", 0x71000000u, QByteArray("07010000"));
+    row("7.1", kTds71, QByteArray("71000001"));
+    row("7.2", kTds72, QByteArray("72090002"));
+    row("7.3A", 0x730A0003u, QByteArray("730a0003"));
+    row("7.3B", kTds73, QByteArray("730b0003"));
+    row("7.4", kTds74, QByteArray("74000004"));
+    row("later", 0x75000001u, QByteArray("74000004"));
 }
 
 void TestHandshake::versions() {
@@ -91,14 +91,13 @@ void TestHandshake::loginTellsWhoAsks() {
 }
 
 void TestHandshake::refusals_data() {
-    QTest::addColumn<LoginFields>("fields");
-    QTest::addColumn<QList<int>>("messages");
+    const testsupport::Table<LoginFields, QList<int>> row("fields", "messages");
     LoginFields wrong;
     wrong.password = QStringLiteral("wrong");
-    QTest::newRow("password") << wrong << QList<int>{18456};
+    row("password", wrong, {18456});
     LoginFields trusted;
     trusted.flags2 = 0x80;
-    QTest::newRow("operating system's user") << trusted << QList<int>{18452};
+    row("operating system's user", trusted, {18452});
 }
 
 void TestHandshake::refusals() {
@@ -114,14 +113,13 @@ void TestHandshake::refusals() {
 }
 
 void TestHandshake::packetSizes_data() {
-    QTest::addColumn<quint32>("asked");
-    QTest::addColumn<quint16>("agreed");
-    QTest::newRow("none") << 0u << quint16(4096);
-    QTest::newRow("too small") << 100u << quint16(512);
-    QTest::newRow("smallest") << 512u << quint16(512);
-    QTest::newRow("odd") << 1001u << quint16(1001);
-    QTest::newRow("largest") << 32767u << quint16(32767);
-    QTest::newRow("too large") << 0xFFFFFFFFu << quint16(32767);
+    const testsupport::Table<quint32, quint16> row("asked", "agreed");
+    row("none", 0u, quint16(4096));
+    row("too small", 100u, quint16(512));
+    row("smallest", 512u, quint16(512));
+    row("odd", 1001u, quint16(1001));
+    row("largest", 32767u, quint16(32767));
+    row("too large", 0xFFFFFFFFu, quint16(32767));
 }
 
 void TestHandshake::packetSizes() {

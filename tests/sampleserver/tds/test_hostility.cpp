@@ -1,4 +1,5 @@
 #include "serverhost.h"
+#include "support/table.h"
 #include "wireclient.h"
 
 #include <QRandomGenerator>
@@ -45,8 +46,7 @@ class TestHostility : public QObject {
 };
 
 void TestHostility::malformedBeforeLogin_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    const auto row = [](const char* name, const QByteArray& bytes) { QTest::newRow(name) << bytes; };
+    const testsupport::Table<QByteArray> row("bytes");
     row("no protocol at all", "GET / HTTP/1.1\r\nHost: x\r\n\r\n");
     row("a TLS greeting", hex("1603010200010001fc0303"));
     row("login of older versions", packet(2, QByteArray(500, '\0')));
@@ -88,8 +88,7 @@ void TestHostility::malformedBeforeLogin() {
 }
 
 void TestHostility::malformedAfterLogin_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    const auto row = [](const char* name, const QByteArray& bytes) { QTest::newRow(name) << bytes; };
+    const testsupport::Table<QByteArray> row("bytes");
     const auto batch = [](const char* digits) { return packet(1, hex(digits)); };
     const auto call = [](const char* digits) { return packet(3, hex(kHeaders) + hex(digits)); };
     row("unknown packet type", packet(0x53, {}));
@@ -163,13 +162,12 @@ void TestHostility::vanishesWhileServerWaits() {
 }
 
 void TestHostility::saysNothing_data() {
-    QTest::addColumn<QByteArray>("sent");
-    QTest::addColumn<bool>("loggedIn");
-    QTest::newRow("nothing") << QByteArray() << false;
-    QTest::newRow("half a pre-login") << preLoginMessage().left(20) << false;
-    QTest::newRow("nothing more") << QByteArray() << true;
-    QTest::newRow("half a batch") << batchMessage(QStringLiteral("echo x")).left(20) << true;
-    QTest::newRow("reads no rows") << batchMessage(QStringLiteral("rows")) << true;
+    const testsupport::Table<QByteArray, bool> row("sent", "loggedIn");
+    row("nothing", QByteArray(), false);
+    row("half a pre-login", preLoginMessage().left(20), false);
+    row("nothing more", QByteArray(), true);
+    row("half a batch", batchMessage(QStringLiteral("echo x")).left(20), true);
+    row("reads no rows", batchMessage(QStringLiteral("rows")), true);
 }
 
 void TestHostility::saysNothing() {

@@ -1,4 +1,5 @@
 #include "support/sampleserverprocess.h"
+#include "support/table.h"
 #include "wireclient.h"
 
 #include <QFile>
@@ -63,11 +64,7 @@ QString TestProgram::write(const QByteArray& script) {
 }
 
 void TestProgram::refusesOptions_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("named");  // what the error must name
-    const auto row = [](const char* arguments, const char* named) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments).split(u' ') << QString::fromLatin1(named);
-    };
+    const testsupport::TextTable<QString> row("arguments", "named");  // what the error must name
     row("--prot 1", "prot");
     row("--port", "port");
     row("--port x", "x");
@@ -84,9 +81,9 @@ void TestProgram::refusesOptions_data() {
 }
 
 void TestProgram::refusesOptions() {
-    QFETCH(QStringList, arguments);
+    QFETCH(QString, arguments);
     QFETCH(QString, named);
-    const Run run(arguments);
+    const Run run(arguments.split(u' '));
     QCOMPARE(run.exitCode, 2);
     QVERIFY2(run.errors.contains(named), qPrintable(run.errors));
 }
@@ -109,14 +106,14 @@ void TestProgram::tellsWhereScriptFails() {
 }
 
 void TestProgram::runsScripts_data() {
-    QTest::addColumn<QByteArray>("bytes");
+    const testsupport::Table<QByteArray> row("bytes");
     const QString script = QStringLiteral(
         "CREATE DATABASE A\nGO\nUSE A\nGO\nCREATE TABLE \u00dcbung (a int)\nGO\n"
         "INSERT INTO \u00dcbung VALUES (42)\nGO\n");
-    QTest::newRow("UTF-8") << script.toUtf8();
-    QTest::newRow("UTF-8 with mark") << "\xef\xbb\xbf" + script.toUtf8();
-    QTest::newRow("UTF-16") << "\xff\xfe" + utf16(script);
-    QTest::newRow("code page") << script.toLatin1();
+    row("UTF-8", script.toUtf8());
+    row("UTF-8 with mark", "\xef\xbb\xbf" + script.toUtf8());
+    row("UTF-16", "\xff\xfe" + utf16(script));
+    row("code page", script.toLatin1());
 }
 
 void TestProgram::runsScripts() {

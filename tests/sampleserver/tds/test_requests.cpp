@@ -1,4 +1,5 @@
 #include "serverhost.h"
+#include "support/table.h"
 #include "wireclient.h"
 
 #include <QTest>
@@ -70,16 +71,9 @@ class TestRequests : public QObject {
 };
 
 void TestRequests::results_data() {
-    QTest::addColumn<Tell>("tell");
-    QTest::addColumn<QByteArray>("tokens");
-    QTest::addColumn<QList<quint16>>("statuses");
-    using Statuses = QList<quint16>;
+    const testsupport::Table<Tell, QByteArray, QList<quint16>> row("tell", "tokens", "statuses");
     const SqlMessage error{.number = 208, .text = QStringLiteral("no")};
     const SqlMessage information{.number = 0, .severity = 0, .text = QStringLiteral("so")};
-
-    const auto row = [](const char* name, Tell tell, const char* tokens, Statuses statuses) {
-        QTest::newRow(name) << tell << QByteArray(tokens) << statuses;
-    };
     row("nothing", [](ResultSink&) {}, "fd", {0});
     row("no count", [](ResultSink& sink) { sink.statementDone(-1, false); }, "fd", {0});
     row("two results",
@@ -151,14 +145,8 @@ void TestRequests::messageBytes() {
 }
 
 void TestRequests::calls_data() {
-    QTest::addColumn<quint32>("version");
-    QTest::addColumn<QByteArray>("call");
-    QTest::addColumn<QByteArray>("tokens");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char* name, quint32 number, const QByteArray& call, const char* tokens,
-                        const char* text) {
-        QTest::newRow(name) << number << call << QByteArray(tokens) << QString::fromUtf8(text);
-    };
+    const testsupport::Table<quint32, QByteArray, QByteArray, QString> row("version", "call", "tokens",
+                                                                           "text");
     // "echo x" and the parts of a call around it.
     const QByteArray statement = utf16(QStringLiteral("echo x"));
     const QByteArray byNumber = hex("ffff 0a00 0000");
@@ -180,7 +168,7 @@ void TestRequests::calls_data() {
     row("unknown type", kTds74, p + hex("00 00 f0 00"), "aafd", "");
     const auto value = [&](const char* bytes, const char* text) {
         row(text, kTds74, p + hex("00 00") + hex(bytes), "81d1ff79fe",
-            qPrintable(QLatin1String("p  ") + QString::fromUtf8(text)));
+            QStringLiteral("p  ") + QString::fromUtf8(text));
     };
     value("1f", "int null");
     value("26 04 00", "int null");
@@ -219,20 +207,18 @@ void TestRequests::calls() {
 }
 
 void TestRequests::transactions_data() {
-    QTest::addColumn<QList<QByteArray>>("requests");
-    QTest::addColumn<QByteArray>("changes");  // of all answers
-    QTest::addColumn<QList<int>>("messages");
+    const testsupport::Table<QList<QByteArray>, QByteArray, QList<int>> row("requests", "changes",
+                                                                            "messages");
+    // of all answers
     const QByteArray begin = hex("0500 00 00");
     const QByteArray commit = hex("0700 00 00");
     const QByteArray rollback = hex("0800 00 00");
-    QTest::newRow("commit") << QList<QByteArray>{begin, commit} << hex("08 09") << QList<int>{};
-    QTest::newRow("rollback") << QList<QByteArray>{begin, begin, rollback} << hex("08 08 0a") << QList<int>{};
-    QTest::newRow("commit and begin")
-        << QList<QByteArray>{begin, hex("0700 00 01 00 00"), rollback} << hex("08 09 08 0a") << QList<int>{};
-    QTest::newRow("nothing to commit") << QList<QByteArray>{commit} << QByteArray() << QList<int>{3902};
-    QTest::newRow("nothing left") << QList<QByteArray>{begin, rollback, rollback} << hex("08 0a")
-                                  << QList<int>{3903};
-    QTest::newRow("distributed") << QList<QByteArray>{hex("0000 0000")} << QByteArray() << QList<int>{8501};
+    row("commit", {begin, commit}, hex("08 09"), {});
+    row("rollback", {begin, begin, rollback}, hex("08 08 0a"), {});
+    row("commit and begin", {begin, hex("0700 00 01 00 00"), rollback}, hex("08 09 08 0a"), {});
+    row("nothing to commit", {commit}, QByteArray(), {3902});
+    row("nothing left", {begin, rollback, rollback}, hex("08 0a"), {3903});
+    row("distributed", {hex("0000 0000")}, QByteArray(), {8501});
 }
 
 void TestRequests::transactions() {

@@ -1,3 +1,4 @@
+#include "support/table.h"
 #include "tds/columnformat.h"
 #include "tds/rowencoder.h"
 
@@ -48,12 +49,11 @@ class TestValues : public QObject {
 };
 
 void TestValues::columns_data() {
-    QTest::addColumn<SqlType>("type");
-    QTest::addColumn<TdsVersion>("version");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::addColumn<QByteArray>("fixed");  // the type where there are no nulls, if it is another
-    const auto row = [](const char* name, SqlType type, const char* hex, const char* fixed = "") {
-        QTest::newRow(name) << type << TdsVersion::V71 << QByteArray(hex) << QByteArray(fixed);
+    // In the end the type where there are no nulls, if it is another.
+    const testsupport::Table<SqlType, TdsVersion, QByteArray, QByteArray> table("type", "version", "expected",
+                                                                                "fixed");
+    const auto row = [&](const char* name, SqlType type, const char* hex, const char* fixed = "") {
+        table(name, type, TdsVersion::V71, hex, fixed);
     };
     row("bit", {TypeId::Bit}, "0000 0100 6801", "32");
     row("tinyint", {TypeId::TinyInt}, "0000 0100 2601", "30");
@@ -83,15 +83,10 @@ void TestValues::columns_data() {
     row("image", {TypeId::Image}, "0000 0100 22 ffffff7f 0000");
 
     const SqlType longText{TypeId::Text};
-    QTest::newRow("text in 7.0") << longText << TdsVersion::V70 << QByteArray("0000 0100 23 ffffff7f 0000")
-                                 << QByteArray();
-    QTest::newRow("text in 7.4") << longText << TdsVersion::V74
-                                 << QByteArray("00000000 0100 23 ffffff7f 0904d00034 01 0000")
-                                 << QByteArray();
-    QTest::newRow("char in 7.0") << SqlType{TypeId::Char, 2} << TdsVersion::V70
-                                 << QByteArray("0000 0100 af 0200") << QByteArray();
-    QTest::newRow("timestamp in 7.2") << SqlType{TypeId::Timestamp} << TdsVersion::V72
-                                      << QByteArray("50000000 0100 ad 0800") << QByteArray();
+    table("text in 7.0", longText, TdsVersion::V70, "0000 0100 23 ffffff7f 0000", "");
+    table("text in 7.4", longText, TdsVersion::V74, "00000000 0100 23 ffffff7f 0904d00034 01 0000", "");
+    table("char in 7.0", {TypeId::Char, 2}, TdsVersion::V70, "0000 0100 af 0200", "");
+    table("timestamp in 7.2", {TypeId::Timestamp}, TdsVersion::V72, "50000000 0100 ad 0800", "");
 }
 
 void TestValues::columns() {
@@ -114,15 +109,10 @@ void TestValues::columns() {
 }
 
 void TestValues::values_data() {
-    QTest::addColumn<SqlType>("type");
-    QTest::addColumn<Value>("value");
-    QTest::addColumn<QByteArray>("expected");
-    const auto row = [](const char* name, SqlType type, const Value& value, const char* hex) {
-        QTest::newRow(name) << type << value << QByteArray(hex);
-    };
+    const testsupport::Table<SqlType, Value, QByteArray> row("type", "value", "expected");
     const QByteArray pointer = "10" + QByteArray(48, '0');
     const auto longRow = [&](const char* name, SqlType type, const Value& value, const char* hex) {
-        QTest::newRow(name) << type << value << pointer + hex;
+        row(name, type, value, pointer + hex);
     };
 
     row("null int", {TypeId::Int}, kNull, "00");
@@ -194,11 +184,7 @@ void TestValues::values() {
 }
 
 void TestValues::misfits_data() {
-    QTest::addColumn<SqlType>("type");
-    QTest::addColumn<Value>("value");
-    const auto row = [](const char* name, SqlType type, const Value& value) {
-        QTest::newRow(name) << type << value;
-    };
+    const testsupport::Table<SqlType, Value> row("type", "value");
     row("int too large", {TypeId::Int}, whole(2147483648LL));
     row("tinyint below zero", {TypeId::TinyInt}, whole(-1));
     row("smallmoney too large", {TypeId::SmallMoney}, whole(2147483648LL));

@@ -1,5 +1,6 @@
 #include "recordingsink.h"
 #include "shopworld.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -26,24 +27,12 @@ class ExpressionsTest : public QObject {
     void failures();
 
   private:
-    static void columns();
-    static void row(const char* expression, const char* type, const char* value);
+    using Rows = testsupport::TextTable<QString, QString>;
     void check();
 
     std::shared_ptr<const engine::World> m_world;
     std::unique_ptr<engine::Session> m_session;
 };
-
-void ExpressionsTest::columns() {
-    QTest::addColumn<QString>("expression");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("value");
-}
-
-void ExpressionsTest::row(const char* expression, const char* type, const char* value) {
-    QTest::newRow(expression) << QString::fromUtf8(expression) << QString::fromUtf8(type)
-                              << QString::fromUtf8(value);
-}
 
 void ExpressionsTest::check() {
     QFETCH(QString, expression);
@@ -57,7 +46,7 @@ void ExpressionsTest::check() {
 }
 
 void ExpressionsTest::arithmetic_data() {
-    columns();
+    const Rows row("expression", "type", "value");
     // Whole numbers stay whole and divide towards zero.
     row("7 / 2", "int", "3");
     row("-7 / 2", "int", "-3");
@@ -125,7 +114,7 @@ void ExpressionsTest::arithmetic_data() {
 }
 
 void ExpressionsTest::conversions_data() {
-    columns();
+    const Rows row("expression", "type", "value");
     row("CONVERT(int, ' 42 ')", "int", "42");
     row("CONVERT(int, '')", "int", "0");
     row("CONVERT(int, 2.9)", "int", "2");
@@ -162,13 +151,12 @@ void ExpressionsTest::conversions_data() {
 }
 
 void ExpressionsTest::dates_data() {
-    columns();
+    const Rows row("expression", "type", "value");
     static constexpr auto at = "CONVERT(datetime, '2001-02-03 16:05:06.789')";
-    const auto styled = [](int style, const char* expected) {
+    const auto styled = [&](int style, const char* expected) {
         const QString expression =
             QStringLiteral("CONVERT(varchar(30), %1, %2)").arg(QLatin1String(at)).arg(style);
-        QTest::newRow(qPrintable(expression))
-            << expression << QStringLiteral("varchar(30)") << QString::fromUtf8(expected);
+        row(qUtf8Printable(expression), "varchar(30)", expected);
     };
     styled(0, "Feb  3 2001  4:05PM");
     styled(100, "Feb  3 2001  4:05PM");
@@ -217,7 +205,7 @@ void ExpressionsTest::dates_data() {
 }
 
 void ExpressionsTest::texts_data() {
-    columns();
+    const Rows row("expression", "type", "value");
     row("'a' + 'bc'", "varchar(3)", "abc");
     row("'a' + N'bc'", "nvarchar(3)", "abc");
     row("'a' + NULL", "varchar(1)", "NULL");
@@ -255,11 +243,7 @@ void ExpressionsTest::texts_data() {
 }
 
 void ExpressionsTest::conditions_data() {
-    QTest::addColumn<QString>("condition");
-    QTest::addColumn<bool>("holds");
-    const auto row = [](const char* condition, bool holds) {
-        QTest::newRow(condition) << QString::fromUtf8(condition) << holds;
-    };
+    const testsupport::TextTable<bool> row("condition", "holds");
     row("'ABC ' = 'abc'", true);
     row("N'\xC3\x84' = '\xC3\xA4'", true);
     row("'a' < 'B'", true);
@@ -312,11 +296,7 @@ void ExpressionsTest::conditions() {
 }
 
 void ExpressionsTest::failures_data() {
-    QTest::addColumn<QString>("expression");
-    QTest::addColumn<int>("number");
-    const auto row = [](const char* expression, int number) {
-        QTest::newRow(expression) << QString::fromUtf8(expression) << number;
-    };
+    const testsupport::TextTable<int> row("expression", "number");
     row("1 / 0", 8134);
     row("1e0 / 0", 8134);
     row("1.0 / 0.0", 8134);

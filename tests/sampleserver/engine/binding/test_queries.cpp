@@ -1,5 +1,6 @@
 #include "recordingsink.h"
 #include "shopworld.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -28,11 +29,7 @@ class QueriesTest : public QObject {
 };
 
 void QueriesTest::results_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* statement, const char* expected) {
-        QTest::newRow(statement) << QString::fromUtf8(statement) << QString::fromUtf8(expected);
-    };
+    const testsupport::TextTable<QString> row("statement", "expected");
     // Tables by all their names, columns by all theirs.
     row("SELECT name FROM customers ORDER BY id", "Ann;bob;Cid");
     row("SELECT [NAME] FROM shop..Customers WHERE \"id\" = 2", "bob");
@@ -156,26 +153,18 @@ void QueriesTest::results() {
 }
 
 void QueriesTest::resultColumns_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("names");
-    QTest::addColumn<QString>("types");
-    QTest::newRow("as written") << QStringLiteral(
-                                       "SELECT NAME, c.Id, count(*) FROM customers c GROUP BY NAME, c.Id")
-                                << QStringLiteral("NAME,Id,") << QStringLiteral("varchar(30) int int");
-    QTest::newRow("aliases") << QStringLiteral("SELECT a = 1, 2 b, 3 AS [c d], 4 'e', 'f' = 5, 6 AS \"g\"")
-                             << QStringLiteral("a,b,c d,e,f,g") << QStringLiteral("int int int int int int");
-    QTest::newRow("star") << QStringLiteral("SELECT k.*, 1 FROM clerk.customers k")
-                          << QStringLiteral("id,nick,") << QStringLiteral("int varchar(10) int");
-    QTest::newRow("union") << QStringLiteral("SELECT id, name, rate FROM customers UNION SELECT 1, N'x', 1")
-                           << QStringLiteral("id,name,rate")
-                           << QStringLiteral("int nvarchar(30) decimal(12,2)");
-    QTest::newRow("aggregates")
-        << QStringLiteral("SELECT sum(qty) a, sum(price) b, avg(qty * 1.0) c, min(tiny) d FROM orders")
-        << QStringLiteral("a,b,c,d") << QStringLiteral("int float numeric(38,6) tinyint");
-    QTest::newRow("no rows") << QStringLiteral("SELECT * FROM orders WHERE 1 = 2")
-                             << QStringLiteral("id,cust,qty,price,code,flag,tiny,raw")
-                             << QStringLiteral(
-                                    "int int smallint float nvarchar(10) bit tinyint varbinary(8)");
+    const testsupport::Table<QString, QString, QString> row("statement", "names", "types");
+    row("as written", "SELECT NAME, c.Id, count(*) FROM customers c GROUP BY NAME, c.Id", "NAME,Id,",
+        "varchar(30) int int");
+    row("aliases", "SELECT a = 1, 2 b, 3 AS [c d], 4 'e', 'f' = 5, 6 AS \"g\"", "a,b,c d,e,f,g",
+        "int int int int int int");
+    row("star", "SELECT k.*, 1 FROM clerk.customers k", "id,nick,", "int varchar(10) int");
+    row("union", "SELECT id, name, rate FROM customers UNION SELECT 1, N'x', 1", "id,name,rate",
+        "int nvarchar(30) decimal(12,2)");
+    row("aggregates", "SELECT sum(qty) a, sum(price) b, avg(qty * 1.0) c, min(tiny) d FROM orders", "a,b,c,d",
+        "int float numeric(38,6) tinyint");
+    row("no rows", "SELECT * FROM orders WHERE 1 = 2", "id,cust,qty,price,code,flag,tiny,raw",
+        "int int smallint float nvarchar(10) bit tinyint varbinary(8)");
 }
 
 void QueriesTest::resultColumns() {
@@ -190,11 +179,7 @@ void QueriesTest::resultColumns() {
 }
 
 void QueriesTest::refusals_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("number");
-    const auto row = [](const char* statement, int number) {
-        QTest::newRow(statement) << QString::fromUtf8(statement) << number;
-    };
+    const testsupport::TextTable<int> row("statement", "number");
     row("SELECT", 170);
     row("SELECT 1 +", 170);
     row("SELECT * FROM", 170);
@@ -272,23 +257,19 @@ void QueriesTest::refusals() {
 }
 
 void QueriesTest::hugeStatements_data() {
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<int>("number");  // 0: it runs
+    const testsupport::Table<QString, int> row("statement", "number");
+    // 0: it runs
     const auto times = [](int count, const char* text) { return QString::fromLatin1(text).repeated(count); };
-    QTest::newRow("list") << QStringLiteral("SELECT 1 WHERE 5 IN (") + times(3000, "5, ") +
-                                 QStringLiteral("6)")
-                          << 0;
-    QTest::newRow("parentheses") << QStringLiteral("SELECT ") + times(50000, "(") << 191;
-    QTest::newRow("signs") << QStringLiteral("SELECT ") + times(50000, "- ") + QStringLiteral("1") << 191;
-    QTest::newRow("sum") << QStringLiteral("SELECT 1") + times(50000, " + 1") << 191;
-    QTest::newRow("alternatives") << QStringLiteral("SELECT 1 WHERE 1 = 1") + times(50000, " OR 1 = 1")
-                                  << 191;
-    QTest::newRow("long condition") << QStringLiteral("SELECT 1 WHERE 1 = 1") + times(2000, " OR 1 = 1")
-                                    << 8623;
-    QTest::newRow("queries") << times(50000, "SELECT * FROM (") << 191;
-    QTest::newRow("unions") << times(50000, "SELECT 1 UNION ") + QStringLiteral("SELECT 1") << 156;
-    QTest::newRow("joins") << QStringLiteral("SELECT 1 FROM orders") + times(50000, " JOIN orders") << 191;
-    QTest::newRow("text") << QStringLiteral("SELECT '") + times(200000, "x") + QStringLiteral("' + 1") << 245;
+    row("list", QStringLiteral("SELECT 1 WHERE 5 IN (") + times(3000, "5, ") + QStringLiteral("6)"), 0);
+    row("parentheses", QStringLiteral("SELECT ") + times(50000, "("), 191);
+    row("signs", QStringLiteral("SELECT ") + times(50000, "- ") + QStringLiteral("1"), 191);
+    row("sum", QStringLiteral("SELECT 1") + times(50000, " + 1"), 191);
+    row("alternatives", QStringLiteral("SELECT 1 WHERE 1 = 1") + times(50000, " OR 1 = 1"), 191);
+    row("long condition", QStringLiteral("SELECT 1 WHERE 1 = 1") + times(2000, " OR 1 = 1"), 8623);
+    row("queries", times(50000, "SELECT * FROM ("), 191);
+    row("unions", times(50000, "SELECT 1 UNION ") + QStringLiteral("SELECT 1"), 156);
+    row("joins", QStringLiteral("SELECT 1 FROM orders") + times(50000, " JOIN orders"), 191);
+    row("text", QStringLiteral("SELECT '") + times(200000, "x") + QStringLiteral("' + 1"), 245);
 }
 
 void QueriesTest::hugeStatements() {

@@ -1,4 +1,5 @@
 #include "sampleserver/engine/worldprobe.h"
+#include "support/table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -50,11 +51,7 @@ class TestCatalog : public QObject {
 };
 
 void TestCatalog::answers_data() {
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QStringList>("rows");
-    const auto row = [](const char* name, const char* query, const char* rows) {
-        QTest::newRow(name) << QString::fromLatin1(query) << lines(rows);
-    };
+    const testsupport::Table<QString, QString> row("query", "rows");
     row("user tables", "select name from sysobjects where type = 'U' order by name",
         "Customer\nLine\nNotes\n");
     row("objects of a table",
@@ -112,40 +109,35 @@ void TestCatalog::answers_data() {
 
 void TestCatalog::answers() {
     QFETCH(QString, query);
-    QStringList rows = m_probe->rows(query);
+    QStringList answer = m_probe->rows(query);
     // Made-up names end in the object's number.
-    rows.replaceInStrings(QRegularExpression(QStringLiteral("__[0-9A-F]{8}")), QString());
-    QTEST(rows, "rows");
+    answer.replaceInStrings(QRegularExpression(QStringLiteral("__[0-9A-F]{8}")), QString());
+    QFETCH(QString, rows);
+    QCOMPARE(answer, lines(qUtf8Printable(rows)));
 }
 
 void TestCatalog::columnsOfTypes_data() {
-    QTest::addColumn<QString>("declaration");
-    QTest::addColumn<QString>("row");
     // xtype, xusertype, usertype, type, length, prec, scale, status, isnullable
-    const std::pair<const char*, const char*> cases[] = {
-        {"bit", "104|104|16|50|1|1|~|8|1"},
-        {"tinyint not null", "48|48|5|48|1|3|0|0|0"},
-        {"int identity", "56|56|7|56|4|10|0|128|0"},
-        {"int", "56|56|7|38|4|10|0|8|1"},
-        {"decimal(9,2)", "106|106|24|106|5|9|2|8|1"},
-        {"numeric(38,10)", "108|108|10|108|17|38|10|8|1"},
-        {"money", "60|60|11|110|8|19|4|8|1"},
-        {"smallmoney not null", "122|122|21|122|4|10|4|0|0"},
-        {"float(24)", "59|59|23|109|4|24|~|8|1"},
-        {"float(25)", "62|62|8|109|8|53|~|8|1"},
-        {"datetime", "61|61|12|111|8|23|3|8|1"},
-        {"char(7)", "175|175|1|39|7|7|~|8|1"},
-        {"varchar(8000)", "167|167|2|39|8000|8000|~|8|1"},
-        {"nvarchar(50)", "231|231|0|39|100|50|~|8|1"},
-        {"sysname", "231|256|18|39|256|128|~|0|0"},
-        {"text", "35|35|19|35|16|~|~|8|1"},
-        {"binary(3)", "173|173|3|37|3|3|~|8|1"},
-        {"timestamp", "189|189|80|45|8|8|~|0|0"},
-        {"uniqueidentifier", "36|36|0|37|16|16|~|8|1"},
-    };
-    for (const auto& [declaration, row] : cases) {
-        QTest::newRow(declaration) << QString::fromLatin1(declaration) << QString::fromLatin1(row);
-    }
+    const testsupport::TextTable<QString> row("declaration", "row");
+    row("bit", "104|104|16|50|1|1|~|8|1");
+    row("tinyint not null", "48|48|5|48|1|3|0|0|0");
+    row("int identity", "56|56|7|56|4|10|0|128|0");
+    row("int", "56|56|7|38|4|10|0|8|1");
+    row("decimal(9,2)", "106|106|24|106|5|9|2|8|1");
+    row("numeric(38,10)", "108|108|10|108|17|38|10|8|1");
+    row("money", "60|60|11|110|8|19|4|8|1");
+    row("smallmoney not null", "122|122|21|122|4|10|4|0|0");
+    row("float(24)", "59|59|23|109|4|24|~|8|1");
+    row("float(25)", "62|62|8|109|8|53|~|8|1");
+    row("datetime", "61|61|12|111|8|23|3|8|1");
+    row("char(7)", "175|175|1|39|7|7|~|8|1");
+    row("varchar(8000)", "167|167|2|39|8000|8000|~|8|1");
+    row("nvarchar(50)", "231|231|0|39|100|50|~|8|1");
+    row("sysname", "231|256|18|39|256|128|~|0|0");
+    row("text", "35|35|19|35|16|~|~|8|1");
+    row("binary(3)", "173|173|3|37|3|3|~|8|1");
+    row("timestamp", "189|189|80|45|8|8|~|0|0");
+    row("uniqueidentifier", "36|36|0|37|16|16|~|8|1");
 }
 
 void TestCatalog::columnsOfTypes() {
@@ -209,14 +201,12 @@ void TestCatalog::namesAreMadeUp() {
 }
 
 void TestCatalog::nullability_data() {
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("nullable");
-    QTest::newRow("plain") << QStringLiteral("a int") << QStringLiteral("1");
-    QTest::newRow("primary key of the column") << QStringLiteral("a int primary key") << QStringLiteral("0");
-    QTest::newRow("primary key of the table")
-        << QStringLiteral("a int, primary key (A)") << QStringLiteral("0");
-    QTest::newRow("unique") << QStringLiteral("a int unique") << QStringLiteral("1");
-    QTest::newRow("identity") << QStringLiteral("a int identity") << QStringLiteral("0");
+    const testsupport::Table<QString, QString> row("columns", "nullable");
+    row("plain", "a int", "1");
+    row("primary key of the column", "a int primary key", "0");
+    row("primary key of the table", "a int, primary key (A)", "0");
+    row("unique", "a int unique", "1");
+    row("identity", "a int identity", "0");
 }
 
 void TestCatalog::nullability() {

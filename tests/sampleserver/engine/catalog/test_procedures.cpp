@@ -1,4 +1,5 @@
 #include "sampleserver/engine/worldprobe.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -56,47 +57,34 @@ void TestProcedures::initTestCase() {
 }
 
 void TestProcedures::columnsOfTypes_data() {
-    QTest::addColumn<QString>("declaration");
-    QTest::addColumn<QString>("version2");
-    QTest::addColumn<QString>("version3");
     // TYPE_NAME, DATA_TYPE, PRECISION, LENGTH, SCALE, RADIX, NULLABLE, SQL_DATA_TYPE, SQL_DATETIME_SUB,
     // CHAR_OCTET_LENGTH, SS_DATA_TYPE
-    struct Case {
-        const char* declaration;
-        const char* version2;
-        const char* version3 = nullptr;
-    };
-    const Case cases[] = {
-        {"bit not null", "bit|-7|1|1|~|~|0|-7|~|~|50"},
-        {"tinyint", "tinyint|-6|3|1|0|10|1|-6|~|~|38"},
-        {"smallint", "smallint|5|5|2|0|10|1|5|~|~|38"},
-        {"int identity", "int identity|4|10|4|0|10|0|4|~|~|56"},
-        {"decimal(9,2)", "decimal|3|9|11|2|10|1|3|~|~|106"},
-        {"numeric(10) identity", "numeric() identity|2|10|12|0|10|0|2|~|~|63"},
-        {"money", "money|3|19|21|4|10|1|3|~|~|110"},
-        {"smallmoney", "smallmoney|3|10|12|4|10|1|3|~|~|110"},
-        {"float", "float|6|15|8|~|10|1|6|~|~|109", "float|6|53|8|~|2|1|6|~|~|109"},
-        {"real", "real|7|7|4|~|10|1|7|~|~|109", "real|7|24|4|~|2|1|7|~|~|109"},
-        {"datetime", "datetime|11|23|16|3|~|1|9|3|~|111", "datetime|93|23|16|3|~|1|9|3|~|111"},
-        {"smalldatetime", "smalldatetime|11|16|16|0|~|1|9|3|~|111", "smalldatetime|93|16|16|0|~|1|9|3|~|111"},
-        {"char(10)", "char|1|10|10|~|~|1|1|~|10|39"},
-        {"varchar(8000)", "varchar|12|8000|8000|~|~|1|12|~|8000|39"},
-        {"text", "text|-1|2147483647|2147483647|~|~|1|-1|~|2147483647|35"},
-        {"nchar", "nchar|-8|1|2|~|~|1|-8|~|2|39"},
-        {"nvarchar(50)", "nvarchar|-9|50|100|~|~|1|-9|~|100|39"},
-        {"sysname", "sysname|-9|128|256|~|~|0|-9|~|256|39"},
-        {"ntext", "ntext|-10|1073741823|2147483646|~|~|1|-10|~|2147483646|35"},
-        {"binary(4)", "binary|-2|4|4|~|~|1|-2|~|4|37"},
-        {"varbinary(16)", "varbinary|-3|16|16|~|~|1|-3|~|16|37"},
-        {"image", "image|-4|2147483647|2147483647|~|~|1|-4|~|2147483647|34"},
-        {"timestamp", "timestamp|-2|8|8|~|~|0|-2|~|8|45"},
-        {"uniqueidentifier", "uniqueidentifier|-11|36|16|~|~|1|-11|~|~|37"},
-    };
-    for (const Case& each : cases) {
-        QTest::newRow(each.declaration)
-            << QString::fromLatin1(each.declaration) << QString::fromLatin1(each.version2)
-            << QString::fromLatin1(each.version3 ? each.version3 : each.version2);
-    }
+    const testsupport::TextTable<QString, QString> row("declaration", "version2", "version3");
+    const auto same = [&](const char* declaration, const char* inBoth) { row(declaration, inBoth, inBoth); };
+    same("bit not null", "bit|-7|1|1|~|~|0|-7|~|~|50");
+    same("tinyint", "tinyint|-6|3|1|0|10|1|-6|~|~|38");
+    same("smallint", "smallint|5|5|2|0|10|1|5|~|~|38");
+    same("int identity", "int identity|4|10|4|0|10|0|4|~|~|56");
+    same("decimal(9,2)", "decimal|3|9|11|2|10|1|3|~|~|106");
+    same("numeric(10) identity", "numeric() identity|2|10|12|0|10|0|2|~|~|63");
+    same("money", "money|3|19|21|4|10|1|3|~|~|110");
+    same("smallmoney", "smallmoney|3|10|12|4|10|1|3|~|~|110");
+    row("float", "float|6|15|8|~|10|1|6|~|~|109", "float|6|53|8|~|2|1|6|~|~|109");
+    row("real", "real|7|7|4|~|10|1|7|~|~|109", "real|7|24|4|~|2|1|7|~|~|109");
+    row("datetime", "datetime|11|23|16|3|~|1|9|3|~|111", "datetime|93|23|16|3|~|1|9|3|~|111");
+    row("smalldatetime", "smalldatetime|11|16|16|0|~|1|9|3|~|111", "smalldatetime|93|16|16|0|~|1|9|3|~|111");
+    same("char(10)", "char|1|10|10|~|~|1|1|~|10|39");
+    same("varchar(8000)", "varchar|12|8000|8000|~|~|1|12|~|8000|39");
+    same("text", "text|-1|2147483647|2147483647|~|~|1|-1|~|2147483647|35");
+    same("nchar", "nchar|-8|1|2|~|~|1|-8|~|2|39");
+    same("nvarchar(50)", "nvarchar|-9|50|100|~|~|1|-9|~|100|39");
+    same("sysname", "sysname|-9|128|256|~|~|0|-9|~|256|39");
+    same("ntext", "ntext|-10|1073741823|2147483646|~|~|1|-10|~|2147483646|35");
+    same("binary(4)", "binary|-2|4|4|~|~|1|-2|~|4|37");
+    same("varbinary(16)", "varbinary|-3|16|16|~|~|1|-3|~|16|37");
+    same("image", "image|-4|2147483647|2147483647|~|~|1|-4|~|2147483647|34");
+    same("timestamp", "timestamp|-2|8|8|~|~|0|-2|~|8|45");
+    same("uniqueidentifier", "uniqueidentifier|-11|36|16|~|~|1|-11|~|~|37");
 }
 
 void TestProcedures::columnsOfTypes() {
@@ -115,13 +103,7 @@ void TestProcedures::columnsOfTypes() {
 }
 
 void TestProcedures::findsTables_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QStringList>("rows");
-    const auto row = [](const char* name, const char* arguments, const char* user, const char* rows) {
-        QTest::newRow(name) << QString::fromLatin1(arguments).split(QLatin1Char(','))
-                            << QString::fromLatin1(user) << lines(rows);
-    };
+    const testsupport::Table<QString, QString, QString> row("arguments", "user", "rows");
     row("a table of dbo", "orders", "dbo", "dbo|Orders|Id|1\ndbo|Orders|Note|2");
     row("one's own table first", "orders", "ann", "ann|Orders|Mine|1");
     row("a table that only another has", "Secret", "dbo", "ann|Secret|S|1");
@@ -134,12 +116,12 @@ void TestProcedures::findsTables_data() {
 }
 
 void TestProcedures::findsTables() {
-    QFETCH(QStringList, arguments);
+    QFETCH(QString, arguments);
     QFETCH(QString, user);
-    QTEST(chosen(m_probe->call(QStringLiteral("SP_Columns"), arguments, user),
-                 {QStringLiteral("TABLE_OWNER"), QStringLiteral("TABLE_NAME"), QStringLiteral("COLUMN_NAME"),
-                  QStringLiteral("ORDINAL_POSITION")}),
-          "rows");
+    QFETCH(QString, rows);
+    QCOMPARE(chosen(m_probe->call(QStringLiteral("SP_Columns"), arguments.split(u','), user),
+                    {"TABLE_OWNER", "TABLE_NAME", "COLUMN_NAME", "ORDINAL_POSITION"}),
+             lines(qUtf8Printable(rows)));
 }
 
 void TestProcedures::namesItsColumns() {
@@ -155,13 +137,7 @@ void TestProcedures::namesItsColumns() {
 }
 
 void TestProcedures::refusesBadArguments_data() {
-    QTest::addColumn<QString>("procedure");
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("number");
-    const auto row = [](const char* name, const char* procedure, const QStringList& arguments,
-                        const char* number) {
-        QTest::newRow(name) << QString::fromLatin1(procedure) << arguments << QString::fromLatin1(number);
-    };
+    const testsupport::Table<QString, QStringList, QString> row("procedure", "arguments", "number");
     const QString text = QStringLiteral("x");
     row("unknown procedure", "sp_unheard", {}, "2812");
     row("no table", "sp_columns", {}, "201");
@@ -180,17 +156,14 @@ void TestProcedures::refusesBadArguments() {
 }
 
 void TestProcedures::listsUsers() {
-    const QStringList columns{QStringLiteral("UserName"), QStringLiteral("GroupName"),
-                              QStringLiteral("LoginName"), QStringLiteral("DefDBName"),
-                              QStringLiteral("UserID")};
+    const QStringList columns{"UserName", "GroupName", "LoginName", "DefDBName", "UserID"};
     QCOMPARE(chosen(m_probe->call(QStringLiteral("sp_helpuser"), {}), columns),
              lines("dbo|db_owner|sa|master|1\nann|db_owner|ann|master|5\nann|db_ddladmin|ann|master|5\n"
                    "robert|public|bob|Probe|6"));
 }
 
 void TestProcedures::listsTables() {
-    const QStringList columns{QStringLiteral("TABLE_OWNER"), QStringLiteral("TABLE_NAME"),
-                              QStringLiteral("TABLE_TYPE")};
+    const QStringList columns{"TABLE_OWNER", "TABLE_NAME", "TABLE_TYPE"};
     QCOMPARE(
         chosen(m_probe->call(QStringLiteral("sp_tables"), {QStringLiteral("@table_type='TABLE','VIEW'")}),
                columns),

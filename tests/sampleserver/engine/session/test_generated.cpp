@@ -1,6 +1,7 @@
 #include "engine/catalog/world.h"
 #include "engine/session/generated.h"
 #include "engine/store/rowstore.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -61,13 +62,12 @@ void TestGenerated::sameNumbersMakeTheSame() {
 }
 
 void TestGenerated::countsRows_data() {
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<qint64>("rows");
-    QTest::newRow("no row") << 4 << qint64(0);
-    QTest::newRow("one column") << 1 << qint64(3);
-    QTest::newRow("one by one") << 3 << qint64(1024);
-    QTest::newRow("one more") << 3 << qint64(1025);
-    QTest::newRow("doubled and cut") << 8 << qint64(5000);
+    const testsupport::Table<int, qint64> row("columns", "rows");
+    row("no row", 4, qint64(0));
+    row("one column", 1, qint64(3));
+    row("one by one", 3, qint64(1024));
+    row("one more", 3, qint64(1025));
+    row("doubled and cut", 8, qint64(5000));
 }
 
 void TestGenerated::countsRows() {

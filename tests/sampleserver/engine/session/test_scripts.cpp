@@ -1,6 +1,7 @@
 #include "engine/session/scriptreader.h"
 #include "engine/values/sqlerror.h"
 #include "sampleserver/engine/worldprobe.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -23,10 +24,7 @@ class TestScripts : public QObject {
 };
 
 void TestScripts::accepts_data() {
-    QTest::addColumn<QString>("script");
-    const auto row = [](const char* name, const char* script) {
-        QTest::newRow(name) << QString::fromUtf8(script);
-    };
+    const testsupport::Table<QString> row("script");
     row("nothing", "");
     row("comments and empty batches", "GO\n-- a\n/* b /* nested */ */\nGO\n;\nGO");
     row("session settings", "SET ANSI_NULLS, QUOTED_IDENTIFIER ON\nSET NOCOUNT OFF; PRINT 'done'");
@@ -77,130 +75,125 @@ void TestScripts::accepts() {
 }
 
 void TestScripts::refuses_data() {
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QString>("failure");
-    const auto row = [](const char* failure, const char* name, const char* script) {
-        QTest::newRow(name) << QString::fromUtf8(script) << QString::fromLatin1(failure);
-    };
+    const testsupport::Table<QString, QString> row("failure", "script");
     // Syntax: the line is that of the token.
-    row("102 at 2", "unknown statement", "print 'a'\nfrobnicate");
-    row("50000 at 4", "line in a later batch", "print 'a'\nGO\nprint 'b'\nselect 1");
-    row("105 at 2", "open quotation", "print 'a'\nprint 'b");
-    row("113 at 1", "open comment", "/* never ends");
-    row("102 at 1", "missing parenthesis", "create table t (a int");
-    row("102 at 1", "constraint without a kind", "create table t (a int constraint c)");
-    row("50000 at 1", "update", "update t set a = 1");
-    row("2715 at 1", "unknown type", "create table t (a frob(3))");
-    row("156 at 1", "senseless check", "create table t (a int check (a > 0 and or))");
-    row("207 at 1", "check of no column", "create table t (a int check (b > 0))");
-    row("1046 at 1", "check by a query", "create table t (a int check (a > (select 1)))");
-    row("547 at 2", "check against rows",
+    row("unknown statement", "102 at 2", "print 'a'\nfrobnicate");
+    row("line in a later batch", "50000 at 4", "print 'a'\nGO\nprint 'b'\nselect 1");
+    row("open quotation", "105 at 2", "print 'a'\nprint 'b");
+    row("open comment", "113 at 1", "/* never ends");
+    row("missing parenthesis", "102 at 1", "create table t (a int");
+    row("constraint without a kind", "102 at 1", "create table t (a int constraint c)");
+    row("update", "50000 at 1", "update t set a = 1");
+    row("unknown type", "2715 at 1", "create table t (a frob(3))");
+    row("senseless check", "156 at 1", "create table t (a int check (a > 0 and or))");
+    row("check of no column", "207 at 1", "create table t (a int check (b > 0))");
+    row("check by a query", "1046 at 1", "create table t (a int check (a > (select 1)))");
+    row("check against rows", "547 at 2",
         "create table t (a int) insert t values (-1)\nalter table t add check (a > 0)");
-    row("4917 at 1", "constraint that is not there",
+    row("constraint that is not there", "4917 at 1",
         "create table t (a int) alter table t nocheck constraint c");
-    row("156 at 1", "reserved word as a name", "create table order (a int)");
+    row("reserved word as a name", "156 at 1", "create table order (a int)");
     // Types.
-    row("131 at 1", "varchar too long", "create table t (a varchar(8001))");
-    row("131 at 1", "nvarchar too long", "create table t (a nvarchar(4001))");
-    row("1001 at 1", "length zero", "create table t (a char(0))");
-    row("2716 at 1", "length of an int", "create table t (a int(4))");
-    row("2750 at 1", "precision", "create table t (a decimal(39))");
-    row("2751 at 1", "scale", "create table t (a decimal(5, 6))");
+    row("varchar too long", "131 at 1", "create table t (a varchar(8001))");
+    row("nvarchar too long", "131 at 1", "create table t (a nvarchar(4001))");
+    row("length zero", "1001 at 1", "create table t (a char(0))");
+    row("length of an int", "2716 at 1", "create table t (a int(4))");
+    row("precision", "2750 at 1", "create table t (a decimal(39))");
+    row("scale", "2751 at 1", "create table t (a decimal(5, 6))");
     // Names.
-    row("1801 at 1", "database twice", "create database PROBE");
-    row("911 at 1", "unknown database", "use Nowhere");
-    row("2714 at 2", "table twice", "create table t (a int)\ncreate table T (a int)");
-    row("2714 at 2", "constraint named like a table",
+    row("database twice", "1801 at 1", "create database PROBE");
+    row("unknown database", "911 at 1", "use Nowhere");
+    row("table twice", "2714 at 2", "create table t (a int)\ncreate table T (a int)");
+    row("constraint named like a table", "2714 at 2",
         "create table t (a int)\ncreate table u (a int constraint t check (a > 0))");
-    row("2714 at 1", "system table", "create table SysObjects (a int)");
-    row("2705 at 1", "column twice", "create table t (a int, A int)");
-    row("2760 at 1", "unknown owner", "create table nobody.t (a int)");
-    row("208 at 1", "unknown table", "insert t values (1)");
-    row("4902 at 1", "alter of nothing", "alter table t add a int");
-    row("1906 at 1", "index on nothing", "create index i on t (a)");
-    row("1913 at 1", "index twice", "create table t (a int) create index i on t (a) create index I on t (a)");
+    row("system table", "2714 at 1", "create table SysObjects (a int)");
+    row("column twice", "2705 at 1", "create table t (a int, A int)");
+    row("unknown owner", "2760 at 1", "create table nobody.t (a int)");
+    row("unknown table", "208 at 1", "insert t values (1)");
+    row("alter of nothing", "4902 at 1", "alter table t add a int");
+    row("index on nothing", "1906 at 1", "create index i on t (a)");
+    row("index twice", "1913 at 1", "create table t (a int) create index i on t (a) create index I on t (a)");
     // Keys.
-    row("1911 at 1", "key on no column", "create table t (a int, primary key (b))");
-    row("1909 at 1", "key column twice", "create table t (a int, primary key (a, A))");
-    row("1919 at 1", "text in a key", "create table t (a text unique)");
-    row("1904 at 1", "seventeen columns",
+    row("key on no column", "1911 at 1", "create table t (a int, primary key (b))");
+    row("key column twice", "1909 at 1", "create table t (a int, primary key (a, A))");
+    row("text in a key", "1919 at 1", "create table t (a text unique)");
+    row("seventeen columns", "1904 at 1",
         "create table t (a int) create index i on t (a,b,c,d,e,f,g,h,i,j,k,l,m,n,o,p,q)");
-    row("8110 at 1", "two primary keys", "create table t (a int primary key, b int primary key)");
-    row("1779 at 2", "a second primary key",
+    row("two primary keys", "8110 at 1", "create table t (a int primary key, b int primary key)");
+    row("a second primary key", "1779 at 2",
         "create table t (a int primary key, b int not null)\nalter table t add primary key (b)");
-    row("8111 at 1", "nullable primary key", "create table t (a int null primary key)");
-    row("1902 at 1", "two clustered",
+    row("nullable primary key", "8111 at 1", "create table t (a int null primary key)");
+    row("two clustered", "1902 at 1",
         "create table t (a int primary key, b int) create clustered index i on t (b)");
-    row("1505 at 2", "unique over equal rows",
+    row("unique over equal rows", "1505 at 2",
         "create table t (a int) insert t values (null), (null)\ncreate unique index i on t (a)");
-    row("2744 at 1", "two identities", "create table t (a int identity, b int identity)");
-    row("2749 at 1", "identity of a text", "create table t (a varchar(5) identity)");
-    row("8147 at 1", "nullable identity", "create table t (a int identity null)");
-    row("2738 at 1", "two timestamps", "create table t (a timestamp, b timestamp)");
-    row("4901 at 2", "not null without default",
+    row("two identities", "2744 at 1", "create table t (a int identity, b int identity)");
+    row("identity of a text", "2749 at 1", "create table t (a varchar(5) identity)");
+    row("nullable identity", "8147 at 1", "create table t (a int identity null)");
+    row("two timestamps", "2738 at 1", "create table t (a timestamp, b timestamp)");
+    row("not null without default", "4901 at 2",
         "create table t (a int) insert t values (1)\nalter table t add b int not null");
     // Foreign keys.
-    row("1767 at 1", "reference to nothing", "create table t (a int references u)");
-    row("1769 at 1", "referencing nothing",
+    row("reference to nothing", "1767 at 1", "create table t (a int references u)");
+    row("referencing nothing", "1769 at 1",
         "create table t (a int primary key, foreign key (b) references t)");
-    row("1770 at 1", "reference to no column", "create table t (a int primary key, b int references t (c))");
-    row("1773 at 1", "no primary key there", "create table t (a int, b int references t)");
-    row("1776 at 1", "no candidate key there",
+    row("reference to no column", "1770 at 1", "create table t (a int primary key, b int references t (c))");
+    row("no primary key there", "1773 at 1", "create table t (a int, b int references t)");
+    row("no candidate key there", "1776 at 1",
         "create table t (a int primary key, b int, c int references t (b))");
-    row("1778 at 1", "other type", "create table t (a int primary key, b smallint references t)");
-    row("1753 at 1", "other length", "create table t (a char(5) primary key, b char(6) references t)");
-    row("8139 at 1", "other number",
+    row("other type", "1778 at 1", "create table t (a int primary key, b smallint references t)");
+    row("other length", "1753 at 1", "create table t (a char(5) primary key, b char(6) references t)");
+    row("other number", "8139 at 1",
         "create table t (a int, b int, primary key (a, b), foreign key (a) references t)");
-    row("1763 at 2", "other database", "create database d\ncreate table t (a int references d.dbo.t)");
-    row("547 at 3", "orphans present",
+    row("other database", "1763 at 2", "create database d\ncreate table t (a int references d.dbo.t)");
+    row("orphans present", "547 at 3",
         "create table t (a int primary key) create table u (b int)\ninsert u values (1)\n"
         "alter table u add foreign key (b) references t");
     // Rows: the line is that of the row.
-    row("515 at 4", "null", "create table t (a int not null)\ninsert t values\n(1),\n(null)");
-    row("2627 at 2", "primary key",
+    row("null", "515 at 4", "create table t (a int not null)\ninsert t values\n(1),\n(null)");
+    row("primary key", "2627 at 2",
         "create table t (a varchar(5) primary key)\ninsert t values ('a'), ('A ')");
-    row("2627 at 1", "two nulls", "create table t (a int unique) insert t values (null), (null)");
-    row("2601 at 1", "unique index",
+    row("two nulls", "2627 at 1", "create table t (a int unique) insert t values (null), (null)");
+    row("unique index", "2601 at 1",
         "create table t (a int) create unique index i on t (a) insert t values (1), (1)");
-    row("547 at 1", "check", "create table t (a int check (a > 0), b int) insert t values (null, 1), (0, 1)");
-    row("547 at 3", "check switched on again",
+    row("check", "547 at 1", "create table t (a int check (a > 0), b int) insert t values (null, 1), (0, 1)");
+    row("check switched on again", "547 at 3",
         "create table t (a int, constraint c check (a > 0)) alter table t nocheck constraint c\n"
         "insert t values (-1)\nalter table t with check check constraint all");
-    row("547 at 1", "foreign key",
+    row("foreign key", "547 at 1",
         "create table t (a int primary key, b int references t) insert t values (1, 2)");
-    row("544 at 1", "identity given", "create table t (a int identity, b int) insert t (a, b) values (1, 1)");
-    row("545 at 1", "identity missing",
+    row("identity given", "544 at 1", "create table t (a int identity, b int) insert t (a, b) values (1, 1)");
+    row("identity missing", "545 at 1",
         "create table t (a int identity, b int) set identity_insert t on insert t (b) values (1)");
-    row("8107 at 2", "identity insert of two",
+    row("identity insert of two", "8107 at 2",
         "create table t (a int identity) create table u (a int identity)\n"
         "set identity_insert t on set identity_insert u on");
-    row("273 at 1", "timestamp given", "create table t (a timestamp) insert t values (0x01)");
-    row("213 at 1", "too few values", "create table t (a int, b int) insert t values (1)");
-    row("109 at 1", "fewer values than named", "create table t (a int, b int) insert t (a, b) values (1)");
-    row("110 at 1", "more values than named", "create table t (a int, b int) insert t (a) values (1, 2)");
-    row("207 at 1", "unknown column", "create table t (a int) insert t (b) values (1)");
-    row("264 at 1", "column named twice", "create table t (a int) insert t (a, A) values (1, 2)");
-    row("128 at 1", "a name for a value", "create table t (a int) insert t values (a)");
-    row("195 at 1", "a function it does not know", "create table t (a int) insert t values (rand())");
-    QTest::newRow("nested too deeply")
-        << QStringLiteral("create table t (a int) insert t values (") + QString(100000, QLatin1Char('('))
-        << QStringLiteral("102 at 1");
-    row("220 at 1", "too great", "create table t (a tinyint) insert t values (256)");
-    row("8152 at 1", "too long", "create table t (a varchar(3)) insert t values ('abcd')");
-    row("241 at 1", "no date", "create table t (a datetime) insert t values ('yesterday')");
+    row("timestamp given", "273 at 1", "create table t (a timestamp) insert t values (0x01)");
+    row("too few values", "213 at 1", "create table t (a int, b int) insert t values (1)");
+    row("fewer values than named", "109 at 1", "create table t (a int, b int) insert t (a, b) values (1)");
+    row("more values than named", "110 at 1", "create table t (a int, b int) insert t (a) values (1, 2)");
+    row("unknown column", "207 at 1", "create table t (a int) insert t (b) values (1)");
+    row("column named twice", "264 at 1", "create table t (a int) insert t (a, A) values (1, 2)");
+    row("a name for a value", "128 at 1", "create table t (a int) insert t values (a)");
+    row("a function it does not know", "195 at 1", "create table t (a int) insert t values (rand())");
+    row("nested too deeply", "102 at 1",
+        QStringLiteral("create table t (a int) insert t values (") + QString(100000, QLatin1Char('(')));
+    row("too great", "220 at 1", "create table t (a tinyint) insert t values (256)");
+    row("too long", "8152 at 1", "create table t (a varchar(3)) insert t values ('abcd')");
+    row("no date", "241 at 1", "create table t (a datetime) insert t values ('yesterday')");
     // Logins.
-    row("15025 at 1", "login twice", "exec sp_addlogin 'SA'");
-    row("15007 at 1", "user of no login", "exec sp_grantdbaccess 'nobody'");
-    row("15023 at 1", "user twice",
+    row("login twice", "15025 at 1", "exec sp_addlogin 'SA'");
+    row("user of no login", "15007 at 1", "exec sp_grantdbaccess 'nobody'");
+    row("user twice", "15023 at 1",
         "exec sp_addlogin 'x' exec sp_grantdbaccess 'x' exec sp_grantdbaccess 'x'");
-    row("15063 at 1", "login with two users",
+    row("login with two users", "15063 at 1",
         "exec sp_addlogin 'x' exec sp_grantdbaccess 'x' exec sp_grantdbaccess 'x', 'y'");
-    row("15010 at 1", "default database", "exec sp_addlogin 'x', '', 'Nowhere'");
-    row("15014 at 1", "unknown role", "exec sp_addrolemember 'r', 'dbo'");
-    row("201 at 1", "no argument", "exec sp_addlogin");
-    row("4604 at 1", "deny to nobody", "create table t (a int) deny select on t to nobody");
-    row("50000 at 1", "unknown procedure", "exec sp_nothing 1");
-    row("3701 at 2", "drop of what is there", "create table t (a int)\nif exists (select 1) drop table t");
+    row("default database", "15010 at 1", "exec sp_addlogin 'x', '', 'Nowhere'");
+    row("unknown role", "15014 at 1", "exec sp_addrolemember 'r', 'dbo'");
+    row("no argument", "201 at 1", "exec sp_addlogin");
+    row("deny to nobody", "4604 at 1", "create table t (a int) deny select on t to nobody");
+    row("unknown procedure", "50000 at 1", "exec sp_nothing 1");
+    row("drop of what is there", "3701 at 2", "create table t (a int)\nif exists (select 1) drop table t");
 }
 
 void TestScripts::refuses() {
@@ -209,11 +202,7 @@ void TestScripts::refuses() {
 }
 
 void TestScripts::insertsRows_data() {
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QStringList>("rows");
-    const auto row = [](const char* name, const char* script, const QStringList& rows) {
-        QTest::newRow(name) << QString::fromUtf8(script) << rows;
-    };
+    const testsupport::Table<QString, QStringList> row("script", "rows");
     const auto texts = [](const char* lines) { return QString::fromUtf8(lines).split(QLatin1Char('\n')); };
     row("identity of its own steps",
         "create table t (a int identity (10, -5), b char(1))\n"

@@ -1,5 +1,6 @@
 #include "engine/syntax/lexer.h"
 #include "engine/values/sqlerror.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -33,11 +34,7 @@ QString shown(const Token& token) {
 }  // namespace
 
 void LexerTest::tokens_data() {
-    QTest::addColumn<QString>("batch");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* batch, const char* expected) {
-        QTest::newRow(batch) << QString::fromUtf8(batch) << QString::fromUtf8(expected);
-    };
+    const testsupport::TextTable<QString> row("batch", "expected");
     row("", "");
     row("select a.b", "name:select,name:a,symbol:.,name:b");
     row("[a]]b] \"c\"\"d\"", "qname:a]b,qname:c\"d");
@@ -67,15 +64,13 @@ void LexerTest::tokens() {
 }
 
 void LexerTest::refusals_data() {
-    QTest::addColumn<QString>("batch");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<int>("line");
-    QTest::newRow("string") << QStringLiteral("select\n'abc") << 105 << 2;
-    QTest::newRow("odd quotes") << QStringLiteral("'a'''b'") << 105 << 1;
-    QTest::newRow("bracket") << QStringLiteral("[a") << 105 << 1;
-    QTest::newRow("comment") << QStringLiteral("a\n\n/* b /* c */") << 113 << 3;
-    QTest::newRow("stray") << QStringLiteral("a ? b") << 102 << 1;
-    QTest::newRow("brace") << QStringLiteral("\n{d '2000-01-01'}") << 102 << 2;
+    const testsupport::Table<QString, int, int> row("batch", "number", "line");
+    row("string", "select\n'abc", 105, 2);
+    row("odd quotes", "'a'''b'", 105, 1);
+    row("bracket", "[a", 105, 1);
+    row("comment", "a\n\n/* b /* c */", 113, 3);
+    row("stray", "a ? b", 102, 1);
+    row("brace", "\n{d '2000-01-01'}", 102, 2);
 }
 
 void LexerTest::refusals() {
