@@ -1,7 +1,11 @@
+#include "engine/session/generated.h"
 #include "recordingsink.h"
 #include "shopworld.h"
+#include "support/table.h"
 
 #include <QTest>
+
+#include <thread>
 
 /// Coming in, moving between databases, options, and the course of a batch.
 class SessionTest : public QObject {
@@ -26,6 +30,7 @@ class SessionTest : public QObject {
     void cancelWhileWaiting();
     void cancelBetweenRows();
     void cancelWithinAQuery();
+    void sideBySide();
     void limits_data();
     void limits();
 
@@ -34,17 +39,8 @@ class SessionTest : public QObject {
 };
 
 void SessionTest::login_data() {
-    QTest::addColumn<QString>("user");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("database");
-    QTest::addColumn<QString>("errors");
-    QTest::addColumn<QString>("entered");
-    const auto row = [](const char* name, const char* user, const char* password, const char* database,
-                        const char* errors, const char* entered) {
-        QTest::newRow(name) << QString::fromUtf8(user) << QString::fromUtf8(password)
-                            << QString::fromUtf8(database) << QString::fromUtf8(errors)
-                            << QString::fromUtf8(entered);
-    };
+    const testsupport::Table<QString, QString, QString, QString, QString> row("user", "password", "database",
+                                                                              "errors", "entered");
     row("sa", "sa", "", "", "", "master");
     row("case of names", "SA", "", "SHOP", "", "shop");
     row("default database", "clerk", "till", "", "", "shop");
@@ -166,13 +162,7 @@ void SessionTest::options() {
 }
 
 void SessionTest::batchAfterFailure_data() {
-    QTest::addColumn<QString>("batch");
-    QTest::addColumn<QString>("errors");
-    QTest::addColumn<QString>("rows");
-    const auto row = [](const char* batch, const char* errors, const char* rows) {
-        QTest::newRow(batch) << QString::fromLatin1(batch) << QString::fromLatin1(errors)
-                             << QString::fromLatin1(rows);
-    };
+    const testsupport::TextTable<QString, QString> row("batch", "errors", "rows");
     row("SELECT 1 SELECT 1 / 0 SELECT @@ERROR", "8134", "1;8134");
     row("SELECT 1 EXEC nosuch SELECT 2", "2812", "1;2");
     row("SELECT 1 SELECT * FROM nothere SELECT 2", "208", "1");
@@ -226,15 +216,8 @@ void SessionTest::procedures() {
 
 // Each step is "procedure|value|value": i is a number, o the same for output, ~ a null, anything else a text.
 void SessionTest::calls_data() {
-    QTest::addColumn<QStringList>("steps");
-    QTest::addColumn<QString>("rows");
-    QTest::addColumn<QString>("returned");
-    QTest::addColumn<QString>("errors");
-    const auto row = [](const char* name, const QStringList& steps, const char* rows, const char* returned,
-                        const char* errors) {
-        QTest::newRow(name) << steps << QString::fromLatin1(rows) << QString::fromLatin1(returned)
-                            << QString::fromLatin1(errors);
-    };
+    const testsupport::Table<QStringList, QString, QString, QString> row("steps", "rows", "returned",
+                                                                         "errors");
     const auto step = [](const char* text) { return QString::fromLatin1(text); };
     const QString prepare = step("sp_prepare|o0|@n int|SELECT name FROM customers WHERE id = @n");
     row("catalog procedure", {step("sp_tables|customers|dbo")}, "shop|dbo|customers|TABLE|NULL", "", "");
@@ -319,22 +302,18 @@ void SessionTest::cancelWithinAQuery() {
 }
 
 void SessionTest::limits_data() {
-    QTest::addColumn<QString>("batch");
-    QTest::addColumn<QString>("errors");
-    const auto row = [](const char* name, const QString& batch, const char* errors) {
-        QTest::newRow(name) << batch << QString::fromLatin1(errors);
-    };
+    const testsupport::Table<QString, QString> row("batch", "errors");
     const QString many =
         QStringLiteral("%1 FROM syscolumns a, syscolumns b, syscolumns c, syscolumns d, syscolumns e%2");
     row("work", many.arg(QStringLiteral("SELECT COUNT(*)"), QString()), "8649");
     row("work for a variable",
         QStringLiteral("DECLARE @n int ") + many.arg(QStringLiteral("SELECT @n = COUNT(*)"), QString()),
         "8649");
-    row("waiting", QStringLiteral("WAITFOR DELAY '23:00'"), "8649");
+    row("waiting", "WAITFOR DELAY '23:00'", "8649");
     row("sorting", many.arg(QStringLiteral("SELECT REPLICATE('x', 8000)"), QStringLiteral(" ORDER BY 1")),
         "701");
     row("a long batch", QStringLiteral("SELECT 1") + QStringLiteral(",1").repeated(600'000), "701");
-    row("little", QStringLiteral("SELECT 1"), "");
+    row("little", "SELECT 1", "");
 }
 
 void SessionTest::limits() {
@@ -349,6 +328,31 @@ void SessionTest::limits() {
     RecordingSink next;
     session.execute(QStringLiteral("SELECT 1"), next);
     QCOMPARE(next.rows.size(), 1);
+}
+
+/// Sessions on threads of their own read one world at once.
+void SessionTest::sideBySide() {
+    auto world = std::make_shared<engine::World>();
+    engine::addLargeDatabase(*world, QStringLiteral("shop"), 60, 8, 20);
+    world->seal();
+    const QString query = QStringLiteral(
+        "SELECT count(*), count(DISTINCT o.name) FROM sysobjects o, syscolumns c "
+        "WHERE o.id = c.id AND o.type = 'U'");
+    std::vector<QStringList> results(4);
+    std::vector<std::thread> threads;
+    for (QStringList& result : results) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 20; ++i) {
+                RecordingSink sink;
+                shopSession(world)->execute(query, sink);
+                result += sink.rows;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const QStringList& result : results)
+        QCOMPARE(result, QStringList(20, QStringLiteral("480|60")));
 }
 
 QTEST_APPLESS_MAIN(SessionTest)
