@@ -74,8 +74,8 @@ bool hasLibrary(const DriverFamily& family, QStringView file) {
 }  // namespace
 
 const DriverFamily* familyOf(const RegisteredDriver& driver) {
-    const qsizetype slash = std::max(driver.library.lastIndexOf(u'/'), driver.library.lastIndexOf(u'\\'));
-    const QStringView file = QStringView(driver.library).sliced(slash + 1);
+    const qsizetype slash = std::max(driver.file.lastIndexOf(u'/'), driver.file.lastIndexOf(u'\\'));
+    const QStringView file = QStringView(driver.file).sliced(slash + 1);
     auto found = std::ranges::find_if(families, [&](const auto& family) { return hasLibrary(family, file); });
     if (found == families.end())
         found = std::ranges::find_if(

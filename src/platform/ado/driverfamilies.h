@@ -15,7 +15,7 @@ inline constexpr QLatin1StringView sqlServerName{"SQL Server"};
 /// A driver of the driver manager's registration.
 struct RegisteredDriver {
     QString name;
-    QString library;  ///< the file that it is in, with or without a path
+    QString file;  ///< the file that it is in, with or without a path
 };
 
 /// What a family of drivers is called, and what it takes in a connection string.
