@@ -4,8 +4,8 @@
 #include "browse/frmdocument.h"
 #include "figures.h"
 #include "platform/desktop/titlelabel.h"
-#include "shell/appstate.h"
-#include "shell/frame.h"
+#include "shell/core/appstate.h"
+#include "shell/core/frame.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -8,7 +8,7 @@
 #include "platform/controls/listitems.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 #include "support/relay.h"
 #include "support/sampleserverprocess.h"

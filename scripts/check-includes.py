@@ -14,10 +14,10 @@ import sys
 FLOORS = {
     "src": [
         ["platform/*", "icons/*"],
-        ["shell/*"],
+        ["shell/core/*"],
         ["dbaccess/*"],
         ["browse/*", "query/*", "compare/*"],
-        ["shell/frm* shell/main* shell/program* shell/windowlist* main.cpp"],
+        ["shell/* main.cpp"],
     ],
     "sampleserver": [
         ["engine/values/*"],

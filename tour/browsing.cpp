@@ -2,7 +2,7 @@
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QClipboard>

@@ -3,7 +3,7 @@
 #include "platform/controls/listitems.h"
 #include "platform/desktop/listview.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QCheckBox>

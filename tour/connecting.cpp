@@ -1,7 +1,7 @@
 #include "browse/frmconnection.h"
 #include "browse/frmdocument.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmflash.h"
 #include "shell/frmmain.h"
 

@@ -1,5 +1,5 @@
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QAction>

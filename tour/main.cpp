@@ -4,7 +4,7 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/settingsstore.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 #include "stage.h"
 #include "support/sampleserverprocess.h"

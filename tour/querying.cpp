@@ -1,7 +1,7 @@
 #include "platform/desktop/datagrid.h"
 #include "query/frmquery.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #include "browse/frmdocument.h"
 #include "platform/desktop/twips.h"
 #include "road.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QAction>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "browse/connectioncontrols.h"
-#include "shell/appstate.h"
-#include "shell/frame.h"
+#include "shell/core/appstate.h"
+#include "shell/core/frame.h"
 
 #include <QDialog>
 #include <QPointer>

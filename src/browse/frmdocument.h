@@ -2,9 +2,9 @@
 
 #include "platform/controls/listitems.h"
 #include "platform/controls/nodes.h"
-#include "shell/appstate.h"
-#include "shell/documents.h"
-#include "shell/frame.h"
+#include "shell/core/appstate.h"
+#include "shell/core/documents.h"
+#include "shell/core/frame.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/reporterror.h"
+#include "shell/core/reporterror.h"
 
 #include <QString>
 

@@ -2,7 +2,7 @@
 
 #include "compare/frmcompareprogress.h"
 #include "dbaccess/dbconnection.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QScopeGuard>
 #include <QWidget>

@@ -4,7 +4,7 @@
 #include "platform/desktop/named.h"
 #include "platform/desktop/scrollpage.h"
 #include "platform/desktop/titlelabel.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>

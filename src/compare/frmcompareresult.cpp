@@ -7,7 +7,7 @@
 #include "platform/desktop/listview.h"
 #include "platform/desktop/named.h"
 #include "platform/desktop/twips.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QCloseEvent>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/desktop/doevents.h"
-#include "shell/frame.h"
+#include "shell/core/frame.h"
 
 #include <QWidget>
 

@@ -8,7 +8,7 @@
 #include "platform/desktop/msgbox.h"
 #include "platform/desktop/pickbox.h"
 #include "platform/runtimeerror.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QCheckBox>
 #include <QPointer>

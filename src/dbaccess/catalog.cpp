@@ -2,7 +2,7 @@
 
 #include "platform/ado/connectionstring.h"
 #include "platform/ado/error.h"
-#include "shell/reporterror.h"
+#include "shell/core/reporterror.h"
 
 #include <algorithm>
 #include <array>

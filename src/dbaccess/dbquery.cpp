@@ -1,6 +1,6 @@
 #include "dbaccess/catalog.h"
 #include "dbaccess/dbconnection.h"
-#include "shell/reporterror.h"
+#include "shell/core/reporterror.h"
 
 namespace tw {
 

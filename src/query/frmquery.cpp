@@ -11,7 +11,7 @@
 #include "platform/desktop/pickbox.h"
 #include "platform/desktop/twips.h"
 #include "query/querytext.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -2,7 +2,7 @@
 
 #include "platform/controls/comboitems.h"
 #include "query/querycontrols.h"
-#include "shell/frame.h"
+#include "shell/core/frame.h"
 
 #include <QWidget>
 

@@ -7,12 +7,12 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/outersize.h"
 #include "platform/desktop/twips.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
+#include "shell/core/options.h"
+#include "shell/core/placement.h"
+#include "shell/core/reporterror.h"
 #include "shell/frmflash.h"
 #include "shell/maintoolbar.h"
-#include "shell/options.h"
-#include "shell/placement.h"
-#include "shell/reporterror.h"
 #include "shell/windowlist.h"
 
 #include <QCloseEvent>

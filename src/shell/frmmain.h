@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/desktop/helpviewer.h"
-#include "shell/frame.h"
+#include "shell/core/frame.h"
 #include "shell/mainmenus.h"
 
 #include <QMainWindow>

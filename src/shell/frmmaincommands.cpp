@@ -14,7 +14,7 @@
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
 #include "query/frmquery.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmabout.h"
 #include "shell/frmmain.h"
 #include "shell/frmoption.h"

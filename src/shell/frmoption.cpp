@@ -4,7 +4,7 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/named.h"
 #include "platform/desktop/scrollpage.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/numericentry.h"
 
 #include <QCheckBox>

@@ -6,7 +6,7 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/settingsstore.h"
 #include "platform/runtimeerror.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <memory>

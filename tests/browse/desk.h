@@ -2,8 +2,8 @@
 
 #include "browse/frmdocument.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
-#include "shell/frame.h"
+#include "shell/core/appstate.h"
+#include "shell/core/frame.h"
 
 #include <QPoint>
 #include <QTemporaryDir>

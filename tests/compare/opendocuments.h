@@ -2,7 +2,7 @@
 
 #include "dbaccess/dbconnection.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "support/sampleserverprocess.h"
 
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "compare/frmcompareprogress.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "support/captions.h"
 #include "support/table.h"
 

@@ -4,7 +4,7 @@
 #include "platform/desktop/datagrid.h"
 #include "platform/desktop/settingsstore.h"
 #include "query/frmquery.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "support/picking.h"
 
 #include <QComboBox>

@@ -4,7 +4,7 @@
 #include "dbaccess/connectionpool.h"
 #include "dbaccess/dbconnection.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
 #include <QMdiArea>

@@ -2,7 +2,7 @@
 #include "platform/desktop/failures.h"
 #include "platform/desktop/msgbox.h"
 #include "platform/desktop/settingsstore.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 #include "shell/program.h"
 #include "support/table.h"
 

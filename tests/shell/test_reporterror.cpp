@@ -1,5 +1,5 @@
 #include "platform/runtimeerror.h"
-#include "shell/reporterror.h"
+#include "shell/core/reporterror.h"
 #include "support/answers.h"
 #include "support/table.h"
 

@@ -1,7 +1,7 @@
 #include "platform/runtimeerror.h"
-#include "shell/appstate.h"
-#include "shell/options.h"
-#include "shell/placement.h"
+#include "shell/core/appstate.h"
+#include "shell/core/options.h"
+#include "shell/core/placement.h"
 #include "support/table.h"
 
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
-#include "shell/placement.h"
+#include "shell/core/placement.h"
 
 #include "platform/conversions.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 namespace tw {
 

@@ -1,4 +1,4 @@
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,9 +1,9 @@
-#include "shell/reporterror.h"
+#include "shell/core/reporterror.h"
 
 #include "platform/ado/error.h"
 #include "platform/desktop/msgbox.h"
 #include "platform/runtimeerror.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 namespace tw {
 

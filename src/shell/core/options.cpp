@@ -1,7 +1,7 @@
-#include "shell/options.h"
+#include "shell/core/options.h"
 
 #include "platform/conversions.h"
-#include "shell/appstate.h"
+#include "shell/core/appstate.h"
 
 namespace tw {
 

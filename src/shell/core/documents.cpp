@@ -1,4 +1,4 @@
-#include "shell/documents.h"
+#include "shell/core/documents.h"
 
 #include "platform/runtimeerror.h"
 

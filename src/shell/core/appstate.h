@@ -2,7 +2,7 @@
 
 #include "platform/desktop/settingsstore.h"
 #include "platform/runtimeerror.h"
-#include "shell/documents.h"
+#include "shell/core/documents.h"
 
 #include <QString>
 
