@@ -8,25 +8,21 @@
 #include "platform/desktop/titlelabel.h"
 #include "platform/desktop/treeview.h"
 #include "platform/showntext.h"
-#include "support/answers.h"
+#include "support/table.h"
 
-#include <QClipboard>
 #include <QContextMenuEvent>
-#include <QGuiApplication>
-#include <QHeaderView>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
 
 #include <functional>
-#include <vector>
+#include <memory>
 
 using controls::ListItems;
 using controls::Node;
@@ -41,15 +37,6 @@ QIcon plainIcon(const QColor& color) {
     QPixmap pixmap(16, 16);
     pixmap.fill(color);
     return QIcon(pixmap);
-}
-
-void fill(ListItems& items, int rows) {
-    items.addHeader(QStringLiteral("Name"));
-    items.addHeader(QStringLiteral("Value"));
-    for (int row = 0; row < rows; ++row) {
-        items.addItem(QStringLiteral("row %1").arg(row), row % 3);
-        items.setSubItem(row, 1, QString::number(row));
-    }
 }
 
 bool holds(const QImage& image, const QRect& rect, const QColor& color) {
@@ -67,139 +54,26 @@ class ViewsTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void listSelectsAndCopiesRows();
-    void copyKeepsTheGrid();
-    void copyHasALimit();
-    void listSelectsWithMouseAndKeys_data();
-    void listSelectsWithMouseAndKeys();
     void viewsShowFocus_data();
     void viewsShowFocus();
     void cutNamesShowAsTips();
-    void listKeys();
-    void listColumnWidths();
-    void listColumnsAreDragged();
-    void listBeginsAnewAtItsFirstCell();
-    void listPictures();
-    void listWithoutHeaders();
-    void listTakesRowsWhileShown();
     void shownTexts_data();
     void shownTexts();
     void namesAreShown_data();
     void namesAreShown();
     void treeOpensBranches();
-    void treePictures();
+    void pictures();
     void treeHotTracking();
     void contextMenus();
 };
 
-void ViewsTest::listSelectsAndCopiesRows() {
-    ListItems items;
-    ListView view;
-    fill(items, 5);
-    view.setItems(&items);
-    view.resize(400, 300);
-    view.show();
-    const auto click = [&](int row, Qt::KeyboardModifiers modifiers) {
-        QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
-                          view.visualRect(items.index(row, 1)).center());
-    };
-    click(3, Qt::NoModifier);
-    click(1, Qt::ControlModifier);
-    QTest::keySequence(&view, QKeySequence::Copy);
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 1\t1\nrow 3\t3\n"));
-    view.clearSelection();
-    QTest::keySequence(&view, QKeySequence::Copy);
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 1\t1\nrow 3\t3\n"));
-}
-
-void ViewsTest::copyKeepsTheGrid() {
-    ListItems items;
-    ListView view;
-    fill(items, 1);
-    items.setSubItem(0, 1, u"a\tb\r\nc\nd");
-    view.setItems(&items);
-    view.selectAll();
-    QCOMPARE(view.selectedText(), QStringLiteral("row 0\ta b c d\n"));
-    view.horizontalHeader()->moveSection(1, 0);
-    QCOMPARE(view.selectedText(), QStringLiteral("a b c d\trow 0\n"));
-    view.setItems(nullptr);
-    QCOMPARE(view.selectedText(), QString());
-}
-
-void ViewsTest::copyHasALimit() {
-    ListItems items;
-    ListView view;
-    fill(items, 3);
-    view.setItems(&items);
-    view.setCopyLimit(16);
-    view.selectRow(0);
-    QTest::keySequence(&view, QKeySequence::Copy);
-    view.selectAll();
-    testsupport::Answers answers;
-    QTest::keySequence(&view, QKeySequence::Copy);
-    QVERIFY(answers.takeBox().text.contains(QStringLiteral("too long")));
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("row 0\t0\n"));
-}
-
-void ViewsTest::listSelectsWithMouseAndKeys_data() {
-    using Step = std::function<void(ListView&)>;
-    QTest::addColumn<std::vector<Step>>("steps");
-    QTest::addColumn<QString>("selected");
-    const auto click = [](int row, Qt::KeyboardModifiers modifiers = {}) -> Step {
-        return [=](ListView& view) {
-            QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
-                              view.visualRect(view.model()->index(row, 1)).center());
-        };
-    };
-    const auto key = [](Qt::Key pressed, Qt::KeyboardModifiers modifiers = {}) -> Step {
-        return [=](ListView& view) { QTest::keyClick(&view, pressed, modifiers); };
-    };
-    const auto row = [](const char* name, const std::vector<Step>& steps, const char* selected) {
-        QTest::newRow(name) << steps << QString::fromLatin1(selected);
-    };
-    row("a range", {click(1), click(3, Qt::ShiftModifier)}, "1 2 3");
-    row("single ones", {click(4), click(2, Qt::ControlModifier)}, "2 4");
-    row("one taken out", {click(0), click(3, Qt::ShiftModifier), click(1, Qt::ControlModifier)}, "0 2 3");
-    row("only the last", {click(4), click(2)}, "2");
-    row("all", {key(Qt::Key_A, Qt::ControlModifier)}, "0 1 2 3 4");
-    row("down with Shift", {click(1), key(Qt::Key_Down, Qt::ShiftModifier)}, "1 2");
-    row("to the end with Shift", {click(3), key(Qt::Key_End, Qt::ShiftModifier)}, "3 4");
-    row("to the top", {click(3), key(Qt::Key_Home)}, "0");
-    row("moved, then added",
-        {click(0), key(Qt::Key_Down, Qt::ControlModifier), key(Qt::Key_Down, Qt::ControlModifier),
-         key(Qt::Key_Space, Qt::ControlModifier)},
-        "0 2");
-}
-
-void ViewsTest::listSelectsWithMouseAndKeys() {
-    QFETCH(std::vector<std::function<void(ListView&)>>, steps);
-    ListItems items;
-    ListView view;
-    fill(items, 5);
-    view.setItems(&items);
-    view.resize(400, 300);
-    view.show();
-    for (const auto& step : steps)
-        step(view);
-    QStringList rows;
-    for (int row = 0; row < 5; ++row) {
-        const QItemSelectionModel& selection = *view.selectionModel();
-        if (!selection.rowIntersectsSelection(row)) continue;
-        QVERIFY(selection.isRowSelected(row));
-        rows += QString::number(row);
-    }
-    QTEST(rows.join(u' '), "selected");
-}
-
 void ViewsTest::viewsShowFocus_data() {
-    QTest::addColumn<bool>("tree");
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<bool>("selected");
-    QTest::newRow("empty list") << false << 0 << false;
-    QTest::newRow("row that is not selected") << false << 2 << false;
-    QTest::newRow("selected row") << false << 2 << true;
-    QTest::newRow("node that is not selected") << true << 2 << false;
-    QTest::newRow("selected node") << true << 2 << true;
+    const testsupport::Table<bool, int, bool> row("tree", "rows", "selected");
+    row("empty list", false, 0, false);
+    row("row that is not selected", false, 2, false);
+    row("selected row", false, 2, true);
+    row("node that is not selected", true, 2, false);
+    row("selected node", true, 2, true);
 }
 
 /// By a frame around all, a line around the current row, and a selection that is pale without the focus.
@@ -213,7 +87,9 @@ void ViewsTest::viewsShowFocus() {
     auto* list = new ListView(&window);
     auto* nodeView = new TreeView(&window);
     auto* other = new QLineEdit(&window);
-    fill(items, rows);
+    items.addHeader(QStringLiteral("Name"));
+    for (int row = 0; row < rows; ++row)
+        items.addItem(QStringLiteral("row"));
     nodes.add(nullptr, QStringLiteral("R"), QStringLiteral("Server"), 0, 0);
     list->setItems(&items);
     nodeView->setNodes(&nodes);
@@ -253,181 +129,20 @@ void ViewsTest::cutNamesShowAsTips() {
     QVERIFY(tipAtWidth(200).contains(name));
 }
 
-void ViewsTest::listKeys() {
-    ListItems items;
-    ListView view;
-    fill(items, 50);
-    view.setItems(&items);
-    view.resize(400, 300);
-    view.show();
-    view.setCurrentIndex(items.index(10, 1));
-    QTest::keyClick(&view, Qt::Key_End);
-    QCOMPARE(view.currentIndex().row(), 49);
-    QTest::keyClick(&view, Qt::Key_Home);
-    QCOMPARE(view.currentIndex().row(), 0);
-    QTest::keyClick(&view, Qt::Key_Right);
-    QCOMPARE(view.currentIndex().row(), 0);
-    QTest::keyClicks(&view, QStringLiteral("row 3"));
-    QCOMPARE(view.currentIndex().row(), 3);
-
-    // Nothing of the mark around the row before stays on the screen.
-    QTest::keyClick(&view, Qt::Key_Down, Qt::ControlModifier);
-    QTRY_COMPARE(view.screen()->grabWindow(view.winId()).toImage(), view.grab().toImage());
-}
-
-void ViewsTest::listColumnWidths() {
-    ListItems items;
-    ListView view;
-    view.setItems(&items);
-    items.addHeader(QStringLiteral("Name"));
-    items.addHeader(QStringLiteral("Text"));
-    items.addItem(QString(25, u'W'));
-    items.setSubItem(0, 1, QString(5000, u'W'));
-    items.notifyViews();
-    const int name = view.columnWidth(0);
-    QVERIFY(name > 20 * view.fontMetrics().horizontalAdvance(u'W') / 2);
-    QVERIFY(view.columnWidth(1) < 500);
-
-    // Other rows under the same headers get room too, and so do rows that come one by one.
-    items.clearItems();
-    for (const int length : {5, 15}) {
-        items.addItem(QString(length, u'W'));
-        items.notifyViews();
-    }
-    const int other = view.columnWidth(0);
-    QVERIFY(other < name && other > 15 * view.fontMetrics().horizontalAdvance(u'W'));
-
-    // What the user made of it stays until there are new headers.
-    view.setColumnWidth(0, 50);
-    items.clearItems();
-    items.addItem(QStringLiteral("another"));
-    items.notifyViews();
-    QCOMPARE(view.columnWidth(0), 50);
-    items.clearItems();
-    items.clearHeaders();
-    items.addHeader(QStringLiteral("A much longer name for the column than before, and longer still"));
-    items.addItem(QStringLiteral("x"));
-    items.notifyViews();
-    QVERIFY(view.columnWidth(0) > name);
-    items.addHeader(QString(1'000'000, u'W'));
-    QVERIFY(view.columnWidth(1) < 20 * name);
-}
-
-void ViewsTest::listColumnsAreDragged() {
-    ListItems items;
-    ListView view;
-    fill(items, 3);
-    view.setItems(&items);
-    view.resize(600, 300);
-    view.show();
-    QWidget* header = view.horizontalHeader()->viewport();
-    const int width = view.columnWidth(0);
-    const QPoint edge(width - 1, header->height() / 2);
-    QTest::mousePress(header, Qt::LeftButton, {}, edge);
-    QTest::mouseMove(header, edge + QPoint(20, 0));
-    QTest::mouseMove(header, edge + QPoint(40, 0));
-    QTest::mouseRelease(header, Qt::LeftButton, {}, edge + QPoint(40, 0));
-    QCOMPARE(view.columnWidth(0), width + 40);
-    QVERIFY(!view.selectionModel()->hasSelection());
-}
-
-void ViewsTest::listBeginsAnewAtItsFirstCell() {
-    ListItems items;
-    ListView view;
-    const auto list = [&] {
-        items.clearHeaders();
-        items.clearItems();
-        for (int column = 0; column < 20; ++column)
-            items.addHeader(QStringLiteral("A name that wants room %1").arg(column));
-    };
-    const auto addRows = [&] {
-        for (int row = 0; row < 1000; ++row)
-            items.addItem(QString::number(row));
-        items.notifyViews();
-    };
-    list();
-    addRows();
-    view.setItems(&items);
-    view.resize(400, 300);
-    view.show();
-    view.setCurrentIndex(items.index(999, 19));
-    QVERIFY(view.verticalScrollBar()->value() > 0 && view.horizontalScrollBar()->value() > 0);
-    view.setColumnWidth(0, 30);
-    list();
-    // Even if no row ever comes, the headers can be read.
-    QVERIFY(view.columnWidth(0) > 100);
-    addRows();
-    QCOMPARE(view.verticalScrollBar()->value(), 0);
-    QCOMPARE(view.horizontalScrollBar()->value(), 0);
-    QVERIFY(!view.currentIndex().isValid());
-}
-
-void ViewsTest::listPictures() {
-    ListItems items;
-    ListView view;
-    fill(items, 3);
-    view.setPictures({plainIcon(Qt::red), plainIcon(Qt::green)});
-    view.setItems(&items);
-    view.resize(400, 300);
-    view.selectRow(1);
-    const QImage image = view.viewport()->grab().toImage();
-    const auto shows = [&](int row, const QColor& color) {
-        return holds(image, view.visualRect(items.index(row, 0)), color);
-    };
-    QVERIFY(!shows(0, Qt::red) && !shows(0, Qt::green));
-    QVERIFY(shows(1, Qt::red));
-    QVERIFY(shows(2, Qt::green));
-}
-
-void ViewsTest::listWithoutHeaders() {
-    ListItems items;
-    ListView view;
-    view.setItems(&items);
-    const auto shown = [&] { return view.viewport()->grab().toImage(); };
-    const QImage empty = shown();
-    items.addItem(u"<No Permission>");
-    items.notifyViews();
-    QVERIFY(shown() != empty);
-    items.clearItems();
-    QCOMPARE(shown(), empty);
-}
-
-void ViewsTest::listTakesRowsWhileShown() {
-    ListItems items;
-    ListView view;
-    view.setItems(&items);
-    view.show();
-    fill(items, 1000);
-    QTRY_COMPARE(view.model()->rowCount(), 1000);
-    view.scrollToBottom();
-    view.selectAll();
-    items.clearItems();
-    view.grab();
-    QVERIFY(view.selectedText().isEmpty());
-}
-
 void ViewsTest::shownTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("lines");
-    const auto same = [](const char* name, const QString& text) {
-        QTest::newRow(name) << text << text << text;
-    };
+    const testsupport::Table<QString, QString, QString> row("text", "line", "lines");
+    const auto same = [&](const char* name, const QString& text) { row(name, text, text, text); };
     same("markup", QStringLiteral(" <b>a</b> & b"));
     same("right to left, joined, outside the basic plane",
          QStringLiteral("\u05d0\u0628 a\u200db \U0001F600"));
-    QTest::newRow("line ends") << QStringLiteral("a\r\nb\tc\n \r\n")
-                               << QStringLiteral("a⟨CR⟩⟨LF⟩b⟨TAB⟩c⟨LF⟩ ⟨CR⟩⟨LF⟩")
-                               << QStringLiteral("a\nb\tc");
+    row("line ends", "a\r\nb\tc\n \r\n", QStringLiteral("a⟨CR⟩⟨LF⟩b⟨TAB⟩c⟨LF⟩ ⟨CR⟩⟨LF⟩"), "a\nb\tc");
     const auto signs = QStringLiteral("⟨ESC⟩[⟨U+007F⟩ ⟨U+0085⟩⟨U+061C⟩⟨U+200F⟩⟨U+2028⟩⟨U+202E⟩⟨U+2066⟩");
-    QTest::newRow("obeyed") << QStringLiteral("\u001b[\u007f \u0085\u061c\u200f\u2028\u202e\u2066") << signs
-                            << signs;
+    row("obeyed", QStringLiteral("\u001b[\u007f \u0085\u061c\u200f\u2028\u202e\u2066"), signs, signs);
     const QString halves = QStringLiteral("⟨U+DC00⟩a⟨U+D800⟩");
-    QTest::newRow("half pairs") << QString(QChar(0xdc00)) + u'a' + QChar(0xd800) << halves << halves;
-    QTest::newRow("long") << QString(200'000, u'x') << QString(1000, u'x') + u'\u2026'
-                          << QString(65'535, u'x') + u'\u2026';
+    row("half pairs", QString(QChar(0xdc00)) + u'a' + QChar(0xd800), halves, halves);
+    row("long", QString(200'000, u'x'), QString(1000, u'x') + u'\u2026', QString(65'535, u'x') + u'\u2026');
     const QString pairs = QStringLiteral("\U0001F600").repeated(999);
-    QTest::newRow("cut beside a pair") << u'a' + pairs << u'a' + pairs.left(998) + u'\u2026' << u'a' + pairs;
+    row("cut beside a pair", u'a' + pairs, u'a' + pairs.left(998) + u'\u2026', u'a' + pairs);
 }
 
 void ViewsTest::shownTexts() {
@@ -438,10 +153,7 @@ void ViewsTest::shownTexts() {
 
 void ViewsTest::namesAreShown_data() {
     using Widget = std::unique_ptr<QWidget>;
-    QTest::addColumn<std::function<Widget(const QString&)>>("shownBy");
-    const auto row = [](const char* name, const std::function<Widget(const QString&)>& make) {
-        QTest::newRow(name) << make;
-    };
+    const testsupport::Table<std::function<Widget(const QString&)>> row("shownBy");
     const auto list = [](const QString& header, const QString& item) -> Widget {
         auto view = std::make_unique<ListView>();
         auto* items = new ListItems(view.get());
@@ -544,7 +256,24 @@ void ViewsTest::treeOpensBranches() {
     QVERIFY(tree.view.selectionModel()->isSelected(tree.nodes.indexOf(root)));
 }
 
-void ViewsTest::treePictures() {
+void ViewsTest::pictures() {
+    ListItems items;
+    ListView list;
+    items.addHeader(QStringLiteral("Name"));
+    for (const int icon : {0, 1, 2})
+        items.addItem(QStringLiteral("row"), icon);
+    list.setPictures({plainIcon(Qt::red), plainIcon(Qt::green)});
+    list.setItems(&items);
+    list.resize(400, 300);
+    list.selectRow(1);
+    const QImage rows = list.viewport()->grab().toImage();
+    const auto shows = [&](int row, const QColor& color) {
+        return holds(rows, list.visualRect(items.index(row, 0)), color);
+    };
+    QVERIFY(!shows(0, Qt::red) && !shows(0, Qt::green));
+    QVERIFY(shows(1, Qt::red));
+    QVERIFY(shows(2, Qt::green));
+
     Tree tree;
     tree.view.expandAll();
     tree.view.setCurrentIndex(tree.nodes.indexOf(tree.second));
