@@ -40,6 +40,12 @@ void addRow(QGridLayout& grid, const char* labelName, const QString& text, QWidg
     grid.addWidget(entry, row, 1);
 }
 
+/// Half the usual margins above and below, so that the page shows whole on a small screen.
+void tighten(QLayout& layout) {
+    const QMargins usual = layout.contentsMargins();
+    layout.setContentsMargins(usual.left(), usual.top() / 2, usual.right(), usual.bottom() / 2);
+}
+
 QGridLayout* makeGrid(QWidget* box) {
     auto* grid = new QGridLayout(box);
     grid->setColumnStretch(1, 1);
@@ -65,7 +71,7 @@ class TextBox final : public QPlainTextEdit {
 
     QSize minimumSizeHint() const override {
         return {QPlainTextEdit::minimumSizeHint().width(),
-                m_leastLines * fontMetrics().lineSpacing() + 2 * textTop(*this)};
+                m_leastLines * fontMetrics().lineSpacing() + 2 * textTop(*this) + 1};
     }
     QSize sizeHint() const override {
         return {QPlainTextEdit::sizeHint().width(), minimumSizeHint().height()};
@@ -94,6 +100,7 @@ void QueryControls::setupControls(QWidget& window) {
     tsQuery->addTab(new desktop::ScrollPage(makeQueryPage(), tsQuery), QStringLiteral("Query"));
     tsQuery->addTab(makeResultPage(), QStringLiteral("Result"));
     auto* column = new QVBoxLayout(&window);
+    tighten(*column);
     column->addWidget(tsQuery, 1);
     column->addWidget(makeButtons(window));
 }
@@ -105,6 +112,7 @@ QWidget* QueryControls::makeQueryPage() {
     sources->addWidget(makeSelectionSource(page), 1);
     sources->addWidget(makeConditionSource(page), 1);
     auto* column = new QVBoxLayout(page);
+    tighten(*column);
     column->addLayout(sources);
     column->addWidget(makeQueryString(page), 1);
     column->addWidget(makeLimits(page));
