@@ -4,6 +4,7 @@
 #include "platform/desktop/widgetboxes.h"
 
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <QWidget>
 
 #include <algorithm>
@@ -12,13 +13,35 @@ namespace desktop {
 
 namespace {
 
-/// The desktop's own style, with room for the titles of windows within the frame whatever the font.
+/// The desktop's own style, with titles of windows within the frame that can be read whatever the font and
+/// colours.
 class Style final : public QProxyStyle {
   public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
         if (metric != PM_TitleBarHeight || widget == nullptr) return pixels;
         return std::max(pixels, widget->fontMetrics().height() + 4);
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+        if (control != CC_TitleBar || bar == nullptr || !darkButtonsOnDark(*bar)) {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+            return;
+        }
+        QStyleOptionTitleBar light = *bar;
+        light.titleBarState |= State_Active;
+        light.palette.setColor(QPalette::Highlight, bar->palette.color(QPalette::Window));
+        QProxyStyle::drawComplexControl(control, &light, painter, widget);
+    }
+
+  private:
+    /// Qt's Fusion style paints the buttons of a window that is not active black, on whatever ground.
+    bool darkButtonsOnDark(const QStyleOptionTitleBar& bar) const {
+        const QColor ground = bar.palette.color(QPalette::Window);
+        return baseStyle()->name() == QStringLiteral("fusion") && (bar.titleBarState & State_Active) == 0 &&
+               ground.lightness() < 128;
     }
 };
 
