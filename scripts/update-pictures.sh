@@ -12,22 +12,23 @@ command -v convert >/dev/null || {
 }
 env -u DISPLAY -u WAYLAND_DISPLAY "$here/scripts/run.sh" "$build"
 
-# The tour's screen is always of one size and its windows stand where they stood, so places are fixed.
-cut() { # PICTURE_OF_THE_TOUR WIDTHxHEIGHT+LEFT+TOP NAME
-    set -- "$build"/tour/[0-9]*-"$1".png "$2" "$pictures/$3.png"
-    if [ $# -ne 3 ] || [ ! -r "$1" ]; then
-        echo "The tour takes no picture, or several, for ${3##*/}." >&2
+cut() { # PICTURE_OF_THE_TOUR NAME [WIDTHxHEIGHT+LEFT+TOP, else the active window]
+    place=${3-}
+    set -- "$build"/tour/[0-9]*-"$1".png "$pictures/$2.png"
+    if [ $# -ne 2 ] || [ ! -r "$1" ]; then
+        echo "The tour takes no picture, or several, for ${2##*/}." >&2
         exit 1
     fi
-    convert "$1" -crop "$2" +repage +dither -colors 128 -strip -define png:compression-level=9 "png8:$3"
+    [ -n "$place" ] || place=$(identify -format '%[window]' "$1")
+    convert "$1" -crop "$place" +repage +dither -colors 128 -strip -define png:compression-level=9 "png8:$2"
 }
-cut connection-dialog-filled 446x361+407+180 connection-dialog
-cut table-opened 748x562+0+0 connected
-cut details-horizontal 756x282+0+402 database-details
-cut query-built 728x578+276+95 query-page
-cut query-result 728x578+276+95 query-result
-cut compare-selection-filled 726x270+267+224 compare-selection
-cut compare-half-way 474x273+394+223 compare-progress
-cut compare-one-table 640x400+0+96 compare-result
-cut options-mouse 401x286+430+216 options
+cut connection-dialog-filled connection-dialog
+cut table-opened connected 750x547+0+0
+cut details-horizontal database-details 772x277+0+402
+cut query-built query-page
+cut query-result query-result
+cut compare-selection-filled compare-selection
+cut compare-half-way compare-progress
+cut compare-one-table compare-result 640x400+1+96
+cut options-mouse options
 du -cb "$pictures"/*.png

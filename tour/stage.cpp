@@ -4,7 +4,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QImage>
 #include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
@@ -31,6 +34,17 @@ QModelIndex childOf(const QAbstractItemModel& model, const QModelIndex& parent, 
         if (index.data().toString() == text) return index;
     }
     throw Failure(QStringLiteral("the tree has no node ") + text);
+}
+
+/// Where the window that is worked in stands on the screen with its frame: WIDTHxHEIGHT+LEFT+TOP.
+QString placeOfWindow() {
+    const QWidget* window = QApplication::activeWindow();
+    if (window == nullptr) return {};
+    QRect place = window->frameGeometry();
+    const auto* area = window->findChild<const QMdiArea*>();
+    if (const QWidget* child = area == nullptr ? nullptr : area->activeSubWindow())
+        place = {child->mapToGlobal(QPoint()), child->size()};
+    return QStringLiteral("%1x%2+%3+%4").arg(place.width()).arg(place.height()).arg(place.x()).arg(place.y());
 }
 
 void closeDialogs() {
@@ -240,7 +254,8 @@ void Stage::picture(const QString& name) {
     // The window manager draws frames in its own time.
     QTest::qWait(150);
     const QString file = QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
-    const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
+    QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+    screen.setText(QStringLiteral("window"), placeOfWindow());
     expect(!screen.isNull() && screen.save(m_folder.filePath(file)), QStringLiteral("picture ") + file);
 }
 

@@ -75,7 +75,8 @@ class Stage {
     /// As inDialog, for a message box: checks its text and presses a button by its text.
     void expectMessage(const std::function<void()>& open, const QString& text, const QString& picture = {});
 
-    /// Takes a picture of the whole screen; the file's name begins with a running number.
+    /// Takes a picture of the whole screen; the file's name begins with a running number, its text "window"
+    /// says where the active window stands.
     void picture(const QString& name);
     int pictureCount() const { return m_pictures; }
 
