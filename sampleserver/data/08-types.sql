@@ -56,10 +56,11 @@ INSERT AllTypes VALUES (5, 'smallest steps', 1, 1, -1, -1, 0.0001, 0.0000000001,
 INSERT AllTypes (Id, What, AnInt, AChar, AVarChar, AText, ANChar, ANVarChar, ANText) VALUES (6, 'beyond the first plane', 65536,
     'café', 'naïve – “€”', 'line one' + CHAR(13) + CHAR(10) + 'line two' + CHAR(9) + 'tab',
     N'🚲🔧', N'𝄞 clef, 🚲 bicycle, é as e' + NCHAR(769), N'𠜎𠜱 rare characters, العربية, עברית, ไทย')
--- REPLICATE is not cut at 8000 bytes here, and repeats binary values, too.
+-- REPLICATE of a long value is not cut at 8000 bytes.
 INSERT AllTypes (Id, What, AVarChar, ANVarChar, AText, ANText, AnImage) VALUES (7, 'long',
     REPLICATE('€', 8000), REPLICATE(N'🚲', 2000),
-    REPLICATE('0123456789abcdef', 8192), REPLICATE(N'Länge über alles 🚲 ', 5000), REPLICATE(0x00FF7F80, 25000))
+    REPLICATE(CAST('0123456789abcdef' AS text), 8192), REPLICATE(CAST(N'Länge über alles 🚲 ' AS ntext), 5000),
+    REPLICATE(CAST(0x00FF7F80 AS image), 25000))
 -- The ends of what the formats hold, and values that take all digits to read back the same.
 INSERT AllTypes (Id, What, AFloat, AReal, ADateTime, ASmallDate) VALUES
     (8, 'floats'' ends', 1.7976931348623157E+308, 3.40282346E+38, '1998-07-01T12:34:56', '1998-07-01T23:59:00'),

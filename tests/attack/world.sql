@@ -22,7 +22,7 @@ INSERT Box VALUES (4, REPLICATE(N'nails 4', 25), 2, 4, NULL, 0), (5, REPLICATE(N
     (13, REPLICATE(N'nails 13', 25), 2, 13, NULL, 0), (14, REPLICATE(N'nails 14', 25), 2, 14, NULL, 0), (15, REPLICATE(N'nails 15', 25), 2, 15, NULL, 0),
     (16, REPLICATE(N'nails 16', 25), 2, 16, NULL, 0), (17, REPLICATE(N'nails 17', 25), 2, 17, NULL, 0), (18, REPLICATE(N'nails 18', 25), 2, 18, NULL, 0)
 INSERT ann.Own VALUES (1.25, '6F9619FF-8B86-D011-B42D-00C04FC964FF'), (NULL, NULL)
-INSERT Piece VALUES (1, REPLICATE('text ', 300), REPLICATE(N'wide ', 900), 0x0102, 0xFF, 1.5, 2.5), (2, NULL, NULL, NULL, NULL, NULL, NULL),
+INSERT Piece VALUES (1, REPLICATE('text ', 300), REPLICATE(CAST(N'wide ' AS ntext), 900), 0x0102, 0xFF, 1.5, 2.5), (2, NULL, NULL, NULL, NULL, NULL, NULL),
     (3, '', N'', 0x, 0x, 0, 0), (4, 'short', N'😀', 0x00, 0x00, -1E300, 1E-30)
 GO
 CREATE DATABASE Second

@@ -28,7 +28,9 @@ struct BoundQuery {
 /// anew in SQLite's words. Throws SqlError for what it does not find, allow or understand.
 class Binder {
   public:
-    Binder(const SessionFacts& facts, Emission& emission) : m_facts(facts), m_emission(emission) {}
+    Binder(const SessionFacts& facts, Emission& emission) : m_facts(facts), m_emission(emission) {
+        m_emission.dateStyle = facts.dateStyle;
+    }
 
     /// `rowLimit` rows at most; -1 for all.
     BoundQuery query(const ast::Query& query, qint64 rowLimit);
@@ -74,6 +76,8 @@ class Binder {
     };
     void addSources(const ast::Table& table, Scope& scope, bool outer);
     void addNamed(const ast::NamedTable& table, Scope& scope, bool outer);
+    void addDerived(const ast::Query& query, const QString& alias, const std::vector<QString>& columnNames,
+                    Scope& scope, bool outer);
     void flatten(const ast::Table& table, Scope& scope, size_t& next, FromTexts& texts);
     QString nested(const ast::Table& table, Scope& scope, size_t& next);
     QString sourceText(const Source& source);

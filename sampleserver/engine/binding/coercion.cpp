@@ -75,7 +75,7 @@ std::optional<QString> plainConversion(const Bound& bound, const SqlType& to) {
 std::optional<Bound> convertedConstant(const Bound& bound, const SqlType& to, int style, Emission& emission) {
     if (!bound.literal) return std::nullopt;
     try {
-        return boundConstant(convertStyled(*bound.literal, bound.type, to, style), to, emission);
+        return boundConstant(convertValue(*bound.literal, bound.type, to, false, style), to, emission);
     } catch (const SqlError&) {
         return std::nullopt;
     }
@@ -132,6 +132,7 @@ Bound explicitly(const Bound& bound, const SqlType& to, int style, Emission& emi
         return null;
     }
     if (bound.type == to) return bound;
+    if (style == 0 && isText(bound.type.id) && isDateTime(to.id)) style = emission.dateStyle;
     if (auto constant = convertedConstant(bound, to, style, emission)) return *constant;
     const bool plain = style == 0 || (isText(bound.type.id) && !isDateTime(to.id));
     if (const auto text = plain ? plainConversion(bound, to) : std::nullopt) {

@@ -5,8 +5,6 @@
 #include "engine/values/sqlerror.h"
 #include "engine/values/typeinfo.h"
 
-#include <QDateTime>
-
 namespace engine {
 
 namespace {
@@ -51,24 +49,18 @@ Bound fixedPart(const FunctionCall& c) {
     return c.call("ts_datepart", integerType, {code, moment(c, 0)});
 }
 
-qint64 ticksOf(const QDateTime& now) {
-    const QDate date = now.date();
-    const QTime time = now.time();
-    return dateTimeTicks({date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second(),
-                          time.msec() * 3 / 10});
-}
-
 // One moment for the whole of a statement.
 Bound now(const FunctionCall& c) {
-    return c.value(ticksOf(QDateTime::currentDateTime()), {.id = TypeId::DateTime});
+    return c.value(dateTimeTicks(QDateTime::currentDateTime()), {.id = TypeId::DateTime});
 }
 
 Bound nowUtc(const FunctionCall& c) {
-    return c.value(ticksOf(QDateTime::currentDateTimeUtc()), {.id = TypeId::DateTime});
+    return c.value(dateTimeTicks(QDateTime::currentDateTimeUtc()), {.id = TypeId::DateTime});
 }
 
 Bound isDate(const FunctionCall& c) {
-    return c.call("ts_isdate", integerType, {c.text(0)}, false);
+    const Bound style = c.value(qint64(c.emission.dateStyle), integerType);
+    return c.call("ts_isdate", integerType, {c.text(0), style}, false);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 #include "engine/binding/binder.h"
+#include "engine/binding/laterviews.h"
+#include "engine/syntax/parser.h"
 #include "engine/values/sqlerror.h"
 #include "engine/values/typeinfo.h"
 
@@ -58,6 +60,14 @@ void Binder::addNamed(const ast::NamedTable& named, Scope& scope, bool outer) {
     }
     const QString owner = path.size() > 1 ? path[path.size() - 2] : QString();
     if (source.database) source.table = source.database->findTable(owner, path.back(), user);
+    if (!source.table && source.database && m_facts.readsScript) {
+        const QString view = laterView(source.database->name, owner, path.back());
+        if (!view.isEmpty()) {
+            TokenCursor tokens(view);
+            const ast::Query query = Parser(tokens).query();
+            return addDerived(query, named.alias.isEmpty() ? path.back() : named.alias, {}, scope, outer);
+        }
+    }
     if (!source.table)
         throw SqlError(208, 16, QStringLiteral("Invalid object name '%1'.").arg(written(path)));
     if (source.table->deniedUsers.contains(user, Qt::CaseInsensitive)) {
@@ -80,25 +90,29 @@ void Binder::addSources(const ast::Table& table, Scope& scope, bool outer) {
         return;
     }
     const auto& derived = std::get<ast::DerivedTable>(table.node);
-    BoundQuery query = boundQuery(*derived.query, scope.outer());
+    addDerived(*derived.query, derived.alias, derived.columnNames, scope, outer);
+}
+
+void Binder::addDerived(const ast::Query& derived, const QString& alias,
+                        const std::vector<QString>& columnNames, Scope& scope, bool outer) {
+    BoundQuery query = boundQuery(derived, scope.outer());
     Source source;
-    source.alias = derived.alias;
+    source.alias = alias;
     source.outer = outer;
     source.columns = std::move(query.columns);
     source.derived = query.sql;
-    if (!derived.columnNames.empty() && derived.columnNames.size() != source.columns.size()) {
-        const bool fewer = derived.columnNames.size() < source.columns.size();
+    if (!columnNames.empty() && columnNames.size() != source.columns.size()) {
+        const bool fewer = columnNames.size() < source.columns.size();
         throw SqlError(fewer ? 8158 : 8159, 16,
                        QStringLiteral("'%1' has %2 columns than were specified in the column list.")
-                           .arg(derived.alias, fewer ? QStringLiteral("more") : QStringLiteral("fewer")));
+                           .arg(alias, fewer ? QStringLiteral("more") : QStringLiteral("fewer")));
     }
-    for (size_t i = 0; i < derived.columnNames.size(); ++i)
-        source.columns[i].name = derived.columnNames[i];
+    for (size_t i = 0; i < columnNames.size(); ++i)
+        source.columns[i].name = columnNames[i];
     for (size_t i = 0; i < source.columns.size(); ++i) {
         if (!source.columns[i].name.isEmpty()) continue;
         throw SqlError(
-            8155, 16,
-            QStringLiteral("No column was specified for column %1 of '%2'.").arg(i + 1).arg(derived.alias));
+            8155, 16, QStringLiteral("No column was specified for column %1 of '%2'.").arg(i + 1).arg(alias));
     }
     source.sqlName = u'a' + QString::number(m_sources++);
     checkNames(source, scope.sources);

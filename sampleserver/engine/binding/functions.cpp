@@ -101,7 +101,8 @@ bool takesDatePart(const QString& function) {
 
 Bound callFunction(const QString& name, const QString& datePart, std::vector<Bound> arguments,
                    const SessionFacts& facts, Emission& emission) {
-    const QString key = name.toLower();
+    QString key = name.toLower();
+    if (facts.readsScript && key == QLatin1String("schema_id")) key = QStringLiteral("user_id");
     const FunctionEntry* entry = findFunction(key);
     if (!entry) {
         throw SqlError(195, 15, QStringLiteral("'%1' is not a recognized function name.").arg(name));

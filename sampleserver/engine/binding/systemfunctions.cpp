@@ -16,7 +16,19 @@ Bound nameValue(const FunctionCall& c, const QString& name) {
 }
 
 Bound objectId(const FunctionCall& c) {
-    return c.call("ts_object_id", integerType, {c.text(0)});
+    return c.call("ts_object_id", integerType, {c.text(0), c.count() > 1 ? c.text(1) : nameValue(c, {})});
+}
+
+Bound objectProperty(const FunctionCall& c) {
+    return c.call("ts_objectproperty", integerType, {c.integer(0), c.text(1)});
+}
+
+Bound columnLength(const FunctionCall& c) {
+    return c.call("ts_col_length", {.id = TypeId::SmallInt}, {c.text(0), c.text(1)});
+}
+
+Bound userId(const FunctionCall& c) {
+    return c.call("ts_user_id", {.id = TypeId::SmallInt}, {c.text(0)});
 }
 
 Bound objectName(const FunctionCall& c) {
@@ -74,7 +86,9 @@ QString versionText() {
 
 const std::vector<FunctionEntry>& systemFunctions() {
     static const std::vector<FunctionEntry> entries{
-        {"object_id", 1, 1, objectId},       {"object_name", 1, 1, objectName},
+        {"object_id", 1, 2, objectId},       {"object_name", 1, 1, objectName},
+        {"user_id", 1, 1, userId},           {"objectproperty", 2, 2, objectProperty},
+        {"col_length", 2, 2, columnLength},  {"newsequentialid", 0, 0, newId},
         {"col_name", 2, 2, columnName},      {"index_col", 3, 3, indexColumn},
         {"db_name", 0, 1, databaseName},     {"db_id", 0, 1, databaseId},
         {"user_name", 0, 0, userName},       {"user", 0, 0, userName},

@@ -79,6 +79,13 @@ Bound replace(const FunctionCall& c) {
 }
 
 Bound replicate(const FunctionCall& c) {
+    // A long value stays one, as with later servers, so that a script can fill columns of them.
+    const Bound& given = c.arguments[0];
+    if (isLong(given.type.id)) {
+        const Bound most = c.value(qint64(10'000'000), integerType);
+        return c.call(isText(given.type.id) ? "ts_replicate" : "ts_replicatebinary", given.type,
+                      {given, c.integer(1), most});
+    }
     const Bound text = c.text(0);
     const qint64 times = c.constant(1, 8000);
     const auto length = static_cast<int>(std::min<qint64>(8000, times * text.type.length));

@@ -2,7 +2,6 @@
 
 #include "engine/catalog/procedures.h"
 
-#include <initializer_list>
 #include <optional>
 
 namespace engine {
@@ -15,9 +14,9 @@ struct ProcedureContext {
 };
 
 // One function for each stored procedure: tells the sink its columns and rows and returns the number of rows.
-qint64 spColumns(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink);
-qint64 spTables(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink);
-qint64 spHelpUser(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink);
+qint64 spColumns(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink);
+qint64 spTables(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink);
+qint64 spHelpUser(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink);
 
 /// Types of result columns.
 constexpr SqlType sysnameType{.id = TypeId::NVarChar, .length = 128};
@@ -39,7 +38,7 @@ class ProcedureArguments {
   public:
     /// `parameters`: names with their @, in order. Throws SqlError 8145 (no such parameter),
     /// 8144 (too many), 8143 (given twice).
-    ProcedureArguments(const ProcedureCall& call, std::initializer_list<const char*> parameters);
+    ProcedureArguments(const ProcedureRequest& call, const std::vector<const char*>& parameters);
 
     /// The text of an argument; nothing when it was left out or null.
     std::optional<QString> text(const char* parameter) const;
@@ -47,7 +46,7 @@ class ProcedureArguments {
     QString required(const char* parameter) const;
 
   private:
-    const ProcedureCall& m_call;
+    const ProcedureRequest& m_call;
     std::vector<std::pair<QString, Value>> m_values;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/catalog/metadata.h"
 
 #include "engine/store/storecall.h"
+#include "engine/values/typeinfo.h"
 
 #include <sqlite3.h>
 
@@ -14,6 +15,7 @@ namespace {
 /// Names of a database's objects by number, gathered when first asked for.
 struct ObjectNames {
     const Database* database = nullptr;
+    size_t count = 0;  ///< of its tables, which grow while scripts are read
     QHash<int, QString> names;
     QHash<int, const Table*> tables;
 };
@@ -79,19 +81,36 @@ int constraintId(const Database& database, const QString& name) {
     return found;
 }
 
+void numberOrNull(StoreCall& c, qint64 number) {
+    if (number <= 0) return c.resultNull();
+    c.result(number);
+}
+
+/// ts_object_id(name, type): of a table only where the type is U, S or empty, of a constraint where it is
+/// not.
 void objectId(StoreCall& c, const Context& context) {
     const Named named = find(*context.facts, c.text(0));
-    if (named.table) return c.result(qint64(named.table->id));
-    const int id = named.database ? constraintId(*named.database, named.object) : 0;
-    if (id == 0) return c.resultNull();
-    c.result(qint64(id));
+    const QString type = c.text(1).trimmed().toUpper();
+    const bool table = type == QLatin1String("U") || type == QLatin1String("S");
+    if (named.table) return numberOrNull(c, type.isEmpty() || table ? named.table->id : 0);
+    numberOrNull(c, named.database && !table ? constraintId(*named.database, named.object) : 0);
+}
+
+void columnLength(StoreCall& c, const Context& context) {
+    const Named named = find(*context.facts, c.text(0));
+    const int column = named.table ? named.table->columnIndex(c.text(1)) : -1;
+    numberOrNull(c, column < 0 ? 0 : typeBytes(named.table->columns[size_t(column)].type));
+}
+
+void userId(StoreCall& c, const Context& context) {
+    numberOrNull(c, context.facts->database->userId(c.text(0)));
 }
 
 const ObjectNames& objectsOf(const Context& context) {
     const Database* database = context.facts->database;
     ObjectNames& objects = context.objects;
-    if (objects.database == database) return objects;
-    objects = {.database = database, .names = {}, .tables = {}};
+    if (objects.database == database && objects.count == database->tables.size()) return objects;
+    objects = {.database = database, .count = database->tables.size(), .names = {}, .tables = {}};
     for (const auto& table : database->tables) {
         visitObjects(*table, [&](int id, const QString& name) { objects.names.insert(id, name); });
         objects.tables.insert(table->id, table.get());
@@ -131,6 +150,16 @@ void indexColumn(StoreCall& c, const Context& context) {
     c.result(named.table->columns[static_cast<size_t>(column)].name);
 }
 
+/// Of tables, the kinds that scripts ask for; nothing for any other object or property.
+void objectProperty(StoreCall& c, const Context& context) {
+    const Table* table = objectsOf(context).tables.value(static_cast<int>(c.integer(0)));
+    const QString property = c.text(1).toLower();
+    if (!table || !property.startsWith(QLatin1String("is"))) return c.resultNull();
+    const bool user = property == QLatin1String("isusertable") && !table->system;
+    const bool system = property == QLatin1String("issystemtable") && table->system;
+    c.result(qint64(user || system || property == QLatin1String("istable") ? 1 : 0));
+}
+
 void databaseName(StoreCall& c, const Context& context) {
     const auto& databases = context.facts->world->databases();
     const auto found =
@@ -140,13 +169,19 @@ void databaseName(StoreCall& c, const Context& context) {
 
 void databaseId(StoreCall& c, const Context& context) {
     const Database* database = context.facts->world->findDatabase(c.text(0));
-    if (!database) return c.resultNull();
-    c.result(qint64(database->dbid));
+    numberOrNull(c, database ? database->dbid : 0);
 }
 
 constexpr MetadataFunction functions[] = {
-    {"ts_object_id", 1, objectId},    {"ts_object_name", 1, objectName}, {"ts_col_name", 2, columnName},
-    {"ts_index_col", 3, indexColumn}, {"ts_db_name", 1, databaseName},   {"ts_db_id", 1, databaseId},
+    {"ts_object_id", 2, objectId},
+    {"ts_object_name", 1, objectName},
+    {"ts_col_name", 2, columnName},
+    {"ts_col_length", 2, columnLength},
+    {"ts_index_col", 3, indexColumn},
+    {"ts_db_name", 1, databaseName},
+    {"ts_db_id", 1, databaseId},
+    {"ts_user_id", 1, userId},
+    {"ts_objectproperty", 2, objectProperty},
 };
 
 void run(sqlite3_context* context, int count, sqlite3_value** arguments) {

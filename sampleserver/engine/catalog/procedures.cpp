@@ -14,7 +14,7 @@ namespace {
 
 struct Procedure {
     const char* name;
-    qint64 (*run)(const ProcedureContext&, const ProcedureCall&, ResultSink&);
+    qint64 (*run)(const ProcedureContext&, const ProcedureRequest&, ResultSink&);
 };
 
 constexpr std::array<Procedure, 3> procedures{{
@@ -30,7 +30,7 @@ bool sameName(const QString& a, const QString& b) {
 }  // namespace
 
 bool runProcedure(const World& world, const Database& database, const QString& user,
-                  const ProcedureCall& call, ResultSink& sink) {
+                  const ProcedureRequest& call, ResultSink& sink) {
     for (const Procedure& procedure : procedures) {
         if (call.name.compare(QLatin1String(procedure.name), Qt::CaseInsensitive) != 0) continue;
         const qint64 rows = procedure.run({.world = world, .database = database, .user = user}, call, sink);
@@ -63,14 +63,14 @@ void checkQualifier(const Database& database, const std::optional<QString>& qual
                        "current database."));
 }
 
-ProcedureArguments::ProcedureArguments(const ProcedureCall& call,
-                                       std::initializer_list<const char*> parameters)
+ProcedureArguments::ProcedureArguments(const ProcedureRequest& call,
+                                       const std::vector<const char*>& parameters)
     : m_call(call) {
     QStringList names;
     for (const char* parameter : parameters)
         names.append(QLatin1String(parameter));
     qsizetype position = 0;
-    for (const auto& [name, value] : call.arguments) {
+    for (const auto& [name, type, value, output] : call.parameters) {
         if (name.isEmpty() && position >= names.size()) {
             throw SqlError(
                 8144, 16,

@@ -11,12 +11,6 @@
 
 namespace engine {
 
-/// A variable of a batch, @x.
-struct BatchVariable {
-    SqlType type;
-    Value value;
-};
-
 /// What statements may ask about the session that runs them.
 struct SessionFacts {
     std::shared_ptr<const World> world;
@@ -30,7 +24,9 @@ struct SessionFacts {
     int error = 0;        ///< @@ERROR
     int transactions = 0;
     qint64 textSize = 2147483647;
-    QHash<QString, BatchVariable> variables;  ///< by nameKey
+    bool readsScript = false;              ///< what it reads may be written for a later server
+    int dateStyle = 0;                     ///< of SET DATEFORMAT, see dateFormatStyle()
+    QHash<QString, TypedValue> variables;  ///< of the batch, @x by nameKey
 };
 
 /// The user a login has in a database: dbo for sa, its own, guest where guests may enter; nothing when

@@ -87,7 +87,7 @@ std::vector<const Table*> tablesMeant(const ProcedureContext& context, const QSt
 
 }  // namespace
 
-qint64 spColumns(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink) {
+qint64 spColumns(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink) {
     const ProcedureArguments arguments(
         call, {"@table_name", "@table_owner", "@table_qualifier", "@column_name", "@ODBCVer"});
     checkQualifier(context.database, arguments.text("@table_qualifier"));

@@ -28,7 +28,7 @@ QStringList rolesOf(const Database& database, const QString& user) {
 
 }  // namespace
 
-qint64 spHelpUser(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink) {
+qint64 spHelpUser(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink) {
     const ProcedureArguments arguments(call, {"@name_in_db"});
     const Database& database = context.database;
     QStringList users = database.users;

@@ -29,7 +29,7 @@ qint64 listDatabases(const World& world, ResultSink& sink) {
 
 }  // namespace
 
-qint64 spTables(const ProcedureContext& context, const ProcedureCall& call, ResultSink& sink) {
+qint64 spTables(const ProcedureContext& context, const ProcedureRequest& call, ResultSink& sink) {
     const ProcedureArguments arguments(call,
                                        {"@table_name", "@table_owner", "@table_qualifier", "@table_type"});
     const QString any = QStringLiteral("%");

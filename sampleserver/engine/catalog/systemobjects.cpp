@@ -57,11 +57,11 @@ class ObjectRows {
     SystemRows m_rows;
 };
 
-/// Texts longer than a row of syscomments go on in the next one.
-void appendComment(SystemRows& rows, int id, const QString& text) {
+/// Texts longer than a row of syscomments go on in the next one. `column` is the number of a computed one.
+void appendComment(SystemRows& rows, int id, const QString& text, int column = 0) {
     constexpr qsizetype rowLength = 4000;
     for (qsizetype begin = 0, part = 1; begin < text.size(); begin += rowLength, ++part) {
-        rows.append({id, 0, part, 0, 2, 0, 0, 0, text.mid(begin, rowLength)});
+        rows.append({id, column, part, 0, 2, 0, 0, 0, text.mid(begin, rowLength)});
     }
 }
 
@@ -107,6 +107,9 @@ void fillObjects(const Database& database) {
                                 .type = type,
                                 .sysstat = table->system ? 1 : 3});
         appendConstraints(*table, objects, comments);
+        int position = 0;
+        for (const Column& column : table->columns)
+            appendComment(comments, table->id, column.computedText, ++position);
     }
 }
 

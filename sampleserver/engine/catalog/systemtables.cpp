@@ -37,4 +37,11 @@ void fillSystemTables(const World& world, Database& database) {
     transaction.commit();
 }
 
+void removeSystemTables(Database& database) {
+    while (!database.tables.empty() && database.tables.back()->system) {
+        executeStore(database.keeper, "DROP TABLE \"" + database.tables.back()->storage.toUtf8() + '"');
+        database.removeLastTable();
+    }
+}
+
 }  // namespace engine

@@ -16,6 +16,9 @@ void addSystemTables(Database& database);
 /// Adds the system tables to a database and fills them from what the scripts made.
 void fillSystemTables(const World& world, Database& database);
 
+/// Takes them away again, so that scripts can go on.
+void removeSystemTables(Database& database);
+
 /// Rows of one system table, each value in the place of its column.
 class SystemRows {
   public:

@@ -2,25 +2,12 @@
 
 #include "engine/catalog/systemtables.h"
 #include "engine/store/rowstore.h"
-#include "engine/values/convert.h"
+#include "engine/values/datetime.h"
 #include "engine/values/sqlerror.h"
 
-#include <QDateTime>
 #include <QUuid>
 
 namespace engine {
-
-namespace {
-
-qint64 currentDateTime() {
-    const QDateTime now = QDateTime::currentDateTime();
-    const QDate day = now.date();
-    const QTime time = now.time();
-    return makeDateTime(day.year(), day.month(), day.day(), time.hour(), time.minute(), time.second(),
-                        time.msec() * 3 / 10);
-}
-
-}  // namespace
 
 World::World() {
     for (const char* name : {"master", "tempdb", "model", "msdb", "distribution"}) {
@@ -61,7 +48,7 @@ Database& World::addDatabase(const QString& name) {
     database->uri = QStringLiteral("file:%1?mode=memory&cache=shared")
                         .arg(QUuid::createUuid().toString(QUuid::WithoutBraces));
     database->keeper = openKeeper(database->uri);
-    database->created = currentDateTime();
+    database->created = dateTimeTicks(QDateTime::currentDateTime());
     database->users = QStringList{QStringLiteral("dbo")};
     database->guest = false;
     for (const QString& table : systemTableNames(*database)) {

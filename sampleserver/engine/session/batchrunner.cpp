@@ -1,6 +1,7 @@
 #include "engine/session/batchrunner.h"
 
 #include "engine/binding/binder.h"
+#include "engine/session/evaluation.h"
 #include "engine/store/storage.h"
 #include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
@@ -55,7 +56,8 @@ void BatchRunner::guard(const std::function<void()>& work) {
 }
 
 void BatchRunner::runText(const QString& batch) {
-    const auto statements = Parser(batch, m_options.quotedIdentifiers).batch();
+    TokenCursor tokens(batch, 1, m_options.quotedIdentifiers);
+    const auto statements = Parser(tokens).batch();
     for (const ast::Statement& statement : statements) {
         if (m_selectsOnly && !std::holds_alternative<ast::Select>(statement.node)) continue;
         if (m_sink.cancelled() || !runStatement(statement)) break;
@@ -152,7 +154,7 @@ void BatchRunner::run(const ast::Use& statement) {
     done(-1, false);
 }
 
-BatchVariable& BatchRunner::variable(const QString& name) {
+TypedValue& BatchRunner::variable(const QString& name) {
     const auto found = m_facts.variables.find(nameKey(name));
     if (found == m_facts.variables.end()) {
         throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(name));
@@ -160,21 +162,16 @@ BatchVariable& BatchRunner::variable(const QString& name) {
     return *found;
 }
 
-BatchVariable BatchRunner::evaluate(const ast::Expr& expr) {
-    Emission emission;
-    const Bound bound = Binder(m_facts, emission).constantExpression(expr);
-    if (bound.literal) return {bound.type, *bound.literal};
-    const StatementPtr prepared = m_store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
-    BatchVariable result{bound.type, {}};
-    if (m_store.step(prepared.get())) result.value = readStored(prepared.get(), 0, bound.type);
+TypedValue BatchRunner::value(const ast::Expr& expr) {
+    TypedValue result = evaluate(m_facts, m_store, expr);
     m_bound.check();
     return result;
 }
 
 void BatchRunner::run(const ast::SetVariable& statement) {
-    BatchVariable& target = variable(statement.name);
-    const BatchVariable value = evaluate(*statement.expr);
-    target.value = convertValue(value.value, value.type, target.type, false);
+    TypedValue& target = variable(statement.name);
+    const TypedValue given = value(*statement.expr);
+    target.value = convertValue(given.value, given.type, target.type, false, m_facts.dateStyle);
     done(-1, false);
 }
 
@@ -199,16 +196,15 @@ void BatchRunner::run(const ast::Declare& statement) {
 void BatchRunner::run(const ast::Execute& statement) {
     std::vector<Parameter> parameters;
     for (const ast::Argument& argument : statement.arguments) {
-        BatchVariable value = evaluate(*argument.expr);
-        parameters.push_back({.name = argument.name, .type = value.type, .value = std::move(value.value)});
+        TypedValue given = value(*argument.expr);
+        parameters.push_back({.name = argument.name, .type = given.type, .value = std::move(given.value)});
     }
     callProcedure(statement.procedure, parameters);
 }
 
 void BatchRunner::run(const ast::If& statement) {
-    const BatchVariable holds = evaluate(*statement.condition);
-    for (const ast::Statement& chosen :
-         holds.value == Value(qint64(1)) ? statement.then : statement.otherwise)
+    const bool holds = value(*statement.condition).value == Value(qint64(1));
+    for (const ast::Statement& chosen : holds ? statement.then : statement.otherwise)
         runStatement(chosen);
 }
 
@@ -226,8 +222,8 @@ void BatchRunner::run(const ast::WaitFor& statement) {
 }
 
 void BatchRunner::run(const ast::Print& statement) {
-    const BatchVariable value = evaluate(*statement.expr);
-    m_sink.message({.number = 0, .severity = 0, .text = valueText(value.value, value.type)});
+    const TypedValue given = value(*statement.expr);
+    m_sink.message({.number = 0, .severity = 0, .text = valueText(given.value, given.type)});
     done(-1, false);
 }
 

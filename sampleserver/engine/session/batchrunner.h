@@ -52,8 +52,9 @@ class BatchRunner {
     qint64 keep(PreparedStatement statement);
 
     void setSwitch(const QString& option, bool on);
-    BatchVariable& variable(const QString& name);
-    BatchVariable evaluate(const ast::Expr& expr);
+    void setValue(const QString& option, const ast::SetOption& statement);
+    TypedValue& variable(const QString& name);
+    TypedValue value(const ast::Expr& expr);
 
     SessionState& m_state;
     SessionFacts& m_facts;

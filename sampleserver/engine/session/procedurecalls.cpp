@@ -35,6 +35,11 @@ qint64 handleOf(const std::vector<Parameter>& parameters) {
     throw SqlError(214, 16, QStringLiteral("Procedure expects parameter '@handle' of type 'int'."));
 }
 
+std::vector<std::pair<QString, SqlType>> declaredBy(const PreparedStatement& statement) {
+    TokenCursor tokens(statement.parameters);
+    return Parser(tokens).parameters();
+}
+
 SqlError noSuchHandle(qint64 handle) {
     return SqlError(8179, 16,
                     QStringLiteral("Could not find prepared statement with handle %1.").arg(handle));
@@ -63,10 +68,8 @@ void BatchRunner::callProcedure(const ast::Path& path, const std::vector<Paramet
         if (!other) throw unknown;
         user = *other;
     }
-    ProcedureCall call{.name = path.back(), .arguments = {}};
-    for (const Parameter& parameter : parameters)
-        call.arguments.emplace_back(parameter.name, parameter.value);
-    if (!runProcedure(*m_facts.world, *database, user, call, m_sink)) throw unknown;
+    const ProcedureRequest request{.name = path.back(), .parameters = parameters};
+    if (!runProcedure(*m_facts.world, *database, user, request, m_sink)) throw unknown;
 }
 
 bool BatchRunner::callStatement(const QString& name, const std::vector<Parameter>& parameters) {
@@ -108,7 +111,7 @@ qint64 BatchRunner::keep(PreparedStatement statement) {
 
 void BatchRunner::runPrepared(const PreparedStatement& statement, std::span<const Parameter> values,
                               int firstPosition) {
-    const auto declared = Parser(statement.parameters, m_options.quotedIdentifiers).parameters();
+    const auto declared = declaredBy(statement);
     std::vector<const Parameter*> given(declared.size(), nullptr);
     size_t position = 0;
     for (const Parameter& value : values) {
@@ -122,18 +125,19 @@ void BatchRunner::runPrepared(const PreparedStatement& statement, std::span<cons
         }
         given[at] = &value;
     }
-    QHash<QString, BatchVariable> variables;
+    QHash<QString, TypedValue> variables;
     for (size_t i = 0; i < declared.size(); ++i) {
         const auto& [name, type] = declared[i];
         if (!given[i]) throw notSupplied(statement.text.left(128), name);
-        variables.insert(nameKey(name), {type, convertValue(given[i]->value, given[i]->type, type, false)});
+        variables.insert(nameKey(name), {type, convertValue(given[i]->value, given[i]->type, type, false,
+                                                            m_facts.dateStyle)});
     }
     std::swap(m_facts.variables, variables);
     runText(statement.text);
     std::swap(m_facts.variables, variables);
     for (size_t i = 0; i < declared.size(); ++i) {
         if (!given[i]->output) continue;
-        const BatchVariable& left = variables[nameKey(declared[i].first)];
+        const TypedValue& left = variables[nameKey(declared[i].first)];
         m_sink.returnValue(firstPosition + int(given[i] - values.data()),
                            {.name = given[i]->name, .type = left.type, .value = left.value});
     }
@@ -141,8 +145,8 @@ void BatchRunner::runPrepared(const PreparedStatement& statement, std::span<cons
 
 /// Tells the columns of what the statement selects.
 void BatchRunner::describe(const PreparedStatement& statement) {
-    QHash<QString, BatchVariable> variables;
-    for (const auto& [name, type] : Parser(statement.parameters, m_options.quotedIdentifiers).parameters())
+    QHash<QString, TypedValue> variables;
+    for (const auto& [name, type] : declaredBy(statement))
         variables.insert(nameKey(name), {type, {}});
     const bool columnsOnly = std::exchange(m_options.columnsOnly, true);
     m_selectsOnly = true;

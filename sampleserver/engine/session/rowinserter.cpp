@@ -1,5 +1,7 @@
 #include "engine/session/rowinserter.h"
 
+#include "engine/session/evaluation.h"
+#include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
 #include "engine/values/sqlerror.h"
 
@@ -19,11 +21,13 @@ bool isNull(const Value& value) {
 
 }  // namespace
 
-RowInserter::RowInserter(const World& world, Database& database, Table& table, bool identityInsert)
-    : m_database(database),
+RowInserter::RowInserter(SessionState& session, Database& database, Table& table, bool identityInsert)
+    : m_session(session),
+      m_database(database),
       m_table(table),
       m_identityInsert(identityInsert),
       m_appender(database.keeper, table),
+      m_defaults(table.columns.size()),
       m_row(table.columns.size()) {
     for (const Index& index : table.indexes) {
         if (!index.unique) continue;
@@ -33,14 +37,14 @@ RowInserter::RowInserter(const World& world, Database& database, Table& table, b
     }
     for (const Check& check : table.checks) {
         if (!check.disabled)
-            m_checks.emplace_back(&check,
-                                  RowRule::condition(world, database, table, check.text).breach(true));
+            m_checks.emplace_back(
+                &check, RowRule::condition(session.facts, database, table, check.text).breach(true));
     }
     for (size_t i = 0; i < table.columns.size(); ++i) {
         const QString& text = table.columns[i].computedText;
         if (!text.isEmpty())
             m_computations.push_back(
-                RowRule::computation(world, database, table, text).update(static_cast<int>(i), true));
+                RowRule::computation(session.facts, database, table, text).update(static_cast<int>(i), true));
     }
     for (const ForeignKey& key : table.foreignKeys) {
         if (key.disabled) continue;
@@ -52,10 +56,10 @@ RowInserter::RowInserter(const World& world, Database& database, Table& table, b
     }
 }
 
-void RowInserter::insert(const std::vector<int>& columns, const std::vector<Constant>& constants) {
-    std::vector<const Constant*> given(m_table.columns.size(), nullptr);
+void RowInserter::insert(const std::vector<int>& columns, const std::vector<GivenValue>& values) {
+    std::vector<const GivenValue*> given(m_table.columns.size(), nullptr);
     for (size_t i = 0; i < columns.size(); ++i)
-        given[static_cast<size_t>(columns[i])] = &constants[i];
+        given[static_cast<size_t>(columns[i])] = &values[i];
     for (size_t i = 0; i < given.size(); ++i) {
         m_row[i] = valueFor(i, given[i]);
         const Column& column = m_table.columns[i];
@@ -77,19 +81,25 @@ void RowInserter::insert(const std::vector<int>& columns, const std::vector<Cons
     checkForeignKeys();
 }
 
-Value RowInserter::valueFor(size_t column, const Constant* given) {
+Value RowInserter::valueFor(size_t column, const GivenValue* given) {
     Column& target = m_table.columns[column];
     if (target.identity) return identityValue(target, given);
     if (target.type.id == TypeId::Timestamp) return timestampValue(given);
-    if (given != nullptr && !given->isDefault) {
-        return convertValue(given->value, given->type, target.type, true);
-    }
-    if (target.defaultText.isEmpty()) return {};
-    const Constant value = evaluateDefault(target.defaultText);
-    return convertValue(value.value, value.type, target.type, true);
+    return given && *given ? assigned(**given, target.type) : defaultValue(column);
 }
 
-Value RowInserter::identityValue(Column& column, const Constant* given) {
+Value RowInserter::defaultValue(size_t column) {
+    const Column& target = m_table.columns[column];
+    if (target.defaultText.isEmpty()) return {};
+    if (!m_defaults[column]) m_defaults[column] = parseExpression(target.defaultText);
+    return assigned(evaluate(m_session.facts, m_session.store, *m_defaults[column]), target.type);
+}
+
+Value RowInserter::assigned(const TypedValue& value, const SqlType& type) const {
+    return convertValue(value.value, value.type, type, true, m_session.facts.dateStyle);
+}
+
+Value RowInserter::identityValue(Column& column, const GivenValue* given) {
     static constexpr SqlType number{.id = TypeId::Decimal, .precision = 18, .scale = 0};
     if (m_identityInsert && given == nullptr) {
         throw SqlError(
@@ -106,7 +116,7 @@ Value RowInserter::identityValue(Column& column, const Constant* given) {
     }
     qint64 value = column.identityNext;
     if (given != nullptr) {
-        const Value explicitValue = convertValue(given->value, given->type, number, true);
+        const Value explicitValue = given->has_value() ? assigned(**given, number) : Value();
         if (isNull(explicitValue)) return {};
         value = std::get<QString>(explicitValue).toLongLong();
     }
@@ -116,8 +126,8 @@ Value RowInserter::identityValue(Column& column, const Constant* given) {
     return convertValue(QString::number(value), number, column.type, true);
 }
 
-Value RowInserter::timestampValue(const Constant* given) {
-    if (given != nullptr && !given->isDefault && !isNull(given->value)) {
+Value RowInserter::timestampValue(const GivenValue* given) {
+    if (given && *given && !isNull((*given)->value)) {
         throw SqlError(
             273, 16,
             QStringLiteral("Cannot insert a non-null value into a timestamp column. Use INSERT with a "

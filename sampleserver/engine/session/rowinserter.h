@@ -1,23 +1,25 @@
 #pragma once
 
-#include "engine/catalog/world.h"
 #include "engine/session/rowrule.h"
+#include "engine/session/sessionstate.h"
 #include "engine/store/rowstore.h"
-#include "engine/syntax/constant.h"
+#include "engine/syntax/ast.h"
 
 namespace engine {
 
+/// A value that a row is given; nothing for the word DEFAULT.
+using GivenValue = std::optional<TypedValue>;
+
 /// Inserts rows into one table as the server would: values are converted to the columns' types, identity
-/// values, timestamps and defaults filled in, nulls (515), unique keys (2627, 2601) and foreign keys (547)
-/// and check constraints (547)
-/// checked, computed columns computed.
+/// values, timestamps and defaults filled in, nulls (515), unique keys (2627, 2601), foreign keys and check
+/// constraints (547) checked, computed columns computed.
 class RowInserter {
   public:
     /// `identityInsert`: SET IDENTITY_INSERT is on for the table.
-    RowInserter(const World& world, Database& database, Table& table, bool identityInsert);
+    RowInserter(SessionState& session, Database& database, Table& table, bool identityInsert);
 
-    /// `columns`: positions of the columns that `constants` are for. Throws SqlError.
-    void insert(const std::vector<int>& columns, const std::vector<Constant>& constants);
+    /// `columns`: positions of the columns that `values` are for. Throws SqlError.
+    void insert(const std::vector<int>& columns, const std::vector<GivenValue>& values);
 
   private:
     struct ForeignKeyCheck {
@@ -30,13 +32,16 @@ class RowInserter {
         StoreStatement statement;
     };
 
-    Value valueFor(size_t column, const Constant* given);
-    Value identityValue(Column& column, const Constant* given);
-    Value timestampValue(const Constant* given);
+    Value valueFor(size_t column, const GivenValue* given);
+    Value identityValue(Column& column, const GivenValue* given);
+    Value timestampValue(const GivenValue* given);
+    Value defaultValue(size_t column);
+    Value assigned(const TypedValue& value, const SqlType& type) const;
     void checkUnique();
     void checkChecks();
     void checkForeignKeys();
 
+    SessionState& m_session;
     Database& m_database;
     Table& m_table;
     bool m_identityInsert;
@@ -45,6 +50,7 @@ class RowInserter {
     std::vector<ForeignKeyCheck> m_foreignKeys;
     std::vector<std::pair<const Check*, StoreStatement>> m_checks;
     std::vector<StoreStatement> m_computations;
+    std::vector<ast::ExprPtr> m_defaults;  // by column, those that were needed
     std::vector<Value> m_row;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/catalog/world.h"
+#include "engine/catalog/sessionfacts.h"
 #include "engine/store/emission.h"
 #include "engine/store/rowstore.h"
 
@@ -10,9 +10,9 @@ namespace engine {
 class RowRule {
   public:
     /// Throws SqlError for what makes no sense in that table. The table need not hold rows yet.
-    static RowRule condition(const World& world, const Database& database, const Table& table,
+    static RowRule condition(const SessionFacts& facts, const Database& database, const Table& table,
                              const QString& text);
-    static RowRule computation(const World& world, const Database& database, const Table& table,
+    static RowRule computation(const SessionFacts& facts, const Database& database, const Table& table,
                                const QString& text);
 
     const SqlType& type() const { return m_type; }

@@ -26,6 +26,16 @@ void passBlock(TokenCursor& tokens) {
     } while (depth > 0 && !tokens.atEnd());
 }
 
+/// Takes IF or WHILE with what it decides.
+void passControlled(TokenCursor& tokens) {
+    do {
+        tokens.take();
+        if (tokens.isSymbol("(")) tokens.parenthesised();
+    } while (!tokens.atEnd() && !startsStatement(tokens.peek()));
+    if (!tokens.atEnd()) passOver(tokens);
+    if (tokens.accept("else") && !tokens.atEnd()) passOver(tokens);
+}
+
 /// CREATE or ALTER of what has a body of statements; it must be alone in its batch.
 bool hasBody(const TokenCursor& tokens) {
     if (!tokens.is("create") && !tokens.is("alter")) return false;
@@ -61,19 +71,23 @@ void passOver(TokenCursor& tokens) {
             tokens.take();
         return;
     }
+    if (tokens.is("if") || tokens.is("while")) return passControlled(tokens);
     if (tokens.is("begin") && !tokens.is("tran", 1) && !tokens.is("transaction", 1)) return passBlock(tokens);
     const bool update = tokens.is("update");
     const bool queries = tokens.is("insert") || tokens.is("declare") || tokens.is("grant") ||
                          tokens.is("deny") || tokens.is("revoke");
-    const bool controls = tokens.is("while") || tokens.is("if");
     tokens.take();
+    int cases = 0;
     for (int depth = 0; !tokens.atEnd() && !tokens.isSymbol(";"); tokens.take()) {
         if (tokens.isSymbol("(")) ++depth;
         if (tokens.isSymbol(")")) --depth;
-        if (controls && depth == 0 && tokens.is("begin")) return passBlock(tokens);
+        if (tokens.is("case")) ++cases;
+        if (tokens.is("end") && cases > 0) --cases;
+        if (depth > 0 || cases > 0) continue;
+        if (tokens.is("else")) return;
         const bool own =
             (update && tokens.is("set")) || (queries && isOneOf(tokens.peek(), {"select", "exec"}));
-        if (depth <= 0 && tokens.startsLine() && startsStatement(tokens.peek()) && !own) return;
+        if (tokens.startsLine() && startsStatement(tokens.peek()) && !own) return;
     }
 }
 

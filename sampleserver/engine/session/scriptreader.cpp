@@ -1,32 +1,22 @@
 #include "engine/session/scriptreader.h"
 
-#include "engine/session/rowinserter.h"
+#include "engine/catalog/systemtables.h"
+#include "engine/session/evaluation.h"
 #include "engine/session/scriptpassing.h"
 #include "engine/session/scriptsecurity.h"
+#include "engine/session/setoptions.h"
 #include "engine/session/tablebuilder.h"
 #include "engine/syntax/ddlparser.h"
+#include "engine/syntax/parser.h"
 #include "engine/values/sqlerror.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <array>
-#include <optional>
 
 namespace engine {
 
 namespace {
-
-/// Options whose either setting changes nothing that this server shows.
-bool isPlainOption(const QString& option) {
-    static constexpr std::array options = {
-        "ansi_defaults", "ansi_nulls",         "ansi_null_dflt_off", "ansi_null_dflt_on",
-        "ansi_padding",  "ansi_warnings",      "arithabort",         "concat_null_yields_null",
-        "nocount",       "numeric_roundabort", "quoted_identifier",  "xact_abort"};
-    return std::any_of(options.begin(), options.end(), [&option](const char* known) {
-        return option.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
-    });
-}
 
 SqlError noSuchTable(const QString& name) {
     return SqlError(208, 16, QStringLiteral("Invalid object name '%1'.").arg(name));
@@ -94,22 +84,22 @@ QString withoutToolCommands(const QString& script, ScriptReport& report) {
 
 }  // namespace
 
-ScriptReader::ScriptReader(World& world, bool stopsAtFirst)
-    : m_world(world),
-      m_database(world.findDatabase(QStringLiteral("master"))),
-      m_queries(world),
-      m_stopsAtFirst(stopsAtFirst) {}
+ScriptReader::ScriptReader(World& world, bool stopsAtFirst) : m_world(world), m_stopsAtFirst(stopsAtFirst) {
+    // The world outlives the reading of a script.
+    m_session.facts.world = std::shared_ptr<const World>(std::shared_ptr<const World>(), &world);
+    m_session.facts.database = world.findDatabase(QStringLiteral("master"));
+    m_session.facts.login = QStringLiteral("sa");
+    m_session.facts.user = QStringLiteral("dbo");
+    m_session.facts.readsScript = true;
+}
 
 ScriptReport ScriptReader::read(const QString& script) {
     m_report = {};
     for (const ScriptBatch& part : splitBatches(withoutToolCommands(script, m_report))) {
         if (!goesOn()) break;
-        try {
-            batch(part);
-        } catch (const SqlError& error) {
-            m_report.mistakes.push_back(error.message());
-        }
+        batch(part.text, part.firstLine);
     }
+    hideCatalog();
     return m_report;
 }
 
@@ -117,10 +107,14 @@ bool ScriptReader::goesOn() const {
     return !m_stopsAtFirst || (m_report.mistakes.empty() && m_report.passedOver.empty());
 }
 
-void ScriptReader::batch(const ScriptBatch& batch) {
-    TokenCursor tokens(batch.text, batch.firstLine);
-    while (!tokens.atEnd() && goesOn()) {
-        if (!tokens.acceptSymbol(";")) next(tokens);
+void ScriptReader::batch(const QString& text, int firstLine) {
+    try {
+        TokenCursor tokens(text, firstLine, m_session.options.quotedIdentifiers);
+        while (!tokens.atEnd() && goesOn()) {
+            if (!tokens.acceptSymbol(";")) next(tokens);
+        }
+    } catch (const SqlError& error) {
+        m_report.mistakes.push_back(error.message());
     }
 }
 
@@ -147,11 +141,12 @@ void ScriptReader::pass(TokenCursor& tokens) {
 }
 
 void ScriptReader::statement(TokenCursor& tokens) {
-    if (tokens.accept("use")) return useDatabase(tokens);
-    if (tokens.accept("insert")) return insert(tokens);
     if (tokens.accept("set")) return setOption(tokens);
     if (tokens.accept("if")) return conditional(tokens);
     if (tokens.accept("drop")) return drop(tokens);
+    hideCatalog();
+    if (tokens.accept("use")) return useDatabase(tokens);
+    if (tokens.accept("insert")) return insert(tokens);
     if (tokens.is("grant") || tokens.is("deny") || tokens.is("revoke")) return permission(tokens);
     if (tokens.accept("print")) {
         if (tokens.peek().kind != TokenKind::String) throw NotForUs();
@@ -166,17 +161,19 @@ void ScriptReader::statement(TokenCursor& tokens) {
     if (call || tokens.peek().text.startsWith(QLatin1String("sp_"), Qt::CaseInsensitive))
         return procedure(tokens);
     if (startsStatement(tokens.peek())) throw NotForUs();
-    throw tokens.unexpected();
+    tokens.fail();
 }
 
 void ScriptReader::definition(TokenCursor& tokens) {
     const auto inDatabase = [this](const ObjectName& name) {
-        return TableBuilder(m_world, databaseOf(name));
+        return TableBuilder(m_session, databaseOf(name));
     };
     if (tokens.accept("alter")) return alterTable(tokens);
     tokens.take();
     if (tokens.accept("database")) {
         createDatabase(tokens);
+    } else if (tokens.accept("schema")) {
+        createSchema(tokens);
     } else if (tokens.accept("table")) {
         // A table for the time of a session.
         if (tokens.peek().text.startsWith(QLatin1Char('#'))) throw NotForUs();
@@ -195,11 +192,30 @@ void ScriptReader::alterTable(TokenCursor& tokens) {
     if (!tokens.accept("table")) throw NotForUs();
     const TableDraft draft = parseAlterTable(tokens);
     if (draft.otherChange) throw NotForUs();
-    TableBuilder(m_world, databaseOf(draft.name)).alterTable(draft);
+    TableBuilder(m_session, databaseOf(draft.name)).alterTable(draft);
+}
+
+Database& ScriptReader::current() {
+    return *m_world.findDatabase(m_session.facts.database->name);
+}
+
+/// The system tables of a world that is still being made are there while conditions ask for them.
+void ScriptReader::showCatalog() {
+    for (const QString& name : {m_session.facts.database->name, QStringLiteral("master")}) {
+        if (m_shown.contains(name)) continue;
+        fillSystemTables(m_world, *m_world.findDatabase(name));
+        m_shown.append(name);
+    }
+}
+
+void ScriptReader::hideCatalog() {
+    for (const QString& name : m_shown)
+        removeSystemTables(*m_world.findDatabase(name));
+    m_shown.clear();
 }
 
 Database& ScriptReader::databaseOf(const ObjectName& name) {
-    if (name.database.isEmpty()) return *m_database;
+    if (name.database.isEmpty()) return current();
     Database* database = m_world.findDatabase(name.database);
     if (database == nullptr) throw noSuchTable(name.name);
     return *database;
@@ -221,7 +237,7 @@ void ScriptReader::useDatabase(TokenCursor& tokens) {
                            "that name. Make sure that the name is entered correctly.")
                 .arg(name));
     }
-    m_database = database;
+    m_session.facts.database = database;
 }
 
 void ScriptReader::createDatabase(TokenCursor& tokens) {
@@ -235,6 +251,14 @@ void ScriptReader::createDatabase(TokenCursor& tokens) {
         } while (tokens.acceptSymbol(","));
     }
     m_world.addDatabase(name);
+}
+
+/// What later servers call a schema is here the owner of its tables.
+void ScriptReader::createSchema(TokenCursor& tokens) {
+    if (tokens.is("authorization")) throw NotForUs();
+    const QString name = tokens.name();
+    if (tokens.accept("authorization")) tokens.name();
+    if (current().findUser(name).isEmpty()) current().users.append(name);
 }
 
 void ScriptReader::insert(TokenCursor& tokens) {
@@ -251,76 +275,57 @@ void ScriptReader::insert(TokenCursor& tokens) {
                 columns.push_back(static_cast<int>(i));
         }
     }
-    Database& database = databaseOf(name);
-    if (tokens.is("default") && !columnsNamed) {
-        tokens.take();
-        tokens.expect("values");
-        StoreTransaction transaction(database.keeper);
-        RowInserter(m_world, database, table, &table == m_identityInsert).insert({}, {});
-        return transaction.commit();
-    }
     if (tokens.is("exec") || tokens.is("execute")) throw NotForUs();
-    if (tokens.is("select") || tokens.isSymbol("(")) {
-        const auto rows = m_queries.rows(tokens, *m_database);
-        StoreTransaction transaction(database.keeper);
-        {
-            RowInserter inserter(m_world, database, table, &table == m_identityInsert);
-            for (const std::vector<Constant>& row : rows) {
-                checkValueCount(columns.size(), row.size(), columnsNamed);
-                inserter.insert(columns, row);
-            }
-        }
-        return transaction.commit();
-    }
-    tokens.expect("values");
-    insertRows(tokens, database, table, columns, columnsNamed);
-}
-
-void ScriptReader::insertRows(TokenCursor& tokens, Database& database, Table& table,
-                              const std::vector<int>& columns, bool columnsNamed) {
+    std::vector<int> lines;
+    const std::vector<std::vector<GivenValue>> rows = rowsOf(tokens, lines);
+    Database& database = databaseOf(name);
     StoreTransaction transaction(database.keeper);
     {
-        RowInserter inserter(m_world, database, table, &table == m_identityInsert);
-        do {
-            const int line = tokens.line();
-            std::vector<Constant> row;
-            tokens.expectSymbol("(");
-            do {
-                row.push_back(value(tokens, database));
-            } while (tokens.acceptSymbol(","));
-            tokens.expectSymbol(")");
+        RowInserter inserter(m_session, database, table, &table == m_identityInsert);
+        for (size_t i = 0; i < rows.size(); ++i) {
             try {
-                checkValueCount(columns.size(), row.size(), columnsNamed);
-                inserter.insert(columns, row);
+                if (rows[i].empty()) columns.clear();
+                checkValueCount(columns.size(), rows[i].size(), columnsNamed);
+                inserter.insert(columns, rows[i]);
             } catch (SqlError& error) {
-                error.message().line = line;
+                error.message().line = lines[i];
                 throw;
             }
-        } while (tokens.acceptSymbol(","));
+        }
     }
     transaction.commit();
 }
 
-Constant ScriptReader::value(TokenCursor& tokens, const Database& database) {
-    const size_t start = tokens.mark();
-    std::optional<SqlError> plainly;
-    try {
-        const Constant constant = parseConstant(tokens);
-        if (tokens.isSymbol(",") || tokens.isSymbol(")")) return constant;
-    } catch (const SqlError& error) {
-        plainly = error;
+/// What stands behind the columns of an INSERT, with the line of each row; a row of DEFAULT VALUES is empty.
+std::vector<std::vector<GivenValue>> ScriptReader::rowsOf(TokenCursor& tokens, std::vector<int>& lines) {
+    std::vector<std::vector<GivenValue>> rows;
+    const int line = tokens.line();
+    if (tokens.is("select") || tokens.isSymbol("(")) {
+        const ast::Query query = Parser(tokens).query();
+        for (auto& row : evaluateRows(m_session.facts, m_session.store, query))
+            rows.emplace_back(row.begin(), row.end());
+        lines.assign(rows.size(), line);
+        return rows;
     }
-    const qsizetype given = tokens.rest().size();
-    tokens.rewind(start);
-    try {
-        return m_queries.expression(tokens, database);
-    } catch (const SqlError&) {
-        if (!plainly) throw;
-        // What is no expression either was meant as the constant that it began as.
-        while (tokens.rest().size() > given)
-            tokens.take();
-        throw *plainly;
+    const bool defaults = tokens.accept("default");
+    tokens.expect("values");
+    if (defaults) {
+        lines.push_back(line);
+        rows.emplace_back();
+        return rows;
     }
+    do {
+        lines.push_back(tokens.line());
+        std::vector<GivenValue>& row = rows.emplace_back();
+        tokens.expectSymbol("(");
+        do {
+            row.push_back(tokens.accept("default")
+                              ? GivenValue()
+                              : evaluate(m_session.facts, m_session.store, *Parser(tokens).scalar()));
+        } while (tokens.acceptSymbol(","));
+        tokens.expectSymbol(")");
+    } while (tokens.acceptSymbol(","));
+    return rows;
 }
 
 void ScriptReader::setOption(TokenCursor& tokens) {
@@ -337,47 +342,54 @@ void ScriptReader::setOption(TokenCursor& tokens) {
         m_identityInsert = on ? &table : nullptr;
         return;
     }
-    if (tokens.is("dateformat") && tokens.is("mdy", 1)) {
-        tokens.take();
-        tokens.take();
-        return;
+    ast::SetOption statement;
+    try {
+        statement = Parser(tokens).setOption();
+    } catch (const SqlError&) {
+        throw NotForUs();
     }
-    do {
-        if (!isPlainOption(tokens.peek().text)) throw NotForUs();
-        tokens.take();
-    } while (tokens.acceptSymbol(","));
-    tokens.onOrOff();
+    for (const QString& option : statement.option.split(u',')) {
+        if (option == QLatin1String("dateformat")) {
+            m_session.facts.dateStyle = dateStyleOf(statement);
+        } else if (!bearsOnNoCatalog(option)) {
+            throw NotForUs();
+        } else if (option == QLatin1String("quoted_identifier")) {
+            m_session.options.quotedIdentifiers =
+                statement.value.compare(QLatin1String("on"), Qt::CaseInsensitive) == 0;
+        }
+    }
 }
 
 void ScriptReader::conditional(TokenCursor& tokens) {
-    QString words;
-    const Token first = tokens.peek();
-    while (!tokens.atEnd() && !startsStatement(tokens.peek())) {
-        if (tokens.isSymbol("("))
-            tokens.parenthesised();
-        else
-            tokens.take();
+    const bool isTrue = holds(tokens);
+    block(tokens, isTrue);
+    while (tokens.acceptSymbol(";")) {
     }
-    words = tokens.textSince(first).simplified().toLower();
-    const bool absent =
-        words.startsWith(QLatin1String("not exists")) || words.endsWith(QLatin1String("is null"));
-    const bool present =
-        words.startsWith(QLatin1String("exists")) || words.endsWith(QLatin1String("is not null"));
-    if (!absent && !present) throw NotForUs();
-    block(tokens, absent);
-    if (tokens.accept("else")) block(tokens, present);
+    if (tokens.accept("else")) block(tokens, !isTrue);
 }
 
-/// What IF or ELSE is followed by. Where it does not hold, only what it would drop is looked at.
+/// A condition that this server cannot judge is passed over with what it would decide.
+bool ScriptReader::holds(TokenCursor& tokens) {
+    try {
+        const ast::ExprPtr condition = Parser(tokens).conditionAsNumber();
+        showCatalog();
+        return evaluate(m_session.facts, m_session.store, *condition).value == Value(qint64(1));
+    } catch (const SqlError&) {
+        throw NotForUs();
+    }
+}
+
+/// What IF or ELSE is followed by.
 void ScriptReader::block(TokenCursor& tokens, bool holds) {
-    const bool several = tokens.accept("begin");
+    const bool transaction = tokens.is("tran", 1) || tokens.is("transaction", 1);
+    const bool several = !transaction && tokens.accept("begin");
     do {
         if (several && tokens.accept("end")) return;
         if (tokens.acceptSymbol(";")) continue;
-        if (holds || tokens.is("drop"))
+        if (holds)
             next(tokens);
         else
-            pass(tokens);
+            passOver(tokens);
     } while (several && !tokens.atEnd());
 }
 
@@ -415,10 +427,26 @@ void ScriptReader::permission(TokenCursor& tokens) {
 }
 
 void ScriptReader::procedure(TokenCursor& tokens) {
-    if (tokens.peek().kind != TokenKind::Identifier) throw NotForUs();
-    const ObjectName name = tokens.objectName();
-    if (!isScriptProcedure(name.name)) throw NotForUs();
-    runScriptProcedure(m_world, *m_database, name.name, parseArguments(tokens));
+    if (tokens.isSymbol("(")) return runText(tokens);
+    if (!tokens.isName() || !isScriptProcedure(ObjectName(TokenCursor(tokens).objectName()).name))
+        throw NotForUs();
+    const ast::Execute call = Parser(tokens).execute();
+    ProcedureRequest request{.name = call.procedure.back(), .parameters = {}};
+    for (const ast::Argument& argument : call.arguments) {
+        TypedValue given = evaluate(m_session.facts, m_session.store, *argument.expr);
+        request.parameters.push_back({.name = argument.name, .type = given.type, .value = given.value});
+    }
+    runScriptProcedure(m_world, current(), request);
+}
+
+/// EXEC ('text'): statements that may have to stand alone in their batch.
+void ScriptReader::runText(TokenCursor& tokens) {
+    const int line = tokens.line();
+    tokens.expectSymbol("(");
+    if (tokens.peek().kind != TokenKind::String || !tokens.isSymbol(")", 1)) throw NotForUs();
+    const QString text = tokens.take().text;
+    tokens.take();
+    batch(text, line);
 }
 
 void runScript(World& world, const QString& script) {

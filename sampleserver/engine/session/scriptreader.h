@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session/scriptqueries.h"
+#include "engine/session/rowinserter.h"
 #include "engine/syntax/tokencursor.h"
 
 #include <vector>
@@ -16,11 +16,11 @@ struct ScriptReport {
 
 /// Reads a T-SQL script into a world, batch by batch, beginning in master as its owner.
 ///
-/// What bears on the catalog and its rows is run: USE, CREATE DATABASE, CREATE TABLE, CREATE INDEX, CREATE
-/// STATISTICS, ALTER TABLE .. ADD and .. [NO]CHECK CONSTRAINT, INSERT, GRANT, DENY and REVOKE on tables, the
-/// procedures of scriptsecurity.h, SET of the usual options. IF is taken by its words: "not exists" and "is
-/// null" hold, since a script only adds; what is dropped must not be there. Everything else is passed over
-/// and told.
+/// What bears on the catalog and its rows is run: USE, CREATE DATABASE, CREATE SCHEMA (an owner), CREATE
+/// TABLE, CREATE INDEX, CREATE STATISTICS, ALTER TABLE .. ADD and .. [NO]CHECK CONSTRAINT, INSERT, GRANT,
+/// DENY and REVOKE on tables, the procedures of scriptsecurity.h, EXEC of a text, SET of the usual options.
+/// The condition of IF is evaluated; a script only adds, so what is dropped must not be there. Everything
+/// else is passed over and told.
 class ScriptReader {
   public:
     /// Without `stopsAtFirst` it reads on behind a mistake, so that all are told.
@@ -30,7 +30,7 @@ class ScriptReader {
 
   private:
     bool goesOn() const;
-    void batch(const ScriptBatch& batch);
+    void batch(const QString& text, int firstLine);
     void next(TokenCursor& tokens);
     void pass(TokenCursor& tokens);
     void statement(TokenCursor& tokens);
@@ -38,23 +38,27 @@ class ScriptReader {
     void alterTable(TokenCursor& tokens);
     void useDatabase(TokenCursor& tokens);
     void createDatabase(TokenCursor& tokens);
+    void createSchema(TokenCursor& tokens);
     void insert(TokenCursor& tokens);
-    void insertRows(TokenCursor& tokens, Database& database, Table& table, const std::vector<int>& columns,
-                    bool columnsNamed);
-    Constant value(TokenCursor& tokens, const Database& database);
+    std::vector<std::vector<GivenValue>> rowsOf(TokenCursor& tokens, std::vector<int>& lines);
     void setOption(TokenCursor& tokens);
     void conditional(TokenCursor& tokens);
+    bool holds(TokenCursor& tokens);
     void block(TokenCursor& tokens, bool holds);
     void drop(TokenCursor& tokens);
     void permission(TokenCursor& tokens);
     void procedure(TokenCursor& tokens);
+    void runText(TokenCursor& tokens);
 
+    void showCatalog();
+    void hideCatalog();
+    Database& current();
     Database& databaseOf(const ObjectName& name);
     Table& tableOf(const ObjectName& name);
 
     World& m_world;
-    Database* m_database;
-    ScriptQueries m_queries;
+    SessionState m_session;
+    QStringList m_shown;  // databases whose system tables are filled for the time being
     const Table* m_identityInsert = nullptr;
     const bool m_stopsAtFirst;
     ScriptReport m_report;

@@ -1,27 +1,15 @@
 #include "engine/session/scriptsecurity.h"
 
+#include "engine/catalog/catalogprocedures.h"
 #include "engine/catalog/securityids.h"
 #include "engine/syntax/ddlparser.h"
 #include "engine/values/sqlerror.h"
 
+#include <algorithm>
+
 namespace engine {
 
 namespace {
-
-QString argument(const ScriptArguments& arguments, int position, const char* name) {
-    const QString named = arguments.value(QLatin1String(name));
-    return named.isEmpty() ? arguments.value(QString::number(position)) : named;
-}
-
-QString required(const ScriptArguments& arguments, int position, const char* name, const QString& procedure) {
-    const QString value = argument(arguments, position, name);
-    if (value.isEmpty()) {
-        throw SqlError(201, 16,
-                       QStringLiteral("Procedure '%1' expects parameter '%2', which was not supplied.")
-                           .arg(procedure, QLatin1String(name)));
-    }
-    return value;
-}
 
 const Login& loginNamed(const World& world, const QString& name) {
     const Login* login = world.findLogin(name);
@@ -30,35 +18,34 @@ const Login& loginNamed(const World& world, const QString& name) {
     return *login;
 }
 
-void addUser(const World& world, Database& database, const QString& loginName, const QString& userName) {
+SqlError alreadyThere(const QString& user) {
+    return SqlError(15023, 16,
+                    QStringLiteral("User or role '%1' already exists in the current database.").arg(user));
+}
+
+QString addUser(const World& world, Database& database, const QString& loginName, const QString& userName) {
     // The guest has no login: it is how a database is opened to everyone.
-    if (nameKey(loginName) == QLatin1String("guest")) {
-        if (database.guest)
-            throw SqlError(15023, 16,
-                           QStringLiteral("User or role 'guest' already exists in the current database."));
-        database.guest = true;
-        database.users.append(QStringLiteral("guest"));
-        return;
-    }
-    const Login& login = loginNamed(world, loginName);
-    const QString user = userName.isEmpty() ? login.name : userName;
-    if (!database.findUser(user).isEmpty()) {
-        throw SqlError(15023, 16,
-                       QStringLiteral("User or role '%1' already exists in the current database.").arg(user));
-    }
-    if (database.userOfLogin.contains(nameKey(login.name))) {
+    const bool guest = nameKey(loginName) == QLatin1String("guest");
+    const QString login = guest ? QStringLiteral("guest") : loginNamed(world, loginName).name;
+    const QString user = guest || userName.isEmpty() ? login : userName;
+    if (!database.findUser(user).isEmpty()) throw alreadyThere(user);
+    if (database.userOfLogin.contains(nameKey(login))) {
         throw SqlError(15063, 16,
                        QStringLiteral("The login already has an account under a different user name."));
     }
     database.users.append(user);
-    database.userOfLogin.insert(nameKey(login.name), user);
+    if (guest)
+        database.guest = true;
+    else
+        database.userOfLogin.insert(nameKey(login), user);
+    return user;
 }
 
-void addLogin(World& world, const ScriptArguments& arguments) {
+void addLogin(World& world, Database&, const ProcedureArguments& arguments) {
     Login login;
-    login.name = required(arguments, 1, "@loginame", QStringLiteral("sp_addlogin"));
-    login.password = argument(arguments, 2, "@passwd");
-    const QString database = argument(arguments, 3, "@defdb");
+    login.name = arguments.required("@loginame");
+    login.password = arguments.text("@passwd").value_or(QString());
+    const QString database = arguments.text("@defdb").value_or(QString());
     if (!database.isEmpty()) {
         if (world.findDatabase(database) == nullptr) {
             throw SqlError(
@@ -71,12 +58,12 @@ void addLogin(World& world, const ScriptArguments& arguments) {
     world.addLogin(login);
 }
 
-void addType(Database& database, const ScriptArguments& arguments, const QString& procedure) {
-    const QString name = required(arguments, 1, "@typename", procedure);
-    TokenCursor tokens(required(arguments, 2, "@phystype", procedure), 1);
+void addType(World&, Database& database, const ProcedureArguments& arguments) {
+    const QString name = arguments.required("@typename");
+    TokenCursor tokens(arguments.required("@phystype"));
     UserType type{.name = name, .type = parseType(tokens, name)};
-    if (!tokens.atEnd()) throw tokens.unexpected();
-    const QString nulls = argument(arguments, 3, "@nulltype").simplified();
+    if (!tokens.atEnd()) tokens.fail();
+    const QString nulls = arguments.text("@nulltype").value_or(QString()).simplified();
     type.nullable = nulls.compare(QLatin1String("not null"), Qt::CaseInsensitive) != 0;
     for (const UserType& other : database.userTypes) {
         if (nameKey(other.name) == nameKey(name))
@@ -98,6 +85,58 @@ void addRoleMember(Database& database, const QString& role, const QString& membe
     database.roleMembers.push_back({.role = role, .user = user});
 }
 
+void grantAccess(World& world, Database& database, const ProcedureArguments& arguments) {
+    addUser(world, database, arguments.required("@loginame"),
+            arguments.text("@name_in_db").value_or(QString()));
+}
+
+void addUserToRole(World& world, Database& database, const ProcedureArguments& arguments) {
+    const QString user = addUser(world, database, arguments.required("@loginame"),
+                                 arguments.text("@name_in_db").value_or(QString()));
+    if (const auto role = arguments.text("@grpname")) addRoleMember(database, *role, user);
+}
+
+void addRole(World&, Database& database, const ProcedureArguments& arguments) {
+    const QString role = arguments.required("@rolename");
+    if (isRole(database, role) || !database.findUser(role).isEmpty()) throw alreadyThere(role);
+    database.roles.append(role);
+}
+
+void addMember(World&, Database& database, const ProcedureArguments& arguments) {
+    addRoleMember(database, arguments.required("@rolename"), arguments.required("@membername"));
+}
+
+void changeOwner(World& world, Database& database, const ProcedureArguments& arguments) {
+    const Login& owner = loginNamed(world, arguments.required("@loginame"));
+    database.userOfLogin.insert(nameKey(owner.name), QStringLiteral("dbo"));
+}
+
+/// Options of a database change nothing that a client can see.
+void setDatabaseOption(World&, Database&, const ProcedureArguments&) {}
+
+struct ScriptProcedure {
+    const char* name;
+    std::vector<const char*> parameters;
+    void (*run)(World&, Database&, const ProcedureArguments&);
+};
+
+const ScriptProcedure* findProcedure(const QString& name) {
+    static const std::vector<ScriptProcedure> procedures{
+        {"sp_addlogin", {"@loginame", "@passwd", "@defdb", "@deflanguage", "@sid", "@encryptopt"}, addLogin},
+        {"sp_grantdbaccess", {"@loginame", "@name_in_db"}, grantAccess},
+        {"sp_adduser", {"@loginame", "@name_in_db", "@grpname"}, addUserToRole},
+        {"sp_addtype", {"@typename", "@phystype", "@nulltype", "@owner"}, addType},
+        {"sp_addrole", {"@rolename", "@ownername"}, addRole},
+        {"sp_addrolemember", {"@rolename", "@membername"}, addMember},
+        {"sp_changedbowner", {"@loginame", "@map"}, changeOwner},
+        {"sp_dboption", {"@dbname", "@optname", "@optvalue"}, setDatabaseOption},
+    };
+    const auto found = std::ranges::find_if(procedures, [&name](const ScriptProcedure& procedure) {
+        return name.compare(QLatin1String(procedure.name), Qt::CaseInsensitive) == 0;
+    });
+    return found == procedures.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 PermissionDraft parsePermission(TokenCursor& tokens) {
@@ -112,7 +151,7 @@ PermissionDraft parsePermission(TokenCursor& tokens) {
         } else if (permission != QLatin1String("select") && permission != QLatin1String("insert") &&
                    permission != QLatin1String("update") && permission != QLatin1String("delete") &&
                    permission != QLatin1String("references")) {
-            throw tokens.unexpected();
+            tokens.fail();
         }
         draft.select =
             draft.select || permission == QLatin1String("all") || permission == QLatin1String("select");
@@ -121,7 +160,7 @@ PermissionDraft parsePermission(TokenCursor& tokens) {
     draft.table = tokens.objectName();
     if (!revoke || !tokens.accept("from")) tokens.expect("to");
     do {
-        draft.users.append(tokens.name());
+        draft.users.append(tokens.is("public") ? tokens.take().text : tokens.name());
     } while (tokens.acceptSymbol(","));
     return draft;
 }
@@ -142,67 +181,13 @@ void applyPermission(const Database& database, Table& table, const PermissionDra
     }
 }
 
-ScriptArguments parseArguments(TokenCursor& tokens) {
-    ScriptArguments arguments;
-    int position = 0;
-    const auto startsArgument = [&tokens] {
-        const TokenKind kind = tokens.peek().kind;
-        return kind == TokenKind::String || kind == TokenKind::Variable || kind == TokenKind::Identifier ||
-               kind == TokenKind::Number;
-    };
-    if (!startsArgument() || tokens.is("exec") || tokens.is("execute")) return arguments;
-    do {
-        QString key = QString::number(++position);
-        if (tokens.peek().kind == TokenKind::Variable) {
-            key = tokens.take().text.toLower();
-            tokens.expectSymbol("=");
-        }
-        if (!startsArgument() || tokens.peek().kind == TokenKind::Variable) throw tokens.unexpected();
-        const bool null = tokens.is("null");
-        const QString text = tokens.take().text;
-        if (!null) arguments.insert(key, text);
-    } while (tokens.acceptSymbol(","));
-    return arguments;
-}
-
 bool isScriptProcedure(const QString& name) {
-    static const QStringList known{QStringLiteral("sp_addlogin"),      QStringLiteral("sp_grantdbaccess"),
-                                   QStringLiteral("sp_adduser"),       QStringLiteral("sp_addtype"),
-                                   QStringLiteral("sp_addrole"),       QStringLiteral("sp_addrolemember"),
-                                   QStringLiteral("sp_changedbowner"), QStringLiteral("sp_dboption")};
-    return known.contains(name, Qt::CaseInsensitive);
+    return findProcedure(name) != nullptr;
 }
 
-void runScriptProcedure(World& world, Database& database, const QString& name,
-                        const ScriptArguments& arguments) {
-    const QString procedure = name.toLower();
-    if (procedure == QLatin1String("sp_addlogin")) {
-        addLogin(world, arguments);
-    } else if (procedure == QLatin1String("sp_grantdbaccess") || procedure == QLatin1String("sp_adduser")) {
-        addUser(world, database, required(arguments, 1, "@loginame", procedure),
-                argument(arguments, 2, "@name_in_db"));
-        const QString role =
-            procedure == QLatin1String("sp_adduser") ? argument(arguments, 3, "@grpname") : QString();
-        if (!role.isEmpty()) addRoleMember(database, role, database.users.last());
-    } else if (procedure == QLatin1String("sp_addtype")) {
-        addType(database, arguments, procedure);
-    } else if (procedure == QLatin1String("sp_addrole")) {
-        const QString role = required(arguments, 1, "@rolename", procedure);
-        if (isRole(database, role) || !database.findUser(role).isEmpty()) {
-            throw SqlError(
-                15023, 16,
-                QStringLiteral("User or role '%1' already exists in the current database.").arg(role));
-        }
-        database.roles.append(role);
-    } else if (procedure == QLatin1String("sp_addrolemember")) {
-        addRoleMember(database, required(arguments, 1, "@rolename", procedure),
-                      required(arguments, 2, "@membername", procedure));
-    } else if (procedure == QLatin1String("sp_changedbowner")) {
-        const Login& owner = loginNamed(world, required(arguments, 1, "@loginame", procedure));
-        database.userOfLogin.insert(nameKey(owner.name), QStringLiteral("dbo"));
-    } else if (procedure != QLatin1String("sp_dboption")) {
-        throw SqlError(2812, 16, QStringLiteral("Could not find stored procedure '%1'.").arg(name));
-    }
+void runScriptProcedure(World& world, Database& database, const ProcedureRequest& call) {
+    const ScriptProcedure* procedure = findProcedure(call.name);
+    procedure->run(world, database, ProcedureArguments(call, procedure->parameters));
 }
 
 }  // namespace engine

@@ -2,8 +2,7 @@
 
 #include "engine/catalog/world.h"
 #include "engine/syntax/tokencursor.h"
-
-#include <QHash>
+#include "engine/values/clientsession.h"
 
 namespace engine {
 
@@ -22,19 +21,11 @@ PermissionDraft parsePermission(TokenCursor& tokens);
 /// Throws SqlError 4604 when there is no such user.
 void applyPermission(const Database& database, Table& table, const PermissionDraft& draft);
 
-/// Arguments of a procedure: "1", "2" .. for positional ones, lower-case names with their @ for named ones.
-using ScriptArguments = QHash<QString, QString>;
-
-/// "'a', N'b', @c = 'd', null": an argument that is NULL is left out.
-ScriptArguments parseArguments(TokenCursor& tokens);
-
 /// True for the procedures that runScriptProcedure() knows.
 bool isScriptProcedure(const QString& name);
 
 /// Runs sp_addlogin, sp_addtype, sp_grantdbaccess, sp_adduser, sp_addrole, sp_addrolemember, sp_changedbowner
-/// or sp_dboption (which changes nothing that a client can see). Throws SqlError 2812 for another procedure
-/// and the server's numbers for bad arguments.
-void runScriptProcedure(World& world, Database& database, const QString& name,
-                        const ScriptArguments& arguments);
+/// or sp_dboption. Throws SqlError with the server's numbers for bad arguments.
+void runScriptProcedure(World& world, Database& database, const ProcedureRequest& call);
 
 }  // namespace engine

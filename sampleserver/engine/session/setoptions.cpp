@@ -1,30 +1,46 @@
-#include "engine/session/batchrunner.h"
+#include "engine/session/setoptions.h"
 
+#include "engine/session/batchrunner.h"
+#include "engine/values/datetime.h"
+
+#include <QHash>
 #include <QStringList>
+
+#include <optional>
 
 namespace engine {
 
 namespace {
 
-/// Options whose setting changes nothing on a server that is only read, and whose defaults are the ones that
-/// answers are given by.
-bool isIdleOption(const QString& option) {
-    static const QStringList names{
-        QStringLiteral("ansi_null_dflt_on"),
-        QStringLiteral("ansi_null_dflt_off"),
-        QStringLiteral("ansi_padding"),
-        QStringLiteral("ansi_warnings"),
-        QStringLiteral("arithabort"),
-        QStringLiteral("arithignore"),
-        QStringLiteral("cursor_close_on_commit"),
-        QStringLiteral("disable_def_cnst_chk"),
-        QStringLiteral("deadlock_priority"),
-        QStringLiteral("lock_timeout"),
-        QStringLiteral("query_governor_cost_limit"),
-        QStringLiteral("remote_proc_transactions"),
-        QStringLiteral("transaction isolation level"),
-    };
-    return names.contains(option);
+enum class Setting {
+    Idle,      // changes nothing on a server that is only read
+    FixedOn,   // answers are given by this one setting
+    FixedOff,  // likewise
+    Switch,    // setSwitch()
+    Valued     // has more than two settings
+};
+
+/// What an option of SET is; nothing for one that there is none of.
+std::optional<Setting> settingOf(const QString& option) {
+    static const QHash<QString, Setting> settings = [] {
+        const std::pair<Setting, const char*> known[] = {
+            {Setting::Idle,
+             "ansi_null_dflt_on ansi_null_dflt_off ansi_padding ansi_warnings arithabort arithignore "
+             "cursor_close_on_commit disable_def_cnst_chk deadlock_priority lock_timeout "
+             "query_governor_cost_limit remote_proc_transactions"},
+            {Setting::FixedOn, "ansi_nulls ansi_defaults concat_null_yields_null"},
+            {Setting::FixedOff, "numeric_roundabort xact_abort"},
+            {Setting::Switch, "nocount fmtonly quoted_identifier implicit_transactions"},
+            {Setting::Valued, "rowcount textsize language dateformat datefirst"}};
+        QHash<QString, Setting> result{{QStringLiteral("transaction isolation level"), Setting::Idle}};
+        for (const auto& [setting, names] : known) {
+            for (const QString& name : QString::fromLatin1(names).split(u' '))
+                result.insert(name, setting);
+        }
+        return result;
+    }();
+    const auto found = settings.constFind(option);
+    return found == settings.constEnd() ? std::nullopt : std::optional(*found);
 }
 
 [[noreturn]] void failValue(const ast::SetOption& statement) {
@@ -55,6 +71,17 @@ void checkFixed(const ast::SetOption& statement, const QStringList& allowed) {
 
 }  // namespace
 
+bool bearsOnNoCatalog(const QString& option) {
+    const auto setting = settingOf(option);
+    return setting && *setting != Setting::Valued && option != QLatin1String("fmtonly");
+}
+
+int dateStyleOf(const ast::SetOption& statement) {
+    if (const auto style = dateFormatStyle(statement.value)) return *style;
+    throw SqlError(2741, 16,
+                   QStringLiteral("SET DATEFORMAT date order '%1' is invalid.").arg(statement.value));
+}
+
 void BatchRunner::setSwitch(const QString& option, bool on) {
     if (option == QLatin1String("implicit_transactions")) m_options.implicitTransactions = on;
     if (option == QLatin1String("nocount")) m_options.noCount = on;
@@ -62,35 +89,34 @@ void BatchRunner::setSwitch(const QString& option, bool on) {
     if (option == QLatin1String("quoted_identifier")) m_options.quotedIdentifiers = on;
 }
 
+void BatchRunner::setValue(const QString& option, const ast::SetOption& statement) {
+    if (option == QLatin1String("rowcount")) {
+        const bool named = statement.value.startsWith(u'@');
+        const TypedValue* given = named ? &variable(statement.value) : nullptr;
+        const auto* number = given ? std::get_if<qint64>(&given->value) : nullptr;
+        if (given && !number) failValue(statement);
+        m_options.rowLimit = number ? *number : numberOf(statement);
+    } else if (option == QLatin1String("textsize")) {
+        const qint64 size = numberOf(statement);
+        m_facts.textSize = size == 0 ? 4096 : size < 0 ? 2147483647 : size;
+    } else if (option == QLatin1String("language")) {
+        checkFixed(statement, {QStringLiteral("us_english"), QStringLiteral("english")});
+    } else if (option == QLatin1String("datefirst")) {
+        checkFixed(statement, {QStringLiteral("7")});
+    } else {
+        m_facts.dateStyle = dateStyleOf(statement);
+    }
+}
+
 void BatchRunner::run(const ast::SetOption& statement) {
     for (const QString& option : statement.option.split(u',')) {
-        if (option == QLatin1String("rowcount")) {
-            const bool named = statement.value.startsWith(u'@');
-            const BatchVariable* given = named ? &variable(statement.value) : nullptr;
-            const auto* number = given ? std::get_if<qint64>(&given->value) : nullptr;
-            if (given && !number) failValue(statement);
-            m_options.rowLimit = number ? *number : numberOf(statement);
-        } else if (option == QLatin1String("textsize")) {
-            const qint64 size = numberOf(statement);
-            m_facts.textSize = size == 0 ? 4096 : size < 0 ? 2147483647 : size;
-        } else if (option == QLatin1String("language")) {
-            checkFixed(statement, {QStringLiteral("us_english"), QStringLiteral("english")});
-        } else if (option == QLatin1String("dateformat")) {
-            checkFixed(statement, {QStringLiteral("mdy")});
-        } else if (option == QLatin1String("datefirst")) {
-            checkFixed(statement, {QStringLiteral("7")});
-        } else if (option == QLatin1String("nocount") || option == QLatin1String("fmtonly") ||
-                   option == QLatin1String("quoted_identifier") ||
-                   option == QLatin1String("implicit_transactions")) {
-            setSwitch(option, switchOf(statement));
-        } else if (option == QLatin1String("ansi_nulls") || option == QLatin1String("ansi_defaults") ||
-                   option == QLatin1String("concat_null_yields_null")) {
-            checkFixed(statement, {QStringLiteral("on")});
-        } else if (option == QLatin1String("numeric_roundabort") || option == QLatin1String("xact_abort")) {
-            checkFixed(statement, {QStringLiteral("off")});
-        } else if (!isIdleOption(option)) {
+        const auto setting = settingOf(option);
+        if (!setting)
             throw SqlError(195, 15, QStringLiteral("'%1' is not a recognized SET option.").arg(option));
-        }
+        if (setting == Setting::FixedOn) checkFixed(statement, {QStringLiteral("on")});
+        if (setting == Setting::FixedOff) checkFixed(statement, {QStringLiteral("off")});
+        if (setting == Setting::Switch) setSwitch(option, switchOf(statement));
+        if (setting == Setting::Valued) setValue(option, statement);
     }
     done(-1, false);
 }

@@ -227,7 +227,7 @@ const UserType& TableBuilder::userType(const ColumnDraft& draft) const {
 void TableBuilder::computeColumns(Table& table) {
     for (Column& column : table.columns) {
         if (column.computedText.isEmpty()) continue;
-        const RowRule rule = RowRule::computation(m_world, m_database, table, column.computedText);
+        const RowRule rule = RowRule::computation(m_session.facts, m_database, table, column.computedText);
         column.type = rule.type();
         column.nullable = rule.nullable();
     }
@@ -239,13 +239,13 @@ void TableBuilder::addCheck(Table& table, const CheckDraft& draft, bool withRows
                       .id = id,
                       .text = draft.text,
                       .column = draft.column};
-    RowRule::condition(m_world, m_database, table, check.text);
+    RowRule::condition(m_session.facts, m_database, table, check.text);
     if (withRows) checkRows(table, check);
     table.checks.push_back(check);
 }
 
 void TableBuilder::checkRows(const Table& table, const Check& check) {
-    if (!RowRule::condition(m_world, m_database, table, check.text).breach(false).step()) return;
+    if (!RowRule::condition(m_session.facts, m_database, table, check.text).breach(false).step()) return;
     throw SqlError(547, 16,
                    QStringLiteral("ALTER TABLE statement conflicted with CHECK constraint '%1'. The conflict "
                                   "occurred in database '%2', table '%3'.")

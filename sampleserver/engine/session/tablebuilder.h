@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/catalog/world.h"
+#include "engine/session/sessionstate.h"
 #include "engine/syntax/tabledraft.h"
 
 namespace engine {
@@ -10,7 +10,7 @@ namespace engine {
 /// 1911, 1913 ..
 class TableBuilder {
   public:
-    TableBuilder(const World& world, Database& database) : m_world(world), m_database(database) {}
+    TableBuilder(SessionState& session, Database& database) : m_session(session), m_database(database) {}
 
     void createTable(const TableDraft& draft);
     void alterTable(const TableDraft& draft);
@@ -34,7 +34,7 @@ class TableBuilder {
     void addForeignKey(Table& table, const ForeignKeyDraft& draft, bool checkRows);
     void checkForeignKeyRows(const Table& table, const ForeignKey& key, const Table& referenced);
 
-    const World& m_world;
+    SessionState& m_session;
     Database& m_database;
 };
 

@@ -1,9 +1,10 @@
+#include "engine/session/evaluation.h"
 #include "engine/session/rowrule.h"
 #include "engine/session/tablebuilder.h"
 #include "engine/store/keycolumns.h"
 #include "engine/store/rowstore.h"
 #include "engine/store/storage.h"
-#include "engine/syntax/constant.h"
+#include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
 #include "engine/values/sqlerror.h"
 
@@ -119,11 +120,14 @@ void TableBuilder::addColumnToRows(Table& table, const ColumnDraft& draft) {
     executeStore(m_database.keeper, "ALTER TABLE " + tableIn(table) + " ADD COLUMN " + stored + ' ' +
                                         storageDeclaration(column.type).toUtf8());
     if (computed)
-        RowRule::computation(m_world, m_database, table, column.computedText).update(position, false).step();
+        RowRule::computation(m_session.facts, m_database, table, column.computedText)
+            .update(position, false)
+            .step();
     if (!rows || !fill) return;
-    const Constant value = evaluateDefault(column.defaultText);
+    const TypedValue value = evaluate(m_session.facts, m_session.store, *parseExpression(column.defaultText));
     StoreStatement update(m_database.keeper, "UPDATE " + tableIn(table) + " SET " + stored + " = ?1");
-    update.bind(1, convertValue(value.value, value.type, column.type, true), column.type);
+    update.bind(1, convertValue(value.value, value.type, column.type, true, m_session.facts.dateStyle),
+                column.type);
     update.step();
 }
 

@@ -74,4 +74,9 @@ Table& Database::addTable(std::unique_ptr<Table> table) {
     return *tables.emplace_back(std::move(table));
 }
 
+void Database::removeLastTable() {
+    m_byName.insert(objectKey(tables.back()->owner, tables.back()->name), -1);
+    tables.pop_back();
+}
+
 }  // namespace engine

@@ -67,6 +67,8 @@ struct Database {
     void claimName(const QString& owner, const QString& objectName);
     /// Takes a table in; its name must have been claimed.
     Table& addTable(std::unique_ptr<Table> table);
+    /// Takes the table away that came last; its name stays claimed.
+    void removeLastTable();
 
   private:
     QHash<QString, int> m_byName;  ///< objectKey() -> position in tables, -1 for an object that is no table

@@ -13,11 +13,11 @@ QString schemaName(const Database& database) {
 QString Emission::constant(const Value& value, const SqlType& type) {
     if (std::holds_alternative<std::monostate>(value)) return QStringLiteral("NULL");
     if (const auto* whole = std::get_if<qint64>(&value); whole && *whole >= 0) return QString::number(*whole);
-    const auto same = std::ranges::find_if(m_parameters, [&](const Parameter& parameter) {
+    const auto same = std::ranges::find_if(m_parameters, [&](const TypedValue& parameter) {
         return parameter.type == type && parameter.value == value;
     });
     const auto position = same - m_parameters.begin();
-    if (same == m_parameters.end()) m_parameters.push_back({value, type});
+    if (same == m_parameters.end()) m_parameters.push_back({type, value});
     return u'?' + QString::number(position + 1);
 }
 

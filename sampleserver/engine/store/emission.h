@@ -12,21 +12,19 @@ namespace engine {
 /// What an SQLite statement needs beside its text: its parameters and the databases it reads.
 class Emission {
   public:
-    struct Parameter {
-        Value value;
-        SqlType type;
-    };
+    /// The style by which texts without one of their own are read as dates.
+    int dateStyle = 0;
 
     /// The text that stands for a constant; equal constants have equal texts.
     QString constant(const Value& value, const SqlType& type);
     /// The SQLite name under which a database is attached.
     QString schema(const Database& database);
 
-    const std::vector<Parameter>& parameters() const { return m_parameters; }
+    const std::vector<TypedValue>& parameters() const { return m_parameters; }
     const std::vector<const Database*>& databases() const { return m_databases; }
 
   private:
-    std::vector<Parameter> m_parameters;
+    std::vector<TypedValue> m_parameters;
     std::vector<const Database*> m_databases;
 };
 

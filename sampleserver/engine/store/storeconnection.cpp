@@ -92,7 +92,7 @@ StatementPtr StoreConnection::prepare(const QString& sql, const Emission& emissi
     }
     StatementPtr statement(raw);
     int position = 0;
-    for (const Emission::Parameter& parameter : emission.parameters())
+    for (const TypedValue& parameter : emission.parameters())
         bindStored(raw, ++position, parameter.value, parameter.type);
     return statement;
 }

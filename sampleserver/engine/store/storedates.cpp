@@ -41,7 +41,8 @@ void isDate(StoreCall& c) {
     if (c.isNull(0)) return c.result(qint64(0));
     const QString text = c.text(0);
     qint64 ticks = 0;
-    const bool valid = !text.trimmed().isEmpty() && parseDateTime(text, &ticks) == DateParse::Done;
+    const DateForm form = dateForm(static_cast<int>(c.integer(1))).value_or(DateForm());
+    const bool valid = !text.trimmed().isEmpty() && parseDateTime(text, &ticks, form) == DateParse::Done;
     c.result(qint64(valid ? 1 : 0));
 }
 
@@ -58,7 +59,7 @@ void guidKey(StoreCall& c) {
 
 constexpr StoreFunction functions[] = {
     {"ts_dateadd", 3, add},     {"ts_datediff", 3, difference}, {"ts_datepart", 2, part},
-    {"ts_datename", 2, name},   {"ts_isdate", 1, isDate, true}, {"ts_newid", 0, newId, true, true},
+    {"ts_datename", 2, name},   {"ts_isdate", 2, isDate, true}, {"ts_newid", 0, newId, true, true},
     {"ts_guidkey", 1, guidKey},
 };
 

@@ -13,7 +13,7 @@ namespace {
 void convert(StoreCall& call) {
     const SqlType from = call.type(1);
     const SqlType to = call.type(2);
-    call.result(convertStyled(call.value(0, from), from, to, static_cast<int>(call.integer(3))), to);
+    call.result(convertValue(call.value(0, from), from, to, false, static_cast<int>(call.integer(3))), to);
 }
 
 constexpr StoreFunction convertFunction{"ts_convert", 4, convert};

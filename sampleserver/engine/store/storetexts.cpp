@@ -138,11 +138,13 @@ void replace(StoreCall& c) {
     c.result(text);
 }
 
+/// ts_replicate(text, times, most characters), and the same of binary values
+template <auto read>
 void replicate(StoreCall& c) {
     if (c.integer(1) < 0) return c.resultNull();
-    const QString text = c.text(0);
-    const qint64 most = text.isEmpty() ? 0 : c.integer(2) / text.size() + 1;
-    c.result(text.repeated(std::min(c.integer(1), most)).left(c.integer(2)));
+    const auto piece = (c.*read)(0);
+    const qint64 most = piece.isEmpty() ? 0 : c.integer(2) / piece.size() + 1;
+    c.result(piece.repeated(std::min(c.integer(1), most)).left(c.integer(2)));
 }
 
 void space(StoreCall& c) {
@@ -228,7 +230,8 @@ constexpr StoreFunction functions[] = {
     {"ts_charindex", 3, charIndex},
     {"ts_patindex", 2, patIndex},
     {"ts_replace", 3, replace},
-    {"ts_replicate", 3, replicate},
+    {"ts_replicate", 3, replicate<&StoreCall::text>},
+    {"ts_replicatebinary", 3, replicate<&StoreCall::bytes>},
     {"ts_space", 1, space},
     {"ts_str", 3, str},
     {"ts_stuff", 4, stuff},

@@ -27,7 +27,7 @@ void skipIndexOptions(TokenCursor& tokens) {
                 tokens.integer();
             } else if (!tokens.accept("pad_index") && !tokens.accept("statistics_norecompute") &&
                        !tokens.accept("drop_existing") && !tokens.accept("ignore_dup_key")) {
-                throw tokens.unexpected();
+                tokens.fail();
             }
         } while (tokens.acceptSymbol(","));
     }
@@ -53,7 +53,7 @@ QString defaultText(TokenCursor& tokens) {
     if (tokens.isSymbol("(")) return tokens.parenthesised();
     const Token first = tokens.peek();
     if (tokens.isSymbol("-") || tokens.isSymbol("+")) tokens.take();
-    if (tokens.atEnd() || tokens.peek().kind == TokenKind::Symbol) throw tokens.unexpected();
+    if (tokens.atEnd() || tokens.peek().kind == TokenKind::Symbol) tokens.fail();
     tokens.take();
     if (tokens.isSymbol("(")) tokens.parenthesised();
     return QLatin1Char('(') + tokens.textSince(first) + QLatin1Char(')');
@@ -139,7 +139,7 @@ void parseColumnConstraints(TokenCursor& tokens, ColumnDraft& column, TableDraft
         const bool named = tokens.is("constraint");
         const QString name = optionalConstraintName(tokens);
         if (tokens.accept("default")) {
-            if (column.defaultValue) throw tokens.unexpected();
+            if (column.defaultValue) tokens.fail();
             column.defaultValue = DefaultDraft{.name = name, .text = defaultText(tokens), .column = {}};
             if (tokens.is("with") && tokens.is("values", 1)) {
                 tokens.take();
@@ -153,7 +153,7 @@ void parseColumnConstraints(TokenCursor& tokens, ColumnDraft& column, TableDraft
         } else if (tokens.is("foreign") || tokens.is("references")) {
             table.foreignKeys.push_back(parseForeignKey(tokens, name, column.name));
         } else if (named) {
-            throw tokens.unexpected();
+            tokens.fail();
         } else {
             return;
         }
@@ -162,7 +162,7 @@ void parseColumnConstraints(TokenCursor& tokens, ColumnDraft& column, TableDraft
 
 /// The expression of a computed column, up to what may follow it.
 QString computedText(TokenCursor& tokens) {
-    if (tokens.atEnd()) throw tokens.unexpected();
+    if (tokens.atEnd()) tokens.fail();
     const Token first = tokens.peek();
     while (!tokens.atEnd() && !tokens.isSymbol(",") && !tokens.isSymbol(")") && !tokens.is("persisted") &&
            !tokens.is("constraint") && !tokens.is("not") && !tokens.is("primary") && !tokens.is("unique") &&
@@ -185,7 +185,7 @@ void parseColumn(TokenCursor& tokens, TableDraft& table) {
     } else if (tokens.accept("as")) {
         column.computedText = computedText(tokens);
     } else if (isTypeName(tokens)) {
-        column.type = parseType(tokens, column.name, &column.sysname);
+        column.type = parseType(tokens, column.name, 1, &column.sysname);
     } else {
         column.userType = tokens.objectName().name;
         if (tokens.isSymbol("(")) tokens.parenthesised();
@@ -209,7 +209,7 @@ bool acceptTableConstraint(TokenCursor& tokens, TableDraft& table) {
         value.column = tokens.name();
         table.defaults.push_back(std::move(value));
     } else if (named) {
-        throw tokens.unexpected();
+        tokens.fail();
     } else {
         return false;
     }
@@ -224,7 +224,7 @@ TableDraft parseCreateTable(TokenCursor& tokens) {
     tokens.expectSymbol("(");
     do {
         if (tokens.isSymbol(")") && !table.columns.empty()) break;
-        if (tokens.is("default")) throw tokens.unexpected();
+        if (tokens.is("default")) tokens.fail();
         if (acceptTableConstraint(tokens, table)) {
             // Old scripts leave the comma between two table constraints out.
             while (acceptTableConstraint(tokens, table)) {

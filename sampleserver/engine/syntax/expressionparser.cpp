@@ -1,3 +1,4 @@
+#include "engine/syntax/ddlparser.h"
 #include "engine/syntax/parser.h"
 #include "engine/values/codepage.h"
 #include "engine/values/convert.h"
@@ -57,10 +58,6 @@ Literal moneyLiteral(const QString& text) {
     return {.value = convertValue(text, from, type, false), .type = type};
 }
 
-}  // namespace
-
-namespace {
-
 bool isPredicate(const ExprPtr& expr) {
     return std::visit(
         []<class Node>(const Node&) {
@@ -92,6 +89,20 @@ void Parser::countOperator() {
     if (++m_operators > mostOperators) failNested();
 }
 
+ExprPtr parseExpression(const QString& text) {
+    TokenCursor tokens(text);
+    ExprPtr result = Parser(tokens).scalar();
+    if (!tokens.atEnd()) tokens.fail();
+    return result;
+}
+
+ExprPtr parseCondition(const QString& text) {
+    TokenCursor tokens(text);
+    ExprPtr result = Parser(tokens).condition();
+    if (!tokens.atEnd()) tokens.fail();
+    return result;
+}
+
 ExprPtr Parser::condition() {
     return asPredicate(expression());
 }
@@ -101,18 +112,18 @@ ExprPtr Parser::scalar() {
 }
 
 ExprPtr Parser::asPredicate(ExprPtr expr) const {
-    if (!isPredicate(expr)) m_tokens.failHere();
+    if (!isPredicate(expr)) m_tokens.fail();
     return expr;
 }
 
 ExprPtr Parser::asValue(ExprPtr expr) const {
-    if (isPredicate(expr)) m_tokens.failHere();
+    if (isPredicate(expr)) m_tokens.fail();
     return expr;
 }
 
 ExprPtr Parser::expression() {
     ExprPtr left = conjunction();
-    while (m_tokens.acceptWord("or")) {
+    while (m_tokens.accept("or")) {
         countOperator();
         left = asPredicate(std::move(left));
         left = make(Logical{.isAnd = false, .left = std::move(left), .right = asPredicate(conjunction())});
@@ -122,7 +133,7 @@ ExprPtr Parser::expression() {
 
 ExprPtr Parser::conjunction() {
     ExprPtr left = negation();
-    while (m_tokens.acceptWord("and")) {
+    while (m_tokens.accept("and")) {
         countOperator();
         left = asPredicate(std::move(left));
         left = make(Logical{.isAnd = true, .left = std::move(left), .right = asPredicate(negation())});
@@ -132,12 +143,12 @@ ExprPtr Parser::conjunction() {
 
 ExprPtr Parser::negation() {
     const Depth depth(*this);
-    if (m_tokens.acceptWord("not")) return make(Not{asPredicate(negation())});
+    if (m_tokens.accept("not")) return make(Not{asPredicate(negation())});
     return predicate();
 }
 
 ExprPtr Parser::predicate() {
-    if (m_tokens.isWord("exists")) {
+    if (m_tokens.is("exists")) {
         m_tokens.take();
         m_tokens.expectSymbol("(");
         Exists exists{subquery()};
@@ -158,26 +169,25 @@ ExprPtr Parser::predicateTail(ExprPtr left) {
             return make(Comparison{.op = op, .left = std::move(left), .right = scalar()});
         }
     }
-    if (m_tokens.acceptWord("is")) {
-        const bool negated = m_tokens.acceptWord("not");
-        m_tokens.expectWord("null");
+    if (m_tokens.accept("is")) {
+        const bool negated = m_tokens.accept("not");
+        m_tokens.expect("null");
         return make(IsNull{.operand = std::move(left), .negated = negated});
     }
-    const bool negated =
-        (m_tokens.isWord("like", 1) || m_tokens.isWord("between", 1) || m_tokens.isWord("in", 1)) &&
-        m_tokens.acceptWord("not");
-    if (m_tokens.acceptWord("like")) {
+    const bool negated = (m_tokens.is("like", 1) || m_tokens.is("between", 1) || m_tokens.is("in", 1)) &&
+                         m_tokens.accept("not");
+    if (m_tokens.accept("like")) {
         Like like{.text = std::move(left), .pattern = scalar(), .escape = nullptr, .negated = negated};
-        if (m_tokens.acceptWord("escape")) like.escape = scalar();
+        if (m_tokens.accept("escape")) like.escape = scalar();
         return make(std::move(like));
     }
-    if (m_tokens.acceptWord("between")) {
+    if (m_tokens.accept("between")) {
         Between between{.operand = std::move(left), .low = scalar(), .high = nullptr, .negated = negated};
-        m_tokens.expectWord("and");
+        m_tokens.expect("and");
         between.high = scalar();
         return make(std::move(between));
     }
-    if (m_tokens.acceptWord("in")) {
+    if (m_tokens.accept("in")) {
         In in{.operand = std::move(left), .list = {}, .query = nullptr, .negated = negated};
         m_tokens.expectSymbol("(");
         if (startsQuery()) {
@@ -250,23 +260,23 @@ ExprPtr Parser::primary() {
         case TokenKind::Identifier:
             break;
         case TokenKind::End:
-            m_tokens.failHere();
+            m_tokens.fail();
         default:
             return literal();
     }
-    if (m_tokens.acceptWord("null")) return make(Literal{.value = {}, .type = {}, .isNull = true});
-    if (m_tokens.acceptWord("case")) return caseExpression();
-    if (m_tokens.isSymbol("(", 1) && m_tokens.acceptWord("convert")) return convertOrCast(false);
-    if (m_tokens.isSymbol("(", 1) && m_tokens.acceptWord("cast")) return convertOrCast(true);
+    if (m_tokens.accept("null")) return make(Literal{.value = {}, .type = {}, .isNull = true});
+    if (m_tokens.accept("case")) return caseExpression();
+    if (m_tokens.isSymbol("(", 1) && m_tokens.accept("convert")) return convertOrCast(false);
+    if (m_tokens.isSymbol("(", 1) && m_tokens.accept("cast")) return convertOrCast(true);
     for (const char* word : {"user", "current_user", "session_user", "system_user", "current_timestamp"}) {
-        if (m_tokens.acceptWord(word)) {
+        if (m_tokens.accept(word)) {
             ast::Call niladic;
             niladic.name = QString::fromLatin1(word);
             return make(std::move(niladic));
         }
     }
     for (const char* word : {"left", "right", "coalesce", "nullif"}) {
-        if (m_tokens.isWord(word) && m_tokens.isSymbol("(", 1)) return call(m_tokens.take().text);
+        if (m_tokens.is(word) && m_tokens.isSymbol("(", 1)) return call(m_tokens.take().text);
     }
     return nameOrCall();
 }
@@ -282,13 +292,13 @@ bool Parser::startsQuery() const {
     size_t offset = 0;
     while (m_tokens.isSymbol("(", offset))
         ++offset;
-    return m_tokens.isWord("select", offset);
+    return m_tokens.is("select", offset);
 }
 
 ExprPtr Parser::parenthesized() {
     m_tokens.expectSymbol("(");
     ExprPtr inner;
-    if (m_tokens.isWord("select")) {
+    if (m_tokens.is("select")) {
         inner = make(ScalarQuery{subquery()});
     } else {
         inner = expression();
@@ -317,34 +327,34 @@ ExprPtr Parser::literal() {
 
 ExprPtr Parser::caseExpression() {
     Case result;
-    if (!m_tokens.isWord("when")) result.subject = scalar();
-    while (m_tokens.acceptWord("when")) {
+    if (!m_tokens.is("when")) result.subject = scalar();
+    while (m_tokens.accept("when")) {
         ExprPtr test = result.subject ? scalar() : condition();
-        m_tokens.expectWord("then");
+        m_tokens.expect("then");
         result.branches.emplace_back(std::move(test), scalar());
     }
-    if (result.branches.empty()) m_tokens.failHere();
-    if (m_tokens.acceptWord("else")) result.otherwise = scalar();
-    m_tokens.expectWord("end");
+    if (result.branches.empty()) m_tokens.fail();
+    if (m_tokens.accept("else")) result.otherwise = scalar();
+    m_tokens.expect("end");
     return make(std::move(result));
 }
 
 ExprPtr Parser::convertOrCast(bool cast) {
+    // In a conversion a text or binary without a length has 30.
+    constexpr int defaultLength = 30;
     Convert convert;
     m_tokens.expectSymbol("(");
     if (cast) {
         convert.operand = scalar();
-        m_tokens.expectWord("as");
-        convert.type = typeName();
+        m_tokens.expect("as");
+        convert.type = parseType(m_tokens, {}, defaultLength);
     } else {
-        convert.type = typeName();
+        convert.type = parseType(m_tokens, {}, defaultLength);
         m_tokens.expectSymbol(",");
         convert.operand = scalar();
         if (m_tokens.acceptSymbol(",")) convert.style = scalar();
     }
     m_tokens.expectSymbol(")");
-    // In a conversion a text or binary without a length has 30.
-    if (convert.type.length < 0) convert.type.length = 30;
     return make(std::move(convert));
 }
 
@@ -355,51 +365,14 @@ ExprPtr Parser::call(const QString& name) {
     if (m_tokens.acceptSymbol("*")) {
         result.star = true;
     } else if (!m_tokens.isSymbol(")")) {
-        result.distinct = m_tokens.acceptWord("distinct");
-        if (!result.distinct) m_tokens.acceptWord("all");
+        result.distinct = m_tokens.accept("distinct");
+        if (!result.distinct) m_tokens.accept("all");
         do
             result.arguments.push_back(scalar());
         while (m_tokens.acceptSymbol(","));
     }
     m_tokens.expectSymbol(")");
     return make(std::move(result));
-}
-
-/// A type as clients of later servers declare it.
-SqlType Parser::laterTypeName() {
-    const bool longest = m_tokens.isSymbol("(", 1) && m_tokens.isWord("max", 2);
-    SqlType type;
-    if (!laterType(m_tokens.peek().text, longest, &type)) return typeName();
-    m_tokens.take();
-    if (!m_tokens.acceptSymbol("(")) return type;
-    m_tokens.take();  // a measure that the type here does not have
-    m_tokens.expectSymbol(")");
-    return type;
-}
-
-SqlType Parser::typeName() {
-    if (m_tokens.peek().kind != TokenKind::Identifier) m_tokens.failHere();
-    QString name = m_tokens.take().text;
-    if (name.compare(QLatin1String("double"), Qt::CaseInsensitive) == 0 && m_tokens.acceptWord("precision")) {
-        name = QStringLiteral("float");
-    }
-    int length = -1;
-    int scale = -1;
-    if (m_tokens.acceptSymbol("(")) {
-        length = m_tokens.expectInteger();
-        if (m_tokens.acceptSymbol(",")) scale = m_tokens.expectInteger();
-        m_tokens.expectSymbol(")");
-    }
-    SqlType type;
-    if (!resolveType(name, length, -1, scale, &type)) {
-        throw SqlError(SqlMessage{.number = 243,
-                                  .severity = 16,
-                                  .line = m_tokens.peek().line,
-                                  .text = QStringLiteral("Type %1 is not a defined system type.").arg(name)});
-    }
-    const bool measured = length < 0 && type.length == 1;
-    if (measured) type.length = -1;
-    return type;
 }
 
 }  // namespace engine

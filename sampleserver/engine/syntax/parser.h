@@ -1,28 +1,33 @@
 #pragma once
 
 #include "engine/syntax/ast.h"
-#include "engine/syntax/tokenreader.h"
+#include "engine/syntax/tokencursor.h"
 
 #include <vector>
 
 namespace engine {
 
-/// Reads a batch of T-SQL statements.
+/// Reads T-SQL statements, and the queries and expressions of scripts, from where the tokens stand. Throws
+/// SqlError 156, 170, 191 and the numbers of parseType().
 class Parser {
   public:
-    Parser(const QString& batch, bool quotedIdentifiers);
+    explicit Parser(TokenCursor& tokens) : m_tokens(tokens) {}
 
-    /// All statements of the batch, up to one that is refused. Throws SqlError 102, 105, 113, 156, 170, 2715.
+    /// All statements up to the end, or up to one that is refused.
     std::vector<ast::Statement> batch();
 
-    /// "@a int, @b nvarchar(10) OUTPUT": the parameters of a statement, which is all that the batch says.
+    /// "@a int, @b nvarchar(10) OUTPUT": the parameters of a statement, which is all that there is.
     std::vector<std::pair<QString, SqlType>> parameters();
 
-    /// The query, or the expression, that the text begins with; `length` becomes that of its text.
-    ast::Query leadingQuery(qsizetype* length);
-    ast::ExprPtr leadingExpression(qsizetype* length);
-    /// A condition that is all of the text.
-    ast::ExprPtr wholeCondition();
+    ast::Query query();
+    ast::ExprPtr scalar();
+    ast::ExprPtr condition();
+    /// The condition as an expression of 1 or 0.
+    ast::ExprPtr conditionAsNumber();
+    /// A procedure with its arguments; EXEC has been taken.
+    ast::Execute execute();
+    /// SET has been taken.
+    ast::SetOption setOption();
 
   private:
     // Statements
@@ -30,15 +35,12 @@ class Parser {
     ast::If conditional();
     std::vector<ast::Statement> block();
     ast::Statement refused();
-    ast::SetOption setOption();
-    ast::Execute execute();
     ast::ExprPtr argumentValue();
     ast::Declare declare();
     ast::WaitFor waitFor();
     ast::Transaction transaction(ast::TransactionStep step);
 
     // Queries
-    ast::Query query();
     ast::QueryPtr subquery();
     ast::QueryBody queryBody();
     ast::QueryBody queryPrimary();
@@ -54,8 +56,6 @@ class Parser {
     ast::Path path();
 
     // Expressions
-    ast::ExprPtr condition();
-    ast::ExprPtr scalar();
     ast::ExprPtr asPredicate(ast::ExprPtr expr) const;
     ast::ExprPtr asValue(ast::ExprPtr expr) const;
     ast::ExprPtr expression();
@@ -74,8 +74,6 @@ class Parser {
     ast::ExprPtr call(const QString& name);
     ast::ExprPtr nameOrCall();
     bool startsQuery() const;
-    SqlType typeName();
-    SqlType laterTypeName();
 
     /// Keeps nesting, and chains of operators, within what the stack bears. Throws SqlError 191.
     class Depth {
@@ -90,9 +88,13 @@ class Parser {
     };
     void countOperator();
 
-    TokenReader m_tokens;
+    TokenCursor& m_tokens;
     int m_depth = 0;
     int m_operators = 0;  // of the statement at work
 };
+
+/// The expression, or the condition, that is all of the text.
+ast::ExprPtr parseExpression(const QString& text);
+ast::ExprPtr parseCondition(const QString& text);
 
 }  // namespace engine

@@ -16,8 +16,8 @@ Query Parser::query() {
     const Depth depth(*this);
     Query result;
     result.body = queryBody();
-    if (m_tokens.acceptWord("order")) {
-        m_tokens.expectWord("by");
+    if (m_tokens.accept("order")) {
+        m_tokens.expect("by");
         result.orderBy = orderBy();
     }
     return result;
@@ -38,10 +38,10 @@ QueryPtr Parser::subquery() {
 QueryBody Parser::queryBody() {
     const Depth depth(*this);
     QueryBody left = queryPrimary();
-    for (int unions = 1; m_tokens.acceptWord("union"); ++unions) {
-        if (unions > mostUnions) m_tokens.failHere();
+    for (int unions = 1; m_tokens.accept("union"); ++unions) {
+        if (unions > mostUnions) m_tokens.fail();
         QueryBody both;
-        both.all = m_tokens.acceptWord("all");
+        both.all = m_tokens.accept("all");
         both.left = std::make_unique<QueryBody>(std::move(left));
         both.right = std::make_unique<QueryBody>(queryPrimary());
         left = std::move(both);
@@ -61,43 +61,43 @@ QueryBody Parser::queryPrimary() {
 }
 
 void Parser::top(SelectCore& core) {
-    if (!m_tokens.acceptWord("top")) return;
+    if (!m_tokens.accept("top")) return;
     const bool enclosed = m_tokens.acceptSymbol("(");
     bool valid = false;
     Top limit{.count = m_tokens.peek().text.toDouble(&valid), .percent = false};
-    if (m_tokens.peek().kind != TokenKind::Number || !valid) m_tokens.failHere();
+    if (m_tokens.peek().kind != TokenKind::Number || !valid) m_tokens.fail();
     m_tokens.take();
     if (enclosed) m_tokens.expectSymbol(")");
-    limit.percent = m_tokens.acceptWord("percent");
-    if (!limit.percent && limit.count != std::floor(limit.count)) m_tokens.failHere();
+    limit.percent = m_tokens.accept("percent");
+    if (!limit.percent && limit.count != std::floor(limit.count)) m_tokens.fail();
     // WITH TIES would need the order of rows at hand.
-    if (m_tokens.isWord("with")) m_tokens.failHere();
+    if (m_tokens.is("with")) m_tokens.fail();
     core.top = limit;
 }
 
 std::unique_ptr<SelectCore> Parser::selectCore() {
     auto core = std::make_unique<SelectCore>();
-    m_tokens.expectWord("select");
-    core->distinct = m_tokens.acceptWord("distinct");
-    if (!core->distinct) m_tokens.acceptWord("all");
+    m_tokens.expect("select");
+    core->distinct = m_tokens.accept("distinct");
+    if (!core->distinct) m_tokens.accept("all");
     top(*core);
     do
         core->items.push_back(selectItem());
     while (m_tokens.acceptSymbol(","));
-    if (m_tokens.acceptWord("from")) {
+    if (m_tokens.accept("from")) {
         do
             core->from.push_back(joinedTable());
         while (m_tokens.acceptSymbol(","));
     }
-    if (m_tokens.acceptWord("where")) core->where = condition();
-    if (m_tokens.acceptWord("group")) {
-        m_tokens.expectWord("by");
-        if (m_tokens.isWord("all")) m_tokens.failHere();
+    if (m_tokens.accept("where")) core->where = condition();
+    if (m_tokens.accept("group")) {
+        m_tokens.expect("by");
+        if (m_tokens.is("all")) m_tokens.fail();
         do
             core->groupBy.push_back(scalar());
         while (m_tokens.acceptSymbol(","));
     }
-    if (m_tokens.acceptWord("having")) core->having = condition();
+    if (m_tokens.accept("having")) core->having = condition();
     return core;
 }
 
@@ -116,7 +116,7 @@ SelectItem Parser::selectItem() {
         return item;
     }
     const bool assigns = m_tokens.isSymbol("=", 1);
-    if (assigns && m_tokens.peek().kind == TokenKind::Variable) {
+    if (assigns && m_tokens.isVariable()) {
         item.variable = m_tokens.take().text;
         m_tokens.take();
         item.expr = scalar();
@@ -129,19 +129,19 @@ SelectItem Parser::selectItem() {
         return item;
     }
     item.expr = scalar();
-    const bool named = m_tokens.acceptWord("as");
+    const bool named = m_tokens.accept("as");
     if (m_tokens.isName() || m_tokens.peek().kind == TokenKind::String) {
         item.name = m_tokens.take().text;
     } else if (named) {
-        m_tokens.failHere();
+        m_tokens.fail();
     }
     return item;
 }
 
 std::optional<JoinKind> Parser::joinKind(bool* cross) {
     *cross = false;
-    if (m_tokens.acceptWord("join")) return JoinKind::Inner;
-    if (m_tokens.isWord("cross") && m_tokens.isWord("join", 1)) {
+    if (m_tokens.accept("join")) return JoinKind::Inner;
+    if (m_tokens.is("cross") && m_tokens.is("join", 1)) {
         *cross = true;
         m_tokens.take();
         m_tokens.take();
@@ -152,11 +152,11 @@ std::optional<JoinKind> Parser::joinKind(bool* cross) {
                                                                  {"right", JoinKind::Right},
                                                                  {"full", JoinKind::Full}};
     for (const auto& [word, kind] : kinds) {
-        if (!m_tokens.acceptWord(word)) continue;
-        if (kind != JoinKind::Inner) m_tokens.acceptWord("outer");
+        if (!m_tokens.accept(word)) continue;
+        if (kind != JoinKind::Inner) m_tokens.accept("outer");
         for (const char* hint : {"loop", "hash", "merge"})
-            m_tokens.acceptWord(hint);
-        m_tokens.expectWord("join");
+            m_tokens.accept(hint);
+        m_tokens.expect("join");
         return kind;
     }
     return std::nullopt;
@@ -172,7 +172,7 @@ TablePtr Parser::joinedTable() {
         // "a JOIN b JOIN c ON .. ON ..": the conditions close the joins from the inside out.
         join.right = cross ? primaryTable() : joinedTable();
         if (!cross) {
-            m_tokens.expectWord("on");
+            m_tokens.expect("on");
             join.on = condition();
         }
         left = std::make_unique<ast::Table>(ast::Table{std::move(join)});
@@ -194,10 +194,10 @@ TablePtr Parser::primaryTable() {
         derived.query = subquery();
         m_tokens.expectSymbol(")");
         derived.alias = tableAlias();
-        if (derived.alias.isEmpty()) m_tokens.failHere();
+        if (derived.alias.isEmpty()) m_tokens.fail();
         if (m_tokens.acceptSymbol("(")) {
             do
-                derived.columnNames.push_back(m_tokens.expectName());
+                derived.columnNames.push_back(m_tokens.name());
             while (m_tokens.acceptSymbol(","));
             m_tokens.expectSymbol(")");
         }
@@ -217,15 +217,15 @@ TablePtr Parser::primaryTable() {
 }
 
 QString Parser::tableAlias() {
-    const bool named = m_tokens.acceptWord("as");
+    const bool named = m_tokens.accept("as");
     if (m_tokens.isName()) return m_tokens.take().text;
-    if (named) m_tokens.failHere();
+    if (named) m_tokens.fail();
     return {};
 }
 
 /// Hints steer locks and plans, of which there are none to steer.
 void Parser::tableHints() {
-    const bool with = m_tokens.isWord("with") && m_tokens.isSymbol("(", 1);
+    const bool with = m_tokens.is("with") && m_tokens.isSymbol("(", 1);
     if (!with && !m_tokens.isSymbol("(")) return;
     if (with) m_tokens.take();
     m_tokens.expectSymbol("(");
@@ -236,8 +236,8 @@ void Parser::tableHints() {
             "tablockx",       "updlock",  "fastfirstrow"};
         bool known = false;
         for (const char* hint : hints)
-            known = known || m_tokens.acceptWord(hint);
-        if (!known) m_tokens.failHere();
+            known = known || m_tokens.accept(hint);
+        if (!known) m_tokens.fail();
         m_tokens.acceptSymbol(",");
     } while (!m_tokens.isSymbol(")"));
     m_tokens.take();
@@ -248,18 +248,18 @@ std::vector<OrderItem> Parser::orderBy() {
     do {
         OrderItem item;
         item.expr = scalar();
-        item.descending = m_tokens.acceptWord("desc");
-        if (!item.descending) m_tokens.acceptWord("asc");
+        item.descending = m_tokens.accept("desc");
+        if (!item.descending) m_tokens.accept("asc");
         items.push_back(std::move(item));
     } while (m_tokens.acceptSymbol(","));
     return items;
 }
 
 Path Parser::path() {
-    Path parts{m_tokens.expectName()};
+    Path parts{m_tokens.name()};
     while (m_tokens.acceptSymbol(".")) {
-        parts.push_back(m_tokens.isSymbol(".") ? QString() : m_tokens.expectName());
-        if (parts.size() > 4) m_tokens.failHere();
+        parts.push_back(m_tokens.isSymbol(".") ? QString() : m_tokens.name());
+        if (parts.size() > 4) m_tokens.fail();
     }
     return parts;
 }

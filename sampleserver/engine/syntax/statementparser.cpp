@@ -1,3 +1,4 @@
+#include "engine/syntax/ddlparser.h"
 #include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
 #include "engine/values/datetime.h"
@@ -5,16 +6,6 @@
 namespace engine {
 
 using namespace ast;
-
-namespace {
-
-// Far more than any statement that SQLite would take; keeps what a batch makes of itself in bounds.
-constexpr size_t mostTokens = 1'000'000;
-
-}  // namespace
-
-Parser::Parser(const QString& batch, bool quotedIdentifiers)
-    : m_tokens(tokenize(batch, mostTokens), quotedIdentifiers) {}
 
 std::vector<Statement> Parser::batch() {
     std::vector<Statement> statements;
@@ -36,39 +27,43 @@ std::vector<Statement> Parser::batch() {
 std::vector<Statement> Parser::block() {
     const Depth depth(*this);
     std::vector<Statement> statements;
-    const bool transaction = m_tokens.isWord("tran", 1) || m_tokens.isWord("transaction", 1);
-    const bool several = !transaction && m_tokens.acceptWord("begin");
+    const bool transaction = m_tokens.is("tran", 1) || m_tokens.is("transaction", 1);
+    const bool several = !transaction && m_tokens.accept("begin");
     do {
         const int line = m_tokens.peek().line;
         statements.push_back(statement(false));
         statements.back().line = line;
         while (m_tokens.acceptSymbol(";")) {
         }
-    } while (several && !m_tokens.acceptWord("end"));
+    } while (several && !m_tokens.accept("end"));
     return statements;
 }
 
-If Parser::conditional() {
+ExprPtr Parser::conditionAsNumber() {
     const auto number = [](qint64 value) {
         return std::make_unique<Expr>(Expr{Literal{.value = value, .type = {.id = TypeId::Int}}});
     };
     Case holds;
     holds.branches.emplace_back(condition(), number(1));
     holds.otherwise = number(0);
-    If result{.condition = std::make_unique<Expr>(Expr{std::move(holds)}), .then = block(), .otherwise = {}};
-    if (m_tokens.acceptWord("else")) result.otherwise = block();
+    return std::make_unique<Expr>(Expr{std::move(holds)});
+}
+
+If Parser::conditional() {
+    If result{.condition = conditionAsNumber(), .then = block(), .otherwise = {}};
+    if (m_tokens.accept("else")) result.otherwise = block();
     return result;
 }
 
 Statement Parser::statement(bool first) {
     Statement result;
-    if (m_tokens.isWord("select") || m_tokens.isSymbol("(")) {
+    if (m_tokens.is("select") || m_tokens.isSymbol("(")) {
         result.node = Select{query()};
-        if (m_tokens.isWord("into")) result.node = Refused{Refused::Write, QStringLiteral("SELECT INTO")};
-    } else if (m_tokens.acceptWord("use")) {
-        result.node = Use{m_tokens.expectName()};
-    } else if (m_tokens.acceptWord("set")) {
-        if (m_tokens.peek().kind == TokenKind::Variable) {
+        if (m_tokens.is("into")) result.node = Refused{Refused::Write, QStringLiteral("SELECT INTO")};
+    } else if (m_tokens.accept("use")) {
+        result.node = Use{m_tokens.name()};
+    } else if (m_tokens.accept("set")) {
+        if (m_tokens.isVariable()) {
             SetVariable set{.name = m_tokens.take().text, .expr = nullptr};
             m_tokens.expectSymbol("=");
             set.expr = scalar();
@@ -76,23 +71,22 @@ Statement Parser::statement(bool first) {
         } else {
             result.node = setOption();
         }
-    } else if (m_tokens.acceptWord("declare")) {
+    } else if (m_tokens.accept("declare")) {
         result.node = declare();
-    } else if (m_tokens.acceptWord("exec") || m_tokens.acceptWord("execute")) {
+    } else if (m_tokens.accept("exec") || m_tokens.accept("execute")) {
         result.node = execute();
-    } else if (m_tokens.acceptWord("if")) {
+    } else if (m_tokens.accept("if")) {
         result.node = conditional();
-    } else if (m_tokens.acceptWord("waitfor")) {
+    } else if (m_tokens.accept("waitfor")) {
         result.node = waitFor();
-    } else if (m_tokens.acceptWord("print")) {
+    } else if (m_tokens.accept("print")) {
         result.node = Print{scalar()};
-    } else if (m_tokens.isWord("begin") &&
-               (m_tokens.isWord("tran", 1) || m_tokens.isWord("transaction", 1))) {
+    } else if (m_tokens.is("begin") && (m_tokens.is("tran", 1) || m_tokens.is("transaction", 1))) {
         m_tokens.take();
         result.node = transaction(TransactionStep::Begin);
-    } else if (m_tokens.acceptWord("commit")) {
+    } else if (m_tokens.accept("commit")) {
         result.node = transaction(TransactionStep::Commit);
-    } else if (m_tokens.acceptWord("rollback")) {
+    } else if (m_tokens.accept("rollback")) {
         result.node = transaction(TransactionStep::Rollback);
     } else if (first && m_tokens.isName()) {
         result.node = execute();
@@ -104,45 +98,45 @@ Statement Parser::statement(bool first) {
 
 Statement Parser::refused() {
     for (const char* word : {"insert", "update", "delete", "truncate", "updatetext", "writetext"}) {
-        if (m_tokens.isWord(word)) return {.node = Refused{Refused::Write, m_tokens.peek().text.toUpper()}};
+        if (m_tokens.is(word)) return {.node = Refused{Refused::Write, m_tokens.peek().text.toUpper()}};
     }
     for (const char* word : {"create", "alter", "drop", "grant", "revoke", "deny"}) {
-        if (!m_tokens.isWord(word)) continue;
+        if (!m_tokens.is(word)) continue;
         QString what = m_tokens.take().text.toUpper();
         what += u' ' + m_tokens.peek().text.toUpper();
         return {.node = Refused{Refused::Definition, what}};
     }
-    m_tokens.failHere();
+    m_tokens.fail();
 }
 
 Transaction Parser::transaction(TransactionStep step) {
-    if (!m_tokens.acceptWord("tran") && !m_tokens.acceptWord("transaction")) m_tokens.acceptWord("work");
-    if (m_tokens.isName() || m_tokens.peek().kind == TokenKind::Variable) m_tokens.take();
+    if (!m_tokens.accept("tran") && !m_tokens.accept("transaction")) m_tokens.accept("work");
+    if (m_tokens.isName() || m_tokens.isVariable()) m_tokens.take();
     return {step};
 }
 
 SetOption Parser::setOption() {
     // Options of two and three words that stand before their value.
     SetOption result;
-    if (m_tokens.acceptWord("transaction")) {
-        m_tokens.expectWord("isolation");
-        m_tokens.expectWord("level");
+    if (m_tokens.accept("transaction")) {
+        m_tokens.expect("isolation");
+        m_tokens.expect("level");
         result.option = QStringLiteral("transaction isolation level");
         result.value = m_tokens.take().text;
-        if (m_tokens.isWord("read") || m_tokens.isWord("committed") || m_tokens.isWord("uncommitted")) {
+        if (m_tokens.is("read") || m_tokens.is("committed") || m_tokens.is("uncommitted")) {
             result.value += u' ' + m_tokens.take().text;
         }
         return result;
     }
     do {
-        if (m_tokens.peek().kind != TokenKind::Identifier) m_tokens.failHere();
+        if (m_tokens.peek().kind != TokenKind::Identifier) m_tokens.fail();
         if (!result.option.isEmpty()) result.option += u',';
         result.option += m_tokens.take().text.toLower();
         if (result.option == QLatin1String("statistics"))
             result.option += u' ' + m_tokens.take().text.toLower();
     } while (m_tokens.acceptSymbol(","));
     const bool negative = m_tokens.acceptSymbol("-");
-    if (m_tokens.atEnd() || m_tokens.peek().kind == TokenKind::Symbol) m_tokens.failHere();
+    if (m_tokens.atEnd() || m_tokens.peek().kind == TokenKind::Symbol) m_tokens.fail();
     result.value = m_tokens.take().text;
     if (negative) result.value.prepend(u'-');
     if (result.option == QLatin1String("quoted_identifier")) {
@@ -154,7 +148,7 @@ SetOption Parser::setOption() {
 Execute Parser::execute() {
     Execute result;
     // EXEC ('text') would need a second look at the text with its own settings.
-    if (m_tokens.peek().kind == TokenKind::Variable || m_tokens.isSymbol("(")) m_tokens.failHere();
+    if (m_tokens.isVariable() || m_tokens.isSymbol("(")) m_tokens.fail();
     result.procedure = path();
     const auto startsStatement = [this] {
         const Token& token = m_tokens.peek();
@@ -163,7 +157,7 @@ Execute Parser::execute() {
     };
     while (!m_tokens.atEnd() && !m_tokens.isSymbol(";") && !startsStatement()) {
         Argument argument;
-        if (m_tokens.peek().kind == TokenKind::Variable && m_tokens.isSymbol("=", 1)) {
+        if (m_tokens.isVariable() && m_tokens.isSymbol("=", 1)) {
             argument.name = m_tokens.take().text;
             m_tokens.take();
         }
@@ -176,7 +170,7 @@ Execute Parser::execute() {
 
 ExprPtr Parser::argumentValue() {
     const bool negative = m_tokens.acceptSymbol("-");
-    if (m_tokens.isWord("null") || m_tokens.isWord("default")) {
+    if (m_tokens.is("null") || m_tokens.is("default")) {
         m_tokens.take();
         return std::make_unique<Expr>(Expr{Literal{.value = {}, .type = {}, .isNull = true}});
     }
@@ -187,7 +181,7 @@ ExprPtr Parser::argumentValue() {
         return std::make_unique<Expr>(Expr{Literal{.value = text, .type = type}});
     }
     if (m_tokens.peek().kind == TokenKind::Symbol || m_tokens.peek().kind == TokenKind::Identifier) {
-        m_tokens.failHere();
+        m_tokens.fail();
     }
     ExprPtr value = primary();
     if (negative) value = std::make_unique<Expr>(Expr{Unary{UnaryOp::Minus, std::move(value)}});
@@ -197,31 +191,11 @@ ExprPtr Parser::argumentValue() {
 Declare Parser::declare() {
     Declare result;
     do {
-        if (m_tokens.peek().kind != TokenKind::Variable) m_tokens.failHere();
+        if (!m_tokens.isVariable()) m_tokens.fail();
         const QString name = m_tokens.take().text;
-        m_tokens.acceptWord("as");
-        SqlType type = typeName();
-        if (type.length < 0) type.length = 1;
-        result.variables.emplace_back(name, type);
+        m_tokens.accept("as");
+        result.variables.emplace_back(name, parseType(m_tokens));
     } while (m_tokens.acceptSymbol(","));
-    return result;
-}
-
-Query Parser::leadingQuery(qsizetype* length) {
-    Query result = query();
-    *length = m_tokens.peek().begin;
-    return result;
-}
-
-ExprPtr Parser::leadingExpression(qsizetype* length) {
-    ExprPtr result = scalar();
-    *length = m_tokens.peek().begin;
-    return result;
-}
-
-ExprPtr Parser::wholeCondition() {
-    ExprPtr result = condition();
-    if (!m_tokens.atEnd()) m_tokens.failHere();
     return result;
 }
 
@@ -229,20 +203,18 @@ std::vector<std::pair<QString, SqlType>> Parser::parameters() {
     std::vector<std::pair<QString, SqlType>> result;
     while (!m_tokens.atEnd()) {
         if (!result.empty()) m_tokens.expectSymbol(",");
-        if (m_tokens.peek().kind != TokenKind::Variable) m_tokens.failHere();
+        if (!m_tokens.isVariable()) m_tokens.fail();
         const QString name = m_tokens.take().text;
-        m_tokens.acceptWord("as");
-        SqlType type = laterTypeName();
-        if (type.length < 0) type.length = 1;
-        result.emplace_back(name, type);
-        if (!m_tokens.acceptWord("output")) m_tokens.acceptWord("out");
+        m_tokens.accept("as");
+        result.emplace_back(name, parseType(m_tokens));
+        if (!m_tokens.accept("output")) m_tokens.accept("out");
     }
     return result;
 }
 
 WaitFor Parser::waitFor() {
-    m_tokens.expectWord("delay");
-    if (m_tokens.peek().kind != TokenKind::String) m_tokens.failHere();
+    m_tokens.expect("delay");
+    if (m_tokens.peek().kind != TokenKind::String) m_tokens.fail();
     const QString text = m_tokens.peek().text;
     qint64 ticks = 0;
     if (!text.contains(u':') || parseDateTime(text, &ticks) != DateParse::Done || ticks < 0 ||

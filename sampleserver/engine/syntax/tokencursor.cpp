@@ -1,49 +1,63 @@
 #include "engine/syntax/tokencursor.h"
 
-#include <QStringList>
-
-#include <algorithm>
-#include <array>
+#include <QSet>
 
 namespace engine {
 
 namespace {
 
+// Far more than any statement that SQLite would take; keeps what a batch makes of itself in bounds.
+constexpr size_t mostTokens = 1'000'000;
+
+/// A reserved word of T-SQL is a name only in brackets or double quotes.
 bool isReserved(const QString& word) {
-    static constexpr std::array words = {
-        "add",      "all",     "alter",   "and",       "as",           "asc",        "begin",  "between",
-        "by",       "case",    "check",   "clustered", "column",       "constraint", "create", "cross",
-        "database", "default", "delete",  "deny",      "desc",         "distinct",   "drop",   "else",
-        "end",      "exec",    "execute", "exists",    "foreign",      "from",       "grant",  "group",
-        "having",   "if",      "in",      "index",     "inner",        "insert",     "into",   "is",
-        "join",     "key",     "left",    "like",      "nonclustered", "not",        "null",   "on",
-        "or",       "order",   "outer",   "primary",   "print",        "references", "right",  "select",
-        "set",      "table",   "to",      "top",       "union",        "unique",     "update", "use",
-        "user",     "values",  "view",    "when",      "where",        "with"};
-    return std::any_of(words.begin(), words.end(), [&word](const char* reserved) {
-        return word.compare(QLatin1String(reserved), Qt::CaseInsensitive) == 0;
-    });
+    static const QStringList words =
+        QStringLiteral(
+            "add all alter and any as asc authorization backup begin between break browse bulk by cascade "
+            "case check checkpoint close clustered coalesce collate column commit compute constraint "
+            "contains containstable continue convert create cross current current_date current_time "
+            "current_timestamp current_user cursor database dbcc deallocate declare default delete deny desc "
+            "disk distinct distributed double drop dummy dump else end errlvl escape except exec execute "
+            "exists exit fetch file fillfactor for foreign freetext freetexttable from full function goto "
+            "grant group having holdlock identity identity_insert identitycol if in index inner insert "
+            "intersect into is join key kill left like lineno load national nocheck nonclustered not null "
+            "nullif of off offsets on open opendatasource openquery openrowset option or order outer over "
+            "percent plan precision primary print proc procedure public raiserror read readtext reconfigure "
+            "references replication restore restrict return revoke right rollback rowcount rowguidcol rule "
+            "save schema select session_user set setuser shutdown some statistics system_user table textsize "
+            "then to top tran transaction trigger truncate tsequal union unique update updatetext use user "
+            "values varying view waitfor when where while with writetext")
+            .split(u' ');
+    static const QSet<QString> reserved(words.begin(), words.end());
+    return reserved.contains(word.toLower());
 }
 
 }  // namespace
 
-TokenCursor::TokenCursor(const QString& batch, int firstLine) : m_batch(batch) {
+TokenCursor::TokenCursor(const QString& batch, int firstLine, bool quotedIdentifiers) : m_batch(batch) {
     try {
-        m_tokens = tokenize(batch);
+        m_tokens = tokenize(batch, mostTokens);
     } catch (SqlError& error) {
         error.message().line += firstLine - 1;
         throw;
     }
     for (Token& token : m_tokens)
         token.line += firstLine - 1;
+    setQuotedIdentifiers(quotedIdentifiers);
 }
 
-const Token& TokenCursor::peek(int ahead) const {
-    return m_tokens[std::min(m_next + static_cast<size_t>(ahead), m_tokens.size() - 1)];
+void TokenCursor::setQuotedIdentifiers(bool on) {
+    for (size_t i = m_next; i < m_tokens.size(); ++i) {
+        if (m_tokens[i].doubleQuoted) m_tokens[i].kind = on ? TokenKind::Identifier : TokenKind::String;
+    }
+}
+
+const Token& TokenCursor::peek(size_t ahead) const {
+    return m_tokens[std::min(m_next + ahead, m_tokens.size() - 1)];
 }
 
 Token TokenCursor::take() {
-    const Token token = peek();
+    Token token = peek();
     if (token.kind != TokenKind::End) ++m_next;
     return token;
 }
@@ -61,30 +75,28 @@ bool TokenCursor::acceptSymbol(const char* symbol) {
 }
 
 void TokenCursor::expect(const char* word) {
-    if (!accept(word)) throw unexpected();
+    if (!accept(word)) fail();
 }
 
 void TokenCursor::expectSymbol(const char* symbol) {
-    if (!acceptSymbol(symbol)) throw unexpected();
+    if (!acceptSymbol(symbol)) fail();
+}
+
+bool TokenCursor::isName(size_t ahead) const {
+    const Token& token = peek(ahead);
+    return token.kind == TokenKind::Identifier && !token.text.isEmpty() &&
+           (token.quoted || !isReserved(token.text));
 }
 
 QString TokenCursor::name() {
-    const Token& token = peek();
-    if (token.kind != TokenKind::Identifier || token.text.isEmpty()) throw unexpected();
-    if (!token.quoted && isReserved(token.text)) {
-        SqlError error(156, 15,
-                       QStringLiteral("Line %1: Incorrect syntax near the keyword '%2'.")
-                           .arg(QString::number(token.line), token.text));
-        error.message().line = token.line;
-        throw error;
-    }
+    if (!isName()) fail();
     return take().text;
 }
 
 ObjectName TokenCursor::objectName() {
     ObjectName object{.database = {}, .owner = {}, .name = name()};
     for (int parts = 1; acceptSymbol("."); ++parts) {
-        if (parts == 3) throw unexpected();
+        if (parts == 3) fail();
         object.database = object.owner;
         object.owner = object.name;
         // "pubs..authors": the owner may be left out between two points.
@@ -114,18 +126,12 @@ QStringList TokenCursor::keyList() {
     return names;
 }
 
-void TokenCursor::skip(qsizetype characters) {
-    const qsizetype target = peek().begin + characters;
-    while (!atEnd() && peek().begin < target)
-        take();
-}
-
 qint64 TokenCursor::integer() {
     const bool negative = isSymbol("-");
     if (negative || isSymbol("+")) take();
     bool whole = peek().kind == TokenKind::Number;
     const qint64 number = whole ? peek().text.toLongLong(&whole) : 0;
-    if (!whole) throw unexpected();
+    if (!whole) fail();
     take();
     return negative ? -number : number;
 }
@@ -140,7 +146,7 @@ QString TokenCursor::parenthesised() {
     const Token first = peek();
     expectSymbol("(");
     for (int depth = 1; depth > 0;) {
-        if (atEnd()) throw unexpected();
+        if (atEnd()) fail();
         const Token token = take();
         if (token.isSymbol(QLatin1String("("))) ++depth;
         if (token.isSymbol(QLatin1String(")"))) --depth;
@@ -153,14 +159,15 @@ QString TokenCursor::textSince(const Token& first) const {
     return m_batch.mid(first.begin, end - first.begin);
 }
 
-SqlError TokenCursor::unexpected() const {
-    // At the end of a batch the server names the last token it read.
-    const Token& token = atEnd() && m_next > 0 ? m_tokens[m_next - 1] : peek();
-    SqlError error(
-        102, 15,
-        QStringLiteral("Line %1: Incorrect syntax near '%2'.").arg(QString::number(token.line), token.text));
-    error.message().line = token.line;
-    return error;
+void TokenCursor::fail() const {
+    const bool end = atEnd() && m_next > 0;
+    const Token& token = end ? m_tokens[m_next - 1] : peek();
+    const bool keyword = !end && token.kind == TokenKind::Identifier && !isName();
+    const QString text = keyword ? QStringLiteral("Incorrect syntax near the keyword '%1'.").arg(token.text)
+                                 : QStringLiteral("Line %1: Incorrect syntax near '%2'.")
+                                       .arg(QString::number(token.line), token.text);
+    throw SqlError(
+        SqlMessage{.number = keyword ? 156 : 170, .severity = 15, .line = token.line, .text = text});
 }
 
 }  // namespace engine

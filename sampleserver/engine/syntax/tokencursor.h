@@ -4,6 +4,7 @@
 #include "engine/values/sqlerror.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -16,26 +17,31 @@ struct ObjectName {
     QString name;
 };
 
-/// Walks the tokens of one batch of a script. What does not fit is refused with SqlError 102 (156 for a
-/// keyword that stands where a name should), which names the line of the script.
+/// Walks over the tokens of a batch and names what is wrong with them: SqlError 156 at a reserved word, 170
+/// elsewhere; at the end of the batch the token before it is named.
 class TokenCursor {
   public:
-    /// `firstLine`: the line of the script that the batch begins on.
-    TokenCursor(const QString& batch, int firstLine);
+    /// `firstLine`: the line that the batch begins on. Without quoted identifiers a text in double quotes is
+    /// a string. Throws SqlError as tokenize() does.
+    explicit TokenCursor(const QString& batch, int firstLine = 1, bool quotedIdentifiers = true);
 
-    const Token& peek(int ahead = 0) const;
+    const Token& peek(size_t ahead = 0) const;
     Token take();
     bool atEnd() const { return peek().kind == TokenKind::End; }
     int line() const { return peek().line; }
 
-    bool is(const char* word, int ahead = 0) const { return peek(ahead).is(QLatin1String(word)); }
-    bool isSymbol(const char* symbol) const { return peek().isSymbol(QLatin1String(symbol)); }
+    bool is(const char* word, size_t ahead = 0) const { return peek(ahead).is(QLatin1String(word)); }
+    bool isSymbol(const char* symbol, size_t ahead = 0) const {
+        return peek(ahead).isSymbol(QLatin1String(symbol));
+    }
+    /// True for an identifier that is quoted or no reserved word.
+    bool isName(size_t ahead = 0) const;
+    bool isVariable() const { return peek().kind == TokenKind::Variable; }
     bool accept(const char* word);
     bool acceptSymbol(const char* symbol);
     void expect(const char* word);
     void expectSymbol(const char* symbol);
 
-    /// An identifier; a reserved word only in brackets or double quotes.
     QString name();
     ObjectName objectName();
     /// "(a, b)"
@@ -51,42 +57,22 @@ class TokenCursor {
     /// The batch's text from this token's beginning on, up to what has been taken.
     QString textSince(const Token& first) const;
 
-    /// All text from the next token on.
-    QString rest() const { return m_batch.mid(peek().begin); }
-    /// Goes on with the first token that begins `characters` or more behind the next one's beginning.
-    void skip(qsizetype characters);
     /// Where the next token stands, to come back to.
     size_t mark() const { return m_next; }
     void rewind(size_t mark) { m_next = mark; }
     /// True for a token that is the first of its line.
     bool startsLine() const { return m_next == 0 || m_tokens[m_next - 1].line < peek().line; }
 
-    /// Counts one level of nested syntax while it lives; refuses what would be nested too deeply.
-    class Level {
-      public:
-        explicit Level(TokenCursor& tokens) : m_tokens(tokens) {
-            if (++m_tokens.m_depth > maximumDepth) {
-                --m_tokens.m_depth;
-                throw m_tokens.unexpected();
-            }
-        }
-        ~Level() { --m_tokens.m_depth; }
-        Level(const Level&) = delete;
-        Level& operator=(const Level&) = delete;
+    /// For the tokens that are still to come.
+    void setQuotedIdentifiers(bool on);
 
-      private:
-        static constexpr int maximumDepth = 100;
-        TokenCursor& m_tokens;
-    };
-
-    /// The error for the token that comes next.
-    SqlError unexpected() const;
+    /// Refuses the token that comes next.
+    [[noreturn]] void fail() const;
 
   private:
     QString m_batch;
     std::vector<Token> m_tokens;
     size_t m_next = 0;
-    int m_depth = 0;
 };
 
 }  // namespace engine

@@ -15,23 +15,15 @@ struct Measures {
 
 /// "national character varying" and its like are one type.
 QString typeName(TokenCursor& tokens) {
-    QString name = tokens.name().toLower();
-    if (name == QLatin1String("national")) name = QLatin1Char('n') + tokens.name().toLower();
-    static const QHash<QString, QString> synonyms{
-        {QStringLiteral("character"), QStringLiteral("char")},
-        {QStringLiteral("ncharacter"), QStringLiteral("nchar")},
-        {QStringLiteral("dec"), QStringLiteral("decimal")},
-        {QStringLiteral("integer"), QStringLiteral("int")},
-    };
-    name = synonyms.value(name, name);
-    if (name == QLatin1String("double")) {
+    if (tokens.accept("double")) {
         tokens.expect("precision");
         return QStringLiteral("float");
     }
-    if (!tokens.accept("varying")) return name;
-    if (name == QLatin1String("nchar")) return QStringLiteral("nvarchar");
-    if (name == QLatin1String("char") || name == QLatin1String("binary")) return QStringLiteral("var") + name;
-    throw tokens.unexpected();
+    const bool national = tokens.accept("national");
+    QString name = tokens.name().toLower();
+    if (name == QLatin1String("character")) name = QStringLiteral("char");
+    const bool varies = tokens.accept("varying");
+    return (national ? QStringLiteral("n") : QString()) + (varies ? QStringLiteral("var") : QString()) + name;
 }
 
 Measures parseMeasures(TokenCursor& tokens) {
@@ -56,18 +48,8 @@ Measures parseMeasures(TokenCursor& tokens) {
 
 /// The longest declared length; 0 for a type that has none.
 int maximumLength(TypeId id) {
-    switch (id) {
-        case TypeId::Char:
-        case TypeId::VarChar:
-        case TypeId::Binary:
-        case TypeId::VarBinary:
-            return 8000;
-        case TypeId::NChar:
-        case TypeId::NVarChar:
-            return 4000;
-        default:
-            return 0;
-    }
+    const bool sized = (isText(id) || isBinary(id)) && !isLong(id) && id != TypeId::Timestamp;
+    return !sized ? 0 : isNational(id) ? 4000 : 8000;
 }
 
 void checkDecimal(const Measures& measures, const QString& column) {
@@ -114,41 +96,38 @@ void checkMeasures(const Measures& measures, TypeId id, const QString& name, con
 }  // namespace
 
 bool isTypeName(const TokenCursor& tokens) {
-    static const QStringList spelled{QStringLiteral("national"), QStringLiteral("character"),
-                                     QStringLiteral("dec"), QStringLiteral("integer"),
-                                     QStringLiteral("double")};
-    SqlType type;
-    const QString& name = tokens.peek().text;
-    return spelled.contains(name, Qt::CaseInsensitive) || laterType(name, false, &type) ||
-           resolveType(name, -1, -1, -1, &type);
+    const QString name = tokens.peek().text.toLower();
+    return name == QLatin1String("national") || name == QLatin1String("double") || laterType(name, false) ||
+           typeNamed(name);
 }
 
-SqlType parseType(TokenCursor& tokens, const QString& column, bool* sysname) {
-    const bool longest = tokens.peek(1).isSymbol(QLatin1String("(")) && tokens.is("max", 2);
-    if (SqlType later; laterType(tokens.peek().text, longest, &later)) {
-        if (sysname != nullptr) *sysname = false;
+SqlType parseType(TokenCursor& tokens, const QString& column, int defaultLength, bool* sysname) {
+    const bool longest = tokens.isSymbol("(", 1) && tokens.is("max", 2);
+    if (const auto later = laterType(tokens.peek().text, longest)) {
         tokens.take();
         if (tokens.isSymbol("(")) tokens.parenthesised();
-        return later;
+        return *later;
     }
     const QString name = typeName(tokens);
     const Measures measures = parseMeasures(tokens);
     if (sysname != nullptr) *sysname = name == QLatin1String("sysname");
-    SqlType type;
-    if (!resolveType(name, -1, -1, -1, &type)) {
+    const auto known = typeNamed(name);
+    if (!known && column.isEmpty())
+        throw SqlError(243, 16, QStringLiteral("Type %1 is not a defined system type.").arg(name));
+    if (!known) {
         throw SqlError(
             2715, 16,
             QStringLiteral("Column or parameter '%1': Cannot find data type %2.").arg(column, name));
     }
+    SqlType type = *known;
     checkMeasures(measures, type.id, name, column);
-    if (measures.count == 0) return type;
     if (isDecimal(type.id)) {
-        type.precision = measures.first;
+        type.precision = measures.count > 0 ? measures.first : 18;
         type.scale = std::max(0, measures.second);
-    } else if (maximumLength(type.id) > 0) {
-        type.length = measures.first;
-    } else if (measures.first <= 24) {
-        resolveType(QStringLiteral("real"), -1, -1, -1, &type);
+    } else if (maximumLength(type.id) > 0 && type.length == 0) {
+        type.length = measures.count > 0 ? measures.first : defaultLength;
+    } else if (type.id == TypeId::Float && measures.count > 0 && measures.first <= 24) {
+        type.id = TypeId::Real;
     }
     return type;
 }

@@ -44,9 +44,6 @@ struct Conversion {
     Decimal decimalOf(const Value& value, int scale) const;
 };
 
-/// convertValue with a style of CONVERT for dates and money (0 is the plain form).
-Value convertStyled(const Value& value, const SqlType& from, const SqlType& to, int style);
-
 /// True when SQL Server converts between the types without CONVERT.
 bool convertsImplicitly(TypeId from, TypeId to);
 

@@ -302,12 +302,8 @@ Value Conversion::run(const Value& value) const {
     return toFloat(value);
 }
 
-Value convertValue(const Value& value, const SqlType& from, const SqlType& to, bool assigning) {
-    return Conversion{.from = from, .to = to, .assigning = assigning}.run(value);
-}
-
-Value convertStyled(const Value& value, const SqlType& from, const SqlType& to, int style) {
-    return Conversion{.from = from, .to = to, .style = style}.run(value);
+Value convertValue(const Value& value, const SqlType& from, const SqlType& to, bool assigning, int style) {
+    return Conversion{.from = from, .to = to, .assigning = assigning, .style = style}.run(value);
 }
 
 bool convertsImplicitly(TypeId from, TypeId to) {

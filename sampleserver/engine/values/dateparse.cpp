@@ -48,6 +48,15 @@ int monthOf(const QString& word) {
     return 0;
 }
 
+// CONVERT has no styles so high.
+constexpr int firstFormatStyle = 1'000'000;
+
+/// The orders of SET DATEFORMAT.
+const QStringList& sessionOrders() {
+    static const QStringList orders = QStringLiteral("mdy dmy ymd ydm myd dym").split(u' ');
+    return orders;
+}
+
 class DateReader {
   public:
     DateReader(QStringView text, const DateForm& form) : m_pieces(split(text)), m_form(form) {}
@@ -114,21 +123,21 @@ class DateReader {
     bool readMarkedDate() {
         const QString mark = m_pieces[m_at + 1].text;
         if (!isDigits(2) || !peek(3) || peek(3)->text != mark || !isDigits(4)) return false;
-        const Piece& first = m_pieces[m_at];
-        const Piece& second = m_pieces[m_at + 2];
-        const Piece& third = m_pieces[m_at + 4];
-        const bool dayFirst = m_form.order == DateForm::DayFirst;
-        const bool yearFirst = m_form.order == DateForm::YearFirst || (first.text.size() == 4 && !dayFirst);
-        const Piece& year = yearFirst ? first : third;
-        const Piece& month = yearFirst || dayFirst ? second : first;
-        const Piece& day = yearFirst ? third : dayFirst ? first : second;
+        QString order = m_form.order;
+        // Four digits in front are the year, unless a style puts it elsewhere.
+        const bool fixed = m_form.yearDigits != 0 && order != QLatin1String("mdy");
+        if (m_pieces[m_at].text.size() == 4 && !fixed) order = u'y' + order.remove(u'y');
+        const auto piece = [&](char16_t part) { return m_pieces[m_at + 2 * size_t(order.indexOf(part))]; };
+        const Piece year = piece(u'y');
+        const Piece month = piece(u'm');
+        const Piece day = piece(u'd');
         if (month.text.size() > 2 || day.text.size() > 2) return false;
         if (m_form.yearDigits != 0 && year.text.size() != m_form.yearDigits) return false;
         m_parts.month = month.number();
         m_parts.day = day.number();
         const bool known = takeYear(year);
         m_at += 5;
-        if (yearFirst && isWord(0, QLatin1String("T")) && !peek()->blankBefore) ++m_at;
+        if (order.startsWith(u'y') && isWord(0, QLatin1String("T")) && !peek()->blankBefore) ++m_at;
         return known;
     }
 
@@ -202,23 +211,21 @@ class DateReader {
 }  // namespace
 
 std::optional<DateForm> dateForm(int style) {
-    switch (style) {
-        case 20:
-        case 21:
-        case 120:
-        case 121:
-        case 126:
-            return DateForm{DateForm::YearFirst, 4};
-        default:
-            break;
-    }
+    if (style >= firstFormatStyle) return DateForm{.order = sessionOrders().value(style - firstFormatStyle)};
+    static const QList<int> longYearFirst{20, 21, 120, 121, 126};
+    if (longYearFirst.contains(style)) return DateForm{QStringLiteral("ymd"), 4};
     const int number = style % 100;
     if (style < 0 || style > 114 || number > 14) return std::nullopt;
     const int yearDigits = style < 100 ? 2 : 4;
-    if (number == 1 || number == 10) return DateForm{DateForm::MonthFirst, yearDigits};
-    if (number == 3 || number == 4 || number == 5) return DateForm{DateForm::DayFirst, yearDigits};
-    if (number == 2 || number == 11 || number == 12) return DateForm{DateForm::YearFirst, yearDigits};
+    if (number == 1 || number == 10) return DateForm{QStringLiteral("mdy"), yearDigits};
+    if (number == 3 || number == 4 || number == 5) return DateForm{QStringLiteral("dmy"), yearDigits};
+    if (number == 2 || number == 11 || number == 12) return DateForm{QStringLiteral("ymd"), yearDigits};
     return DateForm{};
+}
+
+std::optional<int> dateFormatStyle(const QString& format) {
+    const auto order = sessionOrders().indexOf(format.toLower());
+    return order < 0 ? std::nullopt : std::optional(firstFormatStyle + static_cast<int>(order));
 }
 
 DateParse parseDateTime(QStringView text, qint64* ticks, const DateForm& form) {

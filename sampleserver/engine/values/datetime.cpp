@@ -1,7 +1,5 @@
 #include "engine/values/datetime.h"
 
-#include "engine/values/convert.h"
-
 #include <QStringList>
 
 #include <array>
@@ -125,18 +123,21 @@ qint64 dateTimeTicks(const DateTimeParts& p) {
            p.ticks;
 }
 
-qint64 makeDateTime(int year, int month, int day, int hour, int minute, int second, int ticks) {
-    return dateTimeTicks({year, month, day, hour, minute, second, ticks});
+qint64 dateTimeTicks(const QDateTime& moment) {
+    const QDate date = moment.date();
+    const QTime time = moment.time();
+    return dateTimeTicks({date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second(),
+                          time.msec() * 3 / 10});
 }
 
 bool isDateTimeInRange(qint64 ticks) {
-    static const qint64 first = makeDateTime(1753, 1, 1, 0, 0, 0, 0);
-    static const qint64 end = makeDateTime(9999, 12, 31, 0, 0, 0, 0) + ticksPerDay;
+    static const qint64 first = dateTimeTicks({1753, 1, 1});
+    static const qint64 end = dateTimeTicks({9999, 12, 31}) + ticksPerDay;
     return ticks >= first && ticks < end;
 }
 
 bool isSmallDateTimeInRange(qint64 ticks) {
-    static const qint64 end = makeDateTime(2079, 6, 6, 0, 0, 0, 0) + ticksPerDay;
+    static const qint64 end = dateTimeTicks({2079, 6, 6}) + ticksPerDay;
     return ticks >= 0 && ticks < end;
 }
 

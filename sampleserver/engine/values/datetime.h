@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -27,6 +28,8 @@ constexpr qint64 ticksPerMinute = 60 * ticksPerSecond;
 constexpr qint64 ticksPerDay = qint64(24) * 60 * ticksPerMinute;
 
 DateTimeParts dateTimeParts(qint64 ticks);
+/// The moment of a clock, to a three-hundredth of a second.
+qint64 dateTimeTicks(const QDateTime& moment);
 qint64 dateTimeTicks(const DateTimeParts& parts);
 
 /// True for 1753-01-01 to 9999-12-31.
@@ -39,12 +42,15 @@ enum class DateParse { Done, Malformed, OutOfRange };
 
 /// How a text writes a date in numbers.
 struct DateForm {
-    enum Order { MonthFirst, DayFirst, YearFirst } order = MonthFirst;
+    QString order = QStringLiteral("mdy");
     int yearDigits = 0;  ///< 2 or 4; 0 for both
 };
 
-/// The form that a style of CONVERT asks for, the styles of formatDateTime(); nothing for others.
+/// The form that a style of CONVERT or of dateFormatStyle() asks for; nothing for others.
 std::optional<DateForm> dateForm(int style);
+
+/// The style that reads dates by a format of SET DATEFORMAT, "dmy"; nothing for others.
+std::optional<int> dateFormatStyle(const QString& format);
 
 /// Reads a date, a time or both as SQL Server does with language us_english: "2001-02-03", "20010203",
 /// "2/3/2001 4:05PM", "Feb 3 2001", "04:05:06.789", blanks around it; an empty text is 1900-01-01.

@@ -57,4 +57,10 @@ struct SqlType {
 ///    in wire order: the first three groups little-endian)
 using Value = std::variant<std::monostate, qint64, double, QString, QByteArray>;
 
+/// A value with the type that says what it is.
+struct TypedValue {
+    SqlType type;
+    Value value;
+};
+
 }  // namespace engine

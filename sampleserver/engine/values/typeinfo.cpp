@@ -30,21 +30,15 @@ const TypeFacts& factsOf(TypeId id) {
     return facts[static_cast<size_t>(id)];
 }
 
-QHash<QString, TypeId> typesByName() {
-    QHash<QString, TypeId> types;
+QHash<QString, SqlType> typesByName() {
+    QHash<QString, SqlType> types;
     for (size_t i = 0; i < facts.size(); ++i)
-        types.insert(QString::fromLatin1(facts[i].name), static_cast<TypeId>(i));
-    types.insert(QStringLiteral("integer"), TypeId::Int);
-    types.insert(QStringLiteral("dec"), TypeId::Decimal);
-    types.insert(QStringLiteral("character"), TypeId::Char);
-    types.insert(QStringLiteral("rowversion"), TypeId::Timestamp);
+        types.insert(QString::fromLatin1(facts[i].name), {.id = static_cast<TypeId>(i)});
+    types.insert(QStringLiteral("integer"), {.id = TypeId::Int});
+    types.insert(QStringLiteral("dec"), {.id = TypeId::Decimal});
+    types.insert(QStringLiteral("character"), {.id = TypeId::Char});
+    types.insert(QStringLiteral("sysname"), {.id = TypeId::NVarChar, .length = 128});
     return types;
-}
-
-bool measured(TypeId id, int length, SqlType* type) {
-    const int most = isNational(id) ? 4000 : 8000;
-    *type = SqlType{.id = id, .length = length < 0 ? 1 : length};
-    return type->length >= 1 && type->length <= most;
 }
 
 }  // namespace
@@ -135,7 +129,7 @@ int typeBytes(const SqlType& type) {
     return isNational(type.id) ? 2 * type.length : type.length;
 }
 
-bool laterType(const QString& name, bool longest, SqlType* type) {
+std::optional<SqlType> laterType(const QString& name, bool longest) {
     static const QHash<QString, SqlType> later{
         {QStringLiteral("bigint"), {.id = TypeId::Decimal, .precision = 19}},
         {QStringLiteral("date"), {.id = TypeId::DateTime}},
@@ -149,38 +143,13 @@ bool laterType(const QString& name, bool longest, SqlType* type) {
         {QStringLiteral("varbinary(max)"), {.id = TypeId::Image}},
     };
     const auto found = later.constFind(longest ? name.toLower() + QStringLiteral("(max)") : name.toLower());
-    if (found == later.constEnd()) return false;
-    *type = *found;
-    return true;
+    return found == later.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-bool resolveType(const QString& name, int length, int precision, int scale, SqlType* type) {
-    static const QHash<QString, TypeId> types = typesByName();
-    const QString key = name.toLower();
-    if (key == QLatin1String("sysname")) {
-        *type = SqlType{.id = TypeId::NVarChar, .length = 128};
-        return true;
-    }
-    const auto found = types.find(key);
-    if (found == types.end()) return false;
-    const TypeId id = *found;
-    *type = SqlType{.id = id};
-    if (isDecimal(id)) {
-        // A declaration writes the precision where a text type has its length.
-        const int digits = precision >= 0 ? precision : length;
-        type->precision = digits < 0 ? 18 : digits;
-        type->scale = scale < 0 ? 0 : scale;
-        return type->precision >= 1 && type->precision <= 38 && type->scale <= type->precision;
-    }
-    if (id == TypeId::Float) {
-        const int bits = precision >= 0 ? precision : length;
-        if (bits > 53 || bits == 0) return false;
-        if (bits > 0 && bits <= 24) type->id = TypeId::Real;
-        return true;
-    }
-    if (isLong(id) || id == TypeId::Timestamp) return true;
-    if (isText(id) || isBinary(id)) return measured(id, length, type);
-    return true;
+std::optional<SqlType> typeNamed(const QString& name) {
+    static const QHash<QString, SqlType> types = typesByName();
+    const auto found = types.constFind(name);
+    return found == types.constEnd() ? std::nullopt : std::optional(*found);
 }
 
 }  // namespace engine

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace engine {
 
 /// The server's name of a type, "numeric", "varchar".
@@ -35,10 +37,10 @@ int typeRank(TypeId id);
 int typeBytes(const SqlType& type);
 
 /// The nearest type there is to one that came with a later server, "bigint" or, when `longest`,
-/// "varchar(max)". False for any other.
-bool laterType(const QString& name, bool longest, SqlType* type);
+/// "varchar(max)".
+std::optional<SqlType> laterType(const QString& name, bool longest);
 
-/// Parses the text of a type as a declaration writes it; see convert.h.
-bool resolveType(const QString& name, int length, int precision, int scale, SqlType* type);
+/// The type of a name in lower case, without the measures that a declaration gives it.
+std::optional<SqlType> typeNamed(const QString& name);
 
 }  // namespace engine

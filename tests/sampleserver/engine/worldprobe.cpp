@@ -93,12 +93,14 @@ QStringList WorldProbe::rows(const QString& query, const QString& database) {
 }
 
 QStringList WorldProbe::call(const QString& procedure, const QStringList& arguments, const QString& user) {
-    ProcedureCall call{.name = procedure, .arguments = {}};
+    ProcedureRequest call{.name = procedure, .parameters = {}};
     for (const QString& argument : arguments) {
         // "@name=value" or a value alone
         const bool named = argument.startsWith(QLatin1Char('@'));
         const qsizetype equals = named ? argument.indexOf(QLatin1Char('=')) : -1;
-        call.arguments.emplace_back(named ? argument.left(equals) : QString(), argument.mid(equals + 1));
+        call.parameters.push_back({.name = named ? argument.left(equals) : QString(),
+                                   .type = {.id = TypeId::NVarChar, .length = 4000},
+                                   .value = argument.mid(equals + 1)});
     }
     Recorder recorder;
     try {

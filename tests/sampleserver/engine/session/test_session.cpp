@@ -153,7 +153,7 @@ void SessionTest::options() {
             "SET ANSI_NULLS, ANSI_PADDING ON SET IMPLICIT_TRANSACTIONS OFF SET LANGUAGE us_english "
             "SET DATEFORMAT mdy SET LOCK_TIMEOUT -1 SET TRANSACTION ISOLATION LEVEL READ COMMITTED "
             "SET NOCOUNT ON SELECT 1 SET NOCOUNT OFF SET FMTONLY ON SELECT id FROM customers "
-            "SET FMTONLY OFF SET DATEFORMAT dmy"),
+            "SET FMTONLY OFF SET DATEFIRST 1"),
         sink);
     QCOMPARE(sink.rows, QStringList{QStringLiteral("1")});
     QCOMPARE(sink.names, QStringList{QStringLiteral("id")});
@@ -171,6 +171,9 @@ void SessionTest::batchAfterFailure_data() {
     row("SELECT 1 DELETE customers SELECT 2", "3906", "1");
     row("IF @@TRANCOUNT > 0 ROLLBACK ELSE BEGIN SELECT 1 SELECT 2 END SELECT 3", "", "1;2;3");
     row("SET IMPLICIT_TRANSACTIONS ON COMMIT ROLLBACK SELECT @@TRANCOUNT", "", "0");
+    row("SET DATEFORMAT dmy SELECT MONTH('3/2/2001') + ISDATE('31/12/2001') SELECT MONTH('2001-02-03') "
+        "SET DATEFORMAT xyz",
+        "2741", "3;3");
     row("SELECT 1 / (id - 2) FROM customers WHERE id < 3 ORDER BY id", "8134", "-1");
 }
 

@@ -1,0 +1,35 @@
+#include "engine/session/evaluation.h"
+
+#include "engine/binding/binder.h"
+#include "engine/store/storage.h"
+
+namespace engine {
+
+TypedValue evaluate(const SessionFacts& facts, StoreConnection& store, const ast::Expr& expr) {
+    if (const auto* literal = std::get_if<ast::Literal>(&expr.node)) return {literal->type, literal->value};
+    Emission emission;
+    const Bound bound = Binder(facts, emission).constantExpression(expr);
+    if (bound.literal) return {bound.type, *bound.literal};
+    const StatementPtr prepared = store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
+    TypedValue result{bound.type, {}};
+    if (store.step(prepared.get())) result.value = readStored(prepared.get(), 0, bound.type);
+    return result;
+}
+
+std::vector<std::vector<TypedValue>> evaluateRows(const SessionFacts& facts, StoreConnection& store,
+                                                  const ast::Query& query) {
+    Emission emission;
+    const BoundQuery bound = Binder(facts, emission).query(query, -1);
+    const StatementPtr prepared = store.prepare(bound.sql, emission);
+    std::vector<std::vector<TypedValue>> rows;
+    while (store.step(prepared.get())) {
+        std::vector<TypedValue>& row = rows.emplace_back();
+        for (const OutputColumn& column : bound.columns) {
+            const auto position = static_cast<int>(row.size());
+            row.push_back({column.type, readStored(prepared.get(), position, column.type)});
+        }
+    }
+    return rows;
+}
+
+}  // namespace engine
