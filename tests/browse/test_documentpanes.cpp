@@ -41,8 +41,6 @@ class TestDocumentPanes : public QObject {
   private Q_SLOTS:
     void arrangesPanes_data();
     void arrangesPanes();
-    void keepsPartsApart_data();
-    void keepsPartsApart();
     void limitsSplitters_data();
     void limitsSplitters();
     void centresSplittersOnResize();
@@ -92,26 +90,16 @@ void TestDocumentPanes::arrangesPanes() {
     QCOMPARE(title.height(), titleHeight);
     QCOMPARE(data.y(), below(title));
     QCOMPARE(below(data), size.height());
-}
 
-void TestDocumentPanes::keepsPartsApart_data() {
-    arrangesPanes_data();
-}
-
-void TestDocumentPanes::keepsPartsApart() {
-    QFETCH(int, layout);
-    QFETCH(QSize, size);
-    const Window window(static_cast<qint16>(layout), size);
     std::vector<QWidget*> parts;
     for (const char* name : {"lblTitle0", "lblTitle1", "lblTitle2", "tvDB", "lvTblDef", "lvTblData"})
         parts.push_back(window.part(name));
     // The splitters' handles are left where the user can reach them, or at an edge.
     for (const int x : {0, size.width() / 3, size.width()}) {
         for (const int y : {0, size.height() / 3, size.height()}) {
-            int across = toTwips(x);
-            int down = toTwips(y);
-            window.document->panes().SizeControls(across);
-            window.document->panes().SizeControls2(down);
+            QPoint wanted(toTwips(x), toTwips(y));
+            window.document->panes().SizeControls(wanted.rx());
+            window.document->panes().SizeControls2(wanted.ry());
             for (const QWidget* one : parts) {
                 const QRect place(one->mapTo(window.document.get(), QPoint()), one->size());
                 QVERIFY2(QRect({}, size).contains(place), qUtf8Printable(one->objectName()));

@@ -38,8 +38,8 @@ class FrmMainLifeTest : public QObject {
     void placeThatNobodyCouldReach_data();
     void placeThatNobodyCouldReach();
     void badNumberLeavesTheSettingsAlone();
-    void splashGoesAndLeavesTheFrame();
-    void splashDoesNotBringAClosedFrameBack();
+    void splashLeavesTheFrameAsItIs_data();
+    void splashLeavesTheFrameAsItIs();
     void documentsCloseInAnyOrder_data();
     void documentsCloseInAnyOrder();
     void closingWhileTheDialogIsOpen();
@@ -80,7 +80,6 @@ void FrmMainLifeTest::settingsAreTakenOver() {
 
 void FrmMainLifeTest::closingStores_data() {
     const testsupport::Table<Qt::WindowState, bool> row("windowState", "placeStored");
-
     row("normal", Qt::WindowNoState, true);
     row("minimised", Qt::WindowMinimized, false);
     row("maximised", Qt::WindowMaximized, true);
@@ -89,7 +88,6 @@ void FrmMainLifeTest::closingStores_data() {
 void FrmMainLifeTest::closingStores() {
     QFETCH(Qt::WindowState, windowState);
     QFETCH(bool, placeStored);
-
     FrameFixture fixture;
     fixture.start();
     fixture.frame.resize(700, 500);
@@ -157,30 +155,30 @@ void FrmMainLifeTest::badNumberLeavesTheSettingsAlone() {
     QVERIFY(fixture.frame.findChild<tw::frmFlash*>() == nullptr);
 }
 
-void FrmMainLifeTest::splashGoesAndLeavesTheFrame() {
+void FrmMainLifeTest::splashLeavesTheFrameAsItIs_data() {
+    const testsupport::Table<bool> row("closed");
+    row("shown", false);
+    row("closed already", true);
+}
+
+void FrmMainLifeTest::splashLeavesTheFrameAsItIs() {
+    QFETCH(bool, closed);
     FrameFixture fixture;
     fixture.start();
     QTRY_VERIFY(fixture.frame.findChild<tw::frmFlash*>() != nullptr);
     const QPointer<tw::frmFlash> flash = fixture.frame.findChild<tw::frmFlash*>();
     QVERIFY(flash->isVisible());
     QCOMPARE(flash->cursor().shape(), Qt::WaitCursor);
-    QTRY_VERIFY(flash.isNull());
-    QVERIFY(fixture.frame.isVisible());
-}
-
-void FrmMainLifeTest::splashDoesNotBringAClosedFrameBack() {
-    FrameFixture fixture;
-    fixture.start();
-    QTRY_VERIFY(fixture.frame.findChild<tw::frmFlash*>() != nullptr);
-    const QPointer<tw::frmFlash> flash = fixture.frame.findChild<tw::frmFlash*>();
-    fixture.frame.close();
-    flash->close();
-    QVERIFY(!fixture.frame.isVisible());
+    if (closed) {
+        fixture.frame.close();
+        flash->close();
+    }
+    QTRY_VERIFY(flash.isNull() || closed);
+    QCOMPARE(fixture.frame.isVisible(), !closed);
 }
 
 void FrmMainLifeTest::documentsCloseInAnyOrder_data() {
     const testsupport::Table<QList<int>> row("closedFirst");
-
     row("frame alone", {});
     row("oldest first", {0, 1, 2});
     row("newest first", {2, 1, 0});
@@ -189,7 +187,6 @@ void FrmMainLifeTest::documentsCloseInAnyOrder_data() {
 
 void FrmMainLifeTest::documentsCloseInAnyOrder() {
     QFETCH(QList<int>, closedFirst);
-
     FrameFixture fixture;
     fixture.start();
     QList<QPointer<QMdiSubWindow>> windows;

@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabBar>
@@ -71,7 +70,6 @@ class FrmOptionTest : public QObject {
     void loads_data();
     void loads();
     void tabsChooseFrame();
-    void showsWholeTexts();
     void takesNumbers_data();
     void takesNumbers();
     void judgesWhatIsTyped();
@@ -123,19 +121,6 @@ void FrmOptionTest::tabsChooseFrame() {
         QVERIFY(frames[0]->isVisible());
         QTest::keyClick(it.dialog->focusWidget(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
         QVERIFY(frames[1]->isVisible());
-    }
-}
-
-void FrmOptionTest::showsWholeTexts() {
-    const Dialog it;
-    for (const int tab : {0, 1}) {
-        it.clickTab(tab);
-        for (const QLabel* label : it.dialog->findChildren<QLabel*>()) {
-            if (!label->isVisible()) continue;
-            const int needed =
-                label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
-            QVERIFY2(label->height() >= needed, qUtf8Printable(label->objectName()));
-        }
     }
 }
 

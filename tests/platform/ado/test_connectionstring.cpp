@@ -1,8 +1,10 @@
 #include "platform/ado/connectionstring.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using namespace ado;
+using testsupport::Table;
 
 class ConnectionStringTest : public QObject {
     Q_OBJECT
@@ -17,21 +19,17 @@ class ConnectionStringTest : public QObject {
 };
 
 void ConnectionStringTest::items_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("server");  // null: no such item
-    const auto row = [](const char* name, const char* text, const QString& server) {
-        QTest::newRow(name) << QString::fromUtf8(text) << server;
-    };
-    row("plain", "driver={SQL Server};server=A;uid=b", QStringLiteral("A"));
-    row("keyword's case", "SERVER=A", QStringLiteral("A"));
-    row("blanks", "; server = A\\B,1 ;uid=b", QStringLiteral("A\\B,1"));
-    row("braces", "server={A;B}", QStringLiteral("A;B"));
-    row("braces doubled", "server={A}}B};uid=c", QStringLiteral("A}B"));
-    row("braces never closed", "server={A;uid=b", QStringLiteral("A;uid=b"));
-    row("inside braces", "pwd={x;server=B};server=A", QStringLiteral("A"));
-    row("inside a value", "pwd=server=B;server=A", QStringLiteral("A"));
-    row("first counts", "server=A;server=B", QStringLiteral("A"));
-    row("empty", "server=;uid=b", QStringLiteral(""));
+    const Table<QString, QString> row("text", "server");  // null: no such item
+    row("plain", "driver={SQL Server};server=A;uid=b", "A");
+    row("keyword's case", "SERVER=A", "A");
+    row("blanks", "; server = A\\B,1 ;uid=b", "A\\B,1");
+    row("braces", "server={A;B}", "A;B");
+    row("braces doubled", "server={A}}B};uid=c", "A}B");
+    row("braces never closed", "server={A;uid=b", "A;uid=b");
+    row("inside braces", "pwd={x;server=B};server=A", "A");
+    row("inside a value", "pwd=server=B;server=A", "A");
+    row("first counts", "server=A;server=B", "A");
+    row("empty", "server=;uid=b", "");
     row("nothing behind the keyword", "server;uid=b", QString());
     row("none", "DSN=X;;Database=pubs", QString());
     row("other keyword", "xserver=A", QString());
@@ -47,16 +45,11 @@ void ConnectionStringTest::items() {
 }
 
 void ConnectionStringTest::hardToRead_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("taken");  // null: none
-    const auto row = [](const char* name, const char* text, const char* left, const QString& taken = {}) {
-        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(left) << taken;
-    };
-    row("a closing brace", "uid=a;DATABASE={a}};b}", "uid=a;", QStringLiteral("a};b"));
-    row("twice", "database={a}}};x=1;Database={b}};}", ";x=1;", QStringLiteral("b};"));
-    row("easy to read", "Database={a;b};database=a}b", "Database={a;b};database=a}b");
-    row("another item", "pwd={a}};b}", "pwd={a}};b}");
+    const Table<QString, QString, QString> row("text", "left", "taken");  // null: none
+    row("a closing brace", "uid=a;DATABASE={a}};b}", "uid=a;", "a};b");
+    row("twice", "database={a}}};x=1;Database={b}};}", ";x=1;", "b};");
+    row("easy to read", "Database={a;b};database=a}b", "Database={a;b};database=a}b", {});
+    row("another item", "pwd={a}};b}", "pwd={a}};b}", {});
 }
 
 void ConnectionStringTest::hardToRead() {
@@ -68,13 +61,7 @@ void ConnectionStringTest::hardToRead() {
 }
 
 void ConnectionStringTest::setItems_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("result");
-    const auto row = [](const char* name, const char* text, const char* value, const char* result) {
-        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(value)
-                            << QString::fromUtf8(result);
-    };
+    const Table<QString, QString, QString> row("text", "value", "result");
     row("replaced in its place", "a=1;Pwd=old;b=2", "new", "a=1;Pwd=new;b=2");
     row("put behind", "a=1", "new", "a=1;PWD=new");
     row("put behind a semicolon", "a=1;", "new", "a=1;PWD=new");

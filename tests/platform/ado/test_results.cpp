@@ -173,12 +173,11 @@ void ResultsTest::aStatementTimesOut() {
 }
 
 void ResultsTest::badServersMissTheDeadline_data() {
-    QTest::addColumn<Manner>("manner");
-    QTest::addColumn<bool>("amongRows");
-    QTest::newRow("silent, to a cancel too") << Manner::Silent << false;
-    QTest::newRow("a byte now and then") << Manner::Dripping << false;
-    QTest::newRow("a message without an end") << Manner::Endless << false;
-    QTest::newRow("a byte now and then among the rows") << Manner::Dripping << true;
+    const testsupport::Table<Manner, bool> row("manner", "amongRows");
+    row("silent, to a cancel too", Manner::Silent, false);
+    row("a byte now and then", Manner::Dripping, false);
+    row("a message without an end", Manner::Endless, false);
+    row("a byte now and then among the rows", Manner::Dripping, true);
 }
 
 /// The threads of this process, but for those of the C library and of Qt.

@@ -1,6 +1,7 @@
 #include "platform/desktop/settingslock.h"
 #include "platform/desktop/settingsstore.h"
 #include "platform/runtimeerror.h"
+#include "support/table.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -17,13 +18,23 @@
 #endif
 
 using desktop::SettingsStore;
+using testsupport::Table;
 
 namespace {
 
 const QString Application = QStringLiteral("App");
 const QString Section = QStringLiteral("Settings");
+const QString Key = QStringLiteral("A %1");
 /// What is in the folder of settings that were written.
 const QStringList Files = {QStringLiteral("settings.json"), QStringLiteral("settings.json.lock")};
+
+QString read(const SettingsStore& store, const QString& missing = {}) {
+    return store.GetSetting(Application, Section, Key, missing);
+}
+
+void save(SettingsStore& store, const QString& text) {
+    store.SaveSetting(Application, Section, Key, text);
+}
 
 // The number of the failure that an action ends with, 0 for none; its description goes to `description`.
 int numberOf(const std::function<void()>& action, QString* description = nullptr) {
@@ -91,33 +102,32 @@ void SettingsStoreTest::init() {
 }
 
 void SettingsStoreTest::keepsTexts_data() {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("blanks around") << QStringLiteral("  a b \t");
-    QTest::newRow("lines") << QStringLiteral("one\r\ntwo\nthree\r");
-    QTest::newRow("quotes and backslashes") << QStringLiteral("\"'\\\\server\\x%1\"");
-    QTest::newRow("outside the basic plane") << QStringLiteral("Łódź \U0001F600 \u2028");
-    QTest::newRow("half a pair") << QStringLiteral("a").append(QChar(0xdc00));
-    QTest::newRow("null character") << QStringLiteral("a").append(QChar(0)).append(u'b');
+    const Table<QString> row("text");
+    row("empty", QString());
+    row("blanks around", "  a b \t");
+    row("lines", "one\r\ntwo\nthree\r");
+    row("quotes and backslashes", "\"'\\\\server\\x%1\"");
+    row("outside the basic plane", QStringLiteral("Łódź \U0001F600 \u2028"));
+    row("half a pair", QStringLiteral("a").append(QChar(0xdc00)));
+    row("null character", QStringLiteral("a").append(QChar(0)).append(u'b'));
 }
 
 void SettingsStoreTest::keepsTexts() {
     QFETCH(QString, text);
-    SettingsStore(path()).SaveSetting(Application, Section, QStringLiteral("Key %1"), text);
-    const SettingsStore again(path());
-    QCOMPARE(again.GetSetting(Application, Section, QStringLiteral("Key %1"), QStringLiteral("missing")),
-             text);
+    SettingsStore store(path());
+    save(store, text);
+    QCOMPARE(read(SettingsStore(path()), QStringLiteral("missing")), text);
 }
 
 void SettingsStoreTest::defaults() {
     SettingsStore store(path());
     const QString missing = QStringLiteral("50");
-    QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("A"), missing), missing);
+    QCOMPARE(read(store, missing), missing);
     QVERIFY(!QFileInfo::exists(path()));
-    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    save(store, QStringLiteral("1"));
     QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("B"), missing), missing);
-    QCOMPARE(store.GetSetting(Application, QStringLiteral("Other"), QStringLiteral("A"), missing), missing);
-    QCOMPARE(store.GetSetting(QStringLiteral("Other"), Section, QStringLiteral("A"), missing), missing);
+    QCOMPARE(store.GetSetting(Application, QStringLiteral("Other"), Key, missing), missing);
+    QCOMPARE(store.GetSetting(QStringLiteral("Other"), Section, Key, missing), missing);
 }
 
 void SettingsStoreTest::processesKeepEachOthersKeys() {
@@ -160,10 +170,7 @@ void SettingsStoreTest::processesKeepEachOthersKeys() {
 void SettingsStoreTest::killedWritersLeaveNothing() {
 #ifdef Q_OS_UNIX
     SettingsStore store(path());
-    const auto save = [&] {
-        store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
-    };
-    save();
+    save(store, QStringLiteral("1"));
     const QString unfinished = path() + QStringLiteral(".new-AbCdEf");
     const QString others = path() + QStringLiteral(".backup");
     for (const QString& file : {path() + QStringLiteral(".lock"), unfinished, others})
@@ -173,7 +180,7 @@ void SettingsStoreTest::killedWritersLeaveNothing() {
         inChild([&] { return numberOf([&] { store.tidy(); }); });
         QVERIFY(QFileInfo::exists(unfinished));
     }
-    QCOMPARE(numberOf(save), 0);
+    QCOMPARE(numberOf([&] { save(store, QStringLiteral("2")); }), 0);
     store.tidy();
     QVERIFY(!QFileInfo::exists(unfinished));
     QVERIFY(QFileInfo::exists(others));
@@ -186,7 +193,7 @@ void SettingsStoreTest::onlyItsUserReadsIt() {
 #ifdef Q_OS_UNIX
     const mode_t before = umask(0);
     SettingsStore store(path());
-    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("1"));
+    save(store, QStringLiteral("1"));
     umask(before);
     const auto modeOf = [](const QString& name) {
         struct stat status {};
@@ -195,11 +202,8 @@ void SettingsStoreTest::onlyItsUserReadsIt() {
     QCOMPARE(modeOf(path()), 0600u);
     QCOMPARE(modeOf(QFileInfo(path()).path()), 0700u);
 
-    const auto save = [&](const QString& text) {
-        store.SaveSetting(Application, Section, QStringLiteral("A"), text);
-    };
-    const std::function<void()> roads[] = {[&] { save(QStringLiteral("2")); },
-                                           [&] { save(QStringLiteral("2")); }, [&] { store.tidy(); }};
+    const std::function<void()> change = [&] { save(store, QStringLiteral("2")); };
+    const std::function<void()> roads[] = {change, change, [&] { store.tidy(); }};
     for (const auto& road : roads) {
         QCOMPARE(chmod(QFile::encodeName(path()).constData(), 0644), 0);
         road();
@@ -211,18 +215,14 @@ void SettingsStoreTest::onlyItsUserReadsIt() {
 }
 
 void SettingsStoreTest::onlyAFileIsRead_data() {
-    QTest::addColumn<std::function<bool(const QString&)>>("make");
-    QTest::addColumn<int>("number");
-    using Make = std::function<bool(const QString&)>;
-    QTest::newRow("folder") << Make([](const QString& path) { return QDir().mkdir(path); }) << 75;
+    const Table<int, std::function<bool(const QString&)>> row("number", "make");
+    row("folder", 75, [](const QString& path) { return QDir().mkdir(path); });
 #ifdef Q_OS_UNIX
-    QTest::newRow("pipe") << Make([](const QString& path) {
-        return mkfifo(QFile::encodeName(path), 0644) == 0;
-    }) << 75;
-    QTest::newRow("link to a file") << Make([](const QString& path) {
+    row("pipe", 75, [](const QString& path) { return mkfifo(QFile::encodeName(path), 0644) == 0; });
+    row("link to a file", 0, [](const QString& path) {
         writeContent(path + u'2', "{}");
         return QFile::link(path + u'2', path);
-    }) << 0;
+    });
 #endif
 }
 
@@ -235,21 +235,20 @@ void SettingsStoreTest::onlyAFileIsRead() {
     const auto permissions = QFile::permissions(file);
     store.tidy();
     if (!link) QCOMPARE(QFile::permissions(file), permissions);
-    QTEST(numberOf([&] { store.GetSetting(Application, Section, QStringLiteral("A")); }), "number");
-    QTEST(numberOf([&] { store.SaveSetting(Application, Section, QStringLiteral("A"), QString()); }),
-          "number");
+    QTEST(numberOf([&] { read(store); }), "number");
+    QTEST(numberOf([&] { save(store, QString()); }), "number");
     QCOMPARE(QFileInfo(file).isSymLink(), link);
 }
 
 void SettingsStoreTest::damagedFileStaysAsItIs_data() {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("cut off") << QByteArray("{\"App\": {\"Settings\": {\"A\": \"1\"");
-    QTest::newRow("a list") << QByteArray("[1, 2]");
-    QTest::newRow("application is no object") << QByteArray("{\"App\": 1}");
-    QTest::newRow("section is no object") << QByteArray("{\"App\": {\"Settings\": []}}");
-    QTest::newRow("value is no text") << QByteArray("{\"App\": {\"Settings\": {\"A\": 1}}}");
-    QTest::newRow("bytes") << QByteArray("\x7f\x45\x4c\x46\x00\xff", 6);
+    const Table<QByteArray> row("content");
+    row("empty", QByteArray());
+    row("cut off", QByteArray("{\"App\": {\"Settings\": {\"A\": \"1\""));
+    row("a list", QByteArray("[1, 2]"));
+    row("application is no object", QByteArray("{\"App\": 1}"));
+    row("section is no object", QByteArray("{\"App\": {\"Settings\": []}}"));
+    row("value is no text", QByteArray("{\"App\": {\"Settings\": {\"A %1\": 1}}}"));
+    row("bytes", QByteArray("\x7f\x45\x4c\x46\x00\xff", 6));
 }
 
 void SettingsStoreTest::damagedFileStaysAsItIs() {
@@ -258,21 +257,19 @@ void SettingsStoreTest::damagedFileStaysAsItIs() {
     writeContent(file, content);
     SettingsStore store(file);
     QString description;
-    QCOMPARE(numberOf([&] { store.GetSetting(Application, Section, QStringLiteral("A")); }, &description),
-             75);
+    QCOMPARE(numberOf([&] { read(store); }, &description), 75);
     QVERIFY2(description.contains(file) && description.contains(QStringLiteral("move it away")),
              qPrintable(description));
-    QCOMPARE(numberOf([&] { store.SaveSetting(Application, Section, QStringLiteral("A"), QString()); }), 75);
+    QCOMPARE(numberOf([&] { save(store, QString()); }), 75);
     QCOMPARE(contentOf(file), content);
 }
 
 void SettingsStoreTest::fullDiskKeepsOldValues_data() {
-    QTest::addColumn<int>("bytesFree");
-    QTest::addColumn<int>("length");
-    QTest::newRow("no room for the lock") << 0 << 2000;
-    QTest::newRow("room for a part of the lock") << 5 << 2000;
-    QTest::newRow("room for a part of a short text") << 1000 << 2000;
-    QTest::newRow("room for a part of a long text") << 5000 << 20000;
+    const Table<int, int> row("bytesFree", "length");
+    row("no room for the lock", 0, 2000);
+    row("room for a part of the lock", 5, 2000);
+    row("room for a part of a short text", 1000, 2000);
+    row("room for a part of a long text", 5000, 20000);
 }
 
 void SettingsStoreTest::fullDiskKeepsOldValues() {
@@ -280,21 +277,19 @@ void SettingsStoreTest::fullDiskKeepsOldValues() {
     QFETCH(int, bytesFree);
     QFETCH(int, length);
     SettingsStore store(path());
-    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("old"));
+    save(store, QStringLiteral("old"));
     const QByteArray before = contentOf(path());
-    const auto save = [&] {
-        store.SaveSetting(Application, Section, QStringLiteral("A"), QString(length, u'x'));
-    };
+    const auto change = [&] { save(store, QString(length, u'x')); };
     const int number = inChild([&] {
         const rlimit fileSize{rlim_t(bytesFree), rlim_t(bytesFree)};
         std::signal(SIGXFSZ, SIG_IGN);
-        return setrlimit(RLIMIT_FSIZE, &fileSize) == 0 ? numberOf(save) : -1;
+        return setrlimit(RLIMIT_FSIZE, &fileSize) == 0 ? numberOf(change) : -1;
     });
     QCOMPARE(number, 61);
     QCOMPARE(contentOf(path()), before);
     QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files), Files);
-    save();
-    QCOMPARE(store.GetSetting(Application, Section, QStringLiteral("A")), QString(length, u'x'));
+    change();
+    QCOMPARE(read(store), QString(length, u'x'));
 #else
     QSKIP("needs a limit of file sizes");
 #endif
@@ -303,7 +298,7 @@ void SettingsStoreTest::fullDiskKeepsOldValues() {
 void SettingsStoreTest::noPermission() {
 #ifdef Q_OS_UNIX
     SettingsStore store(path());
-    store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("old"));
+    save(store, QStringLiteral("old"));
     const QByteArray before = contentOf(path());
     QCOMPARE(chmod(QFile::encodeName(m_folder->path()).constData(), 0755), 0);
     const QByteArray folder = QFile::encodeName(QFileInfo(path()).path());
@@ -313,16 +308,13 @@ void SettingsStoreTest::noPermission() {
             return numberOf(action);
         });
     };
-    const auto save = [&] {
-        store.SaveSetting(Application, Section, QStringLiteral("A"), QStringLiteral("new"));
-    };
-    const auto read = [&] { store.GetSetting(Application, Section, QStringLiteral("A")); };
-
+    const auto change = [&] { save(store, QStringLiteral("new")); };
+    const auto look = [&] { read(store); };
     QCOMPARE(chmod(folder.constData(), 0555), 0);
-    QCOMPARE(asNobody(save), 70);
+    QCOMPARE(asNobody(change), 70);
     QCOMPARE(chmod(folder.constData(), 0000), 0);
-    QCOMPARE(asNobody(read), 75);
-    QCOMPARE(asNobody(save), 70);
+    QCOMPARE(asNobody(look), 75);
+    QCOMPARE(asNobody(change), 70);
     QCOMPARE(chmod(folder.constData(), 0700), 0);
     QCOMPARE(contentOf(path()), before);
 #else
@@ -335,14 +327,12 @@ void SettingsStoreTest::folderThatCannotBeMade() {
     writeContent(file, "x");
     SettingsStore below(file + QStringLiteral("/settings.json"));
     QString description;
-    QCOMPARE(numberOf([&] { below.SaveSetting(Application, Section, QStringLiteral("A"), QString()); },
-                      &description),
-             75);
+    QCOMPARE(numberOf([&] { save(below, QString()); }, &description), 75);
     QVERIFY2(description.contains(QDir::toNativeSeparators(file)), qPrintable(description));
     QCOMPARE(contentOf(file), QByteArray("x"));
 
     SettingsStore folder(m_folder->path());
-    QCOMPARE(numberOf([&] { folder.GetSetting(Application, Section, QStringLiteral("A")); }), 75);
+    QCOMPARE(numberOf([&] { read(folder); }), 75);
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)

@@ -2,6 +2,7 @@
 #include "platform/desktop/messagebox.h"
 #include "platform/desktop/msgbox.h"
 #include "platform/desktop/widgetboxes.h"
+#include "support/table.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -47,20 +48,17 @@ class WidgetBoxesTest : public QObject {
 };
 
 void WidgetBoxesTest::buttons_data() {
-    QTest::addColumn<MsgBoxButtons>("kind");
-    QTest::addColumn<MsgBoxResult>("defaultButton");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<MsgBoxResult>("result");
+    const testsupport::Table<MsgBoxButtons, MsgBoxResult, int, MsgBoxResult> row("kind", "defaultButton",
+                                                                                 "key", "result");
     const auto ok = MsgBoxResult::Ok;
     const auto cancel = MsgBoxResult::Cancel;
-    QTest::newRow("OK, Enter") << MsgBoxButtons::Ok << ok << int(Qt::Key_Return) << ok;
-    QTest::newRow("OK, Escape") << MsgBoxButtons::Ok << ok << int(Qt::Key_Escape) << ok;
-    QTest::newRow("OK, closed") << MsgBoxButtons::Ok << ok << 0 << ok;
-    QTest::newRow("both, Enter") << MsgBoxButtons::OkCancel << ok << int(Qt::Key_Return) << ok;
-    QTest::newRow("both, Enter on Cancel")
-        << MsgBoxButtons::OkCancel << cancel << int(Qt::Key_Return) << cancel;
-    QTest::newRow("both, Escape") << MsgBoxButtons::OkCancel << ok << int(Qt::Key_Escape) << cancel;
-    QTest::newRow("both, closed") << MsgBoxButtons::OkCancel << ok << 0 << cancel;
+    row("OK, Enter", MsgBoxButtons::Ok, ok, Qt::Key_Return, ok);
+    row("OK, Escape", MsgBoxButtons::Ok, ok, Qt::Key_Escape, ok);
+    row("OK, closed", MsgBoxButtons::Ok, ok, 0, ok);
+    row("both, Enter", MsgBoxButtons::OkCancel, ok, Qt::Key_Return, ok);
+    row("both, Enter on Cancel", MsgBoxButtons::OkCancel, cancel, Qt::Key_Return, cancel);
+    row("both, Escape", MsgBoxButtons::OkCancel, ok, Qt::Key_Escape, cancel);
+    row("both, closed", MsgBoxButtons::OkCancel, ok, 0, cancel);
 }
 
 void WidgetBoxesTest::buttons() {
@@ -96,12 +94,11 @@ void WidgetBoxesTest::textToTheLetter() {
 }
 
 void WidgetBoxesTest::sizes_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("scrolls");
-    QTest::newRow("short") << QStringLiteral("Text") << false;
-    QTest::newRow("blanks and lines at the end") << QStringLiteral("Text  ") + QString(500, u'\n') << false;
-    QTest::newRow("many lines") << QStringLiteral("line\r\n").repeated(10'000) + u'!' << true;
-    QTest::newRow("one line") << QString(1'000'000, u'W') << true;
+    const testsupport::Table<QString, bool> row("text", "scrolls");
+    row("short", QStringLiteral("Text"), false);
+    row("blanks and lines at the end", QStringLiteral("Text  ") + QString(500, u'\n'), false);
+    row("many lines", QStringLiteral("line\r\n").repeated(10'000) + u'!', true);
+    row("one line", QString(1'000'000, u'W'), true);
 }
 
 /// Whatever the text, the box and its button are on the screen, and the whole text is within reach.
