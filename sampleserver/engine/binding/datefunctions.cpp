@@ -9,8 +9,6 @@ namespace engine {
 
 namespace {
 
-const SqlType integerType{.id = TypeId::Int};
-
 Bound partArgument(const FunctionCall& c) {
     const auto part = datePartOf(c.datePart);
     if (!part) {
@@ -28,25 +26,25 @@ Bound moment(const FunctionCall& c, size_t i) {
 Bound add(const FunctionCall& c) {
     const Bound when = moment(c, 1);
     const Bound number = explicitly(c.arguments[0], integerType, 0, c.emission);
-    return c.call("ts_dateadd", when.type, {partArgument(c), number, when});
+    return c.call(when.type, {partArgument(c), number, when});
 }
 
 Bound difference(const FunctionCall& c) {
-    return c.call("ts_datediff", integerType, {partArgument(c), moment(c, 0), moment(c, 1)});
+    return c.call(integerType, {partArgument(c), moment(c, 0), moment(c, 1)});
 }
 
 Bound part(const FunctionCall& c) {
-    return c.call("ts_datepart", integerType, {partArgument(c), moment(c, 0)});
+    return c.call(integerType, {partArgument(c), moment(c, 0)});
 }
 
 Bound name(const FunctionCall& c) {
-    return c.call("ts_datename", {.id = TypeId::NVarChar, .length = 30}, {partArgument(c), moment(c, 0)});
+    return c.call({.id = TypeId::NVarChar, .length = 30}, {partArgument(c), moment(c, 0)});
 }
 
 template <DatePart wanted>
 Bound fixedPart(const FunctionCall& c) {
     const Bound code = c.value(qint64(static_cast<int>(wanted)), integerType);
-    return c.call("ts_datepart", integerType, {code, moment(c, 0)});
+    return c.call(QStringLiteral("ts_datepart"), integerType, {code, moment(c, 0)});
 }
 
 // One moment for the whole of a statement.
@@ -60,7 +58,7 @@ Bound nowUtc(const FunctionCall& c) {
 
 Bound isDate(const FunctionCall& c) {
     const Bound style = c.value(qint64(c.emission.dateStyle), integerType);
-    return c.call("ts_isdate", integerType, {c.text(0), style}, false);
+    return c.call(integerType, {c.text(0), style}, false);
 }
 
 }  // namespace

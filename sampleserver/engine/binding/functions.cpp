@@ -1,6 +1,7 @@
 #include "engine/binding/functions.h"
 
 #include "engine/binding/coercion.h"
+#include "engine/store/storefunctions.h"
 #include "engine/values/sqlerror.h"
 #include "engine/values/typeinfo.h"
 
@@ -78,12 +79,12 @@ SqlType FunctionCall::textType(int length) const {
             .length = std::clamp(length, 1, national ? 4000 : 8000)};
 }
 
-Bound FunctionCall::call(const char* function, const SqlType& type, const std::vector<Bound>& parts,
+Bound FunctionCall::call(const QString& function, const SqlType& type, const std::vector<Bound>& parts,
                          bool nullable) const {
     Bound whole;
     whole.type = type;
     whole.nullable = nullable;
-    whole.sql = QString::fromLatin1(function) + u'(';
+    whole.sql = function + u'(';
     for (const Bound& part : parts) {
         if (&part != &parts.front()) whole.sql += QLatin1String(", ");
         whole.sql += part.sql;
@@ -91,6 +92,12 @@ Bound FunctionCall::call(const char* function, const SqlType& type, const std::v
     }
     whole.sql += u')';
     return whole;
+}
+
+Bound FunctionCall::packed(const SqlType& type) const {
+    Bound bound = value(qint64(0), integerType);
+    bound.sql = QString::number(packType(type));
+    return bound;
 }
 
 bool takesDatePart(const QString& function) {
@@ -110,7 +117,13 @@ Bound callFunction(const QString& name, const QString& datePart, std::vector<Bou
     const size_t dropped = takesDatePart(key) ? 1 : 0;
     checkCount(*entry, key, dropped, arguments.size());
     const FunctionCall call{key, datePart.toLower(), std::move(arguments), facts, emission};
-    return entry->bind(call);
+    if (entry->bind) return entry->bind(call);
+    std::vector<Bound> parts;
+    for (const char kind : QByteArrayView(entry->arguments)) {
+        const size_t i = parts.size();
+        parts.push_back(kind == 't' ? call.text(i) : kind == 'i' ? call.integer(i) : call.real(i));
+    }
+    return call.call(entry->result, parts);
 }
 
 }  // namespace engine

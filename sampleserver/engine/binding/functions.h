@@ -27,9 +27,14 @@ struct FunctionCall {
     int constant(size_t i, int otherwise) const;
     /// A text type of a length, national when one of the arguments is.
     SqlType textType(int length) const;
-    /// A call of SQLite function `function`.
-    Bound call(const char* function, const SqlType& type, const std::vector<Bound>& parts,
+    /// A call of SQLite function `function`, or of the one named after this function, "ts_len".
+    Bound call(const QString& function, const SqlType& type, const std::vector<Bound>& parts,
                bool nullable = true) const;
+    Bound call(const SqlType& type, const std::vector<Bound>& parts, bool nullable = true) const {
+        return call(QStringLiteral("ts_") + name, type, parts, nullable);
+    }
+    /// A type as the number by which SQLite functions know it.
+    Bound packed(const SqlType& type) const;
     /// A value known before the statement runs.
     Bound value(const Value& value, const SqlType& type) const {
         return boundConstant(value, type, emission);
@@ -38,11 +43,24 @@ struct FunctionCall {
 };
 
 struct FunctionEntry {
+    FunctionEntry(const char* function, size_t fewest, size_t greatest, Bound (*binds)(const FunctionCall&))
+        : name(function), least(fewest), most(greatest), bind(binds) {}
+    /// A function that is all the SQLite function of its name; a letter for each argument: (t)ext, (i)nteger,
+    /// (r)eal.
+    FunctionEntry(const char* function, const char* kinds, const SqlType& type)
+        : name(function), least(qstrlen(kinds)), most(least), arguments(kinds), result(type) {}
+
     const char* name;
     size_t least;  ///< number of arguments
     size_t most;
-    Bound (*bind)(const FunctionCall& call);
+    Bound (*bind)(const FunctionCall& call) = nullptr;
+    const char* arguments = nullptr;
+    SqlType result;
 };
+
+/// Types of results.
+constexpr SqlType integerType{.id = TypeId::Int};
+constexpr SqlType nameType{.id = TypeId::NVarChar, .length = 128};
 
 /// The rooms of built-in functions; each returns its table.
 const std::vector<FunctionEntry>& textFunctions();

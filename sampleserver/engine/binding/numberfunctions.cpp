@@ -1,18 +1,13 @@
 #include "engine/binding/arithmetic.h"
 #include "engine/binding/coercion.h"
 #include "engine/binding/functions.h"
-#include "engine/store/storefunctions.h"
 #include "engine/values/typeinfo.h"
 
 namespace engine {
 
 namespace {
 
-Bound packedType(const FunctionCall& c, const SqlType& type) {
-    Bound bound = c.value(qint64(0), {.id = TypeId::Int});
-    bound.sql = QString::number(packType(type));
-    return bound;
-}
+constexpr SqlType floatType{.id = TypeId::Float};
 
 /// The first argument as a number: a text is read as a float, a bit as an int.
 Bound number(const FunctionCall& c) {
@@ -23,49 +18,35 @@ Bound number(const FunctionCall& c) {
 }
 
 /// A function from a number to a number of its type.
-template <const char* function>
 Bound sameType(const FunctionCall& c) {
     const Bound argument = number(c);
-    Bound result = c.call(function, argument.type, {argument, packedType(c, argument.type)});
+    Bound result = c.call(argument.type, {argument, c.packed(argument.type)});
     if (isInteger(argument.type.id) || isMoney(argument.type.id))
         result.sql = checkedInteger(result.sql, argument.type);
     return result;
 }
 
 /// CEILING and FLOOR leave a decimal no digits behind the point.
-template <const char* function>
 Bound whole(const FunctionCall& c) {
     const Bound argument = number(c);
     SqlType type = argument.type;
     if (isDecimal(type.id)) type.scale = 0;
-    return c.call(function, type, {argument, packedType(c, argument.type), packedType(c, type)});
+    return c.call(type, {argument, c.packed(argument.type), c.packed(type)});
 }
-
-constexpr char absName[] = "ts_abs";
-constexpr char signName[] = "ts_sign";
-constexpr char floorName[] = "ts_floor";
-constexpr char ceilingName[] = "ts_ceiling";
 
 Bound round(const FunctionCall& c) {
     const Bound argument = number(c);
-    const Bound cut = c.count() > 2 ? c.integer(2) : c.value(qint64(0), {.id = TypeId::Int});
-    return c.call("ts_round", argument.type, {argument, packedType(c, argument.type), c.integer(1), cut});
+    const Bound cut = c.count() > 2 ? c.integer(2) : c.value(qint64(0), integerType);
+    return c.call(argument.type, {argument, c.packed(argument.type), c.integer(1), cut});
 }
 
 Bound power(const FunctionCall& c) {
     const Bound argument = number(c);
-    return c.call("ts_power", argument.type, {argument, packedType(c, argument.type), c.real(1)});
-}
-
-/// A function of one float; its SQLite name follows from its own.
-Bound ofFloat(const FunctionCall& c) {
-    Bound result = c.call("ts_math", {.id = TypeId::Float}, {c.real(0)});
-    result.sql = QStringLiteral("ts_%1(%2)").arg(c.name, c.real(0).sql);
-    return result;
+    return c.call(argument.type, {argument, c.packed(argument.type), c.real(1)});
 }
 
 Bound pi(const FunctionCall& c) {
-    return c.value(3.14159265358979323846, {.id = TypeId::Float});
+    return c.value(3.14159265358979323846, floatType);
 }
 
 Bound isNull(const FunctionCall& c) {
@@ -90,7 +71,7 @@ Bound coalesce(const FunctionCall& c) {
         parts.push_back(implicitly(argument, common.type, c.emission));
         nullable = nullable && parts.back().nullable;
     }
-    return c.call("coalesce", common.type, parts, nullable);
+    return c.call(c.name, common.type, parts, nullable);
 }
 
 Bound nullIf(const FunctionCall& c) {
@@ -108,34 +89,20 @@ Bound isNumeric(const FunctionCall& c) {
         return boundWhole(QStringLiteral("(%1 IS NOT NULL)").arg(c.arguments[0].sql), {.id = TypeId::Int},
                           {&c.arguments[0]});
     }
-    return c.call("ts_isnumeric", {.id = TypeId::Int}, {c.text(0)}, false);
+    return c.call(integerType, {c.text(0)}, false);
 }
 
 }  // namespace
 
 const std::vector<FunctionEntry>& numberFunctions() {
     static const std::vector<FunctionEntry> entries{
-        {"abs", 1, 1, sameType<absName>},
-        {"sign", 1, 1, sameType<signName>},
-        {"floor", 1, 1, whole<floorName>},
-        {"ceiling", 1, 1, whole<ceilingName>},
-        {"round", 2, 3, round},
-        {"power", 2, 2, power},
-        {"sqrt", 1, 1, ofFloat},
-        {"square", 1, 1, ofFloat},
-        {"exp", 1, 1, ofFloat},
-        {"log", 1, 1, ofFloat},
-        {"log10", 1, 1, ofFloat},
-        {"sin", 1, 1, ofFloat},
-        {"cos", 1, 1, ofFloat},
-        {"tan", 1, 1, ofFloat},
-        {"asin", 1, 1, ofFloat},
-        {"acos", 1, 1, ofFloat},
-        {"atan", 1, 1, ofFloat},
-        {"pi", 0, 0, pi},
-        {"isnull", 2, 2, isNull},
-        {"coalesce", 2, 1000, coalesce},
-        {"nullif", 2, 2, nullIf},
+        {"abs", 1, 1, sameType},        {"sign", 1, 1, sameType},        {"floor", 1, 1, whole},
+        {"ceiling", 1, 1, whole},       {"round", 2, 3, round},          {"power", 2, 2, power},
+        {"sqrt", "r", floatType},       {"square", "r", floatType},      {"exp", "r", floatType},
+        {"log", "r", floatType},        {"log10", "r", floatType},       {"sin", "r", floatType},
+        {"cos", "r", floatType},        {"tan", "r", floatType},         {"asin", "r", floatType},
+        {"acos", "r", floatType},       {"atan", "r", floatType},        {"pi", 0, 0, pi},
+        {"isnull", 2, 2, isNull},       {"coalesce", 2, 1000, coalesce}, {"nullif", 2, 2, nullIf},
         {"isnumeric", 1, 1, isNumeric},
     };
     return entries;

@@ -8,49 +8,24 @@ namespace engine {
 
 namespace {
 
-const SqlType integerType{.id = TypeId::Int};
-const SqlType nameType{.id = TypeId::NVarChar, .length = 128};
+constexpr SqlType smallType{.id = TypeId::SmallInt};
 
 Bound nameValue(const FunctionCall& c, const QString& name) {
     return c.value(name, nameType);
 }
 
 Bound objectId(const FunctionCall& c) {
-    return c.call("ts_object_id", integerType, {c.text(0), c.count() > 1 ? c.text(1) : nameValue(c, {})});
-}
-
-Bound objectProperty(const FunctionCall& c) {
-    return c.call("ts_objectproperty", integerType, {c.integer(0), c.text(1)});
-}
-
-Bound columnLength(const FunctionCall& c) {
-    return c.call("ts_col_length", {.id = TypeId::SmallInt}, {c.text(0), c.text(1)});
-}
-
-Bound userId(const FunctionCall& c) {
-    return c.call("ts_user_id", {.id = TypeId::SmallInt}, {c.text(0)});
-}
-
-Bound objectName(const FunctionCall& c) {
-    return c.call("ts_object_name", nameType, {c.integer(0)});
-}
-
-Bound columnName(const FunctionCall& c) {
-    return c.call("ts_col_name", nameType, {c.integer(0), c.integer(1)});
-}
-
-Bound indexColumn(const FunctionCall& c) {
-    return c.call("ts_index_col", nameType, {c.text(0), c.integer(1), c.integer(2)});
+    return c.call(integerType, {c.text(0), c.count() > 1 ? c.text(1) : nameValue(c, {})});
 }
 
 Bound databaseName(const FunctionCall& c) {
     if (c.count() == 0) return nameValue(c, c.facts.database->name);
-    return c.call("ts_db_name", nameType, {c.integer(0)});
+    return c.call(nameType, {c.integer(0)});
 }
 
 Bound databaseId(const FunctionCall& c) {
-    if (c.count() == 0) return c.value(qint64(c.facts.database->dbid), {.id = TypeId::SmallInt});
-    return c.call("ts_db_id", {.id = TypeId::SmallInt}, {c.text(0)});
+    if (c.count() == 0) return c.value(qint64(c.facts.database->dbid), smallType);
+    return c.call(smallType, {c.text(0)});
 }
 
 Bound userName(const FunctionCall& c) {
@@ -70,7 +45,7 @@ Bound applicationName(const FunctionCall& c) {
 }
 
 Bound newId(const FunctionCall& c) {
-    return c.call("ts_newid", {.id = TypeId::UniqueIdentifier}, {}, false);
+    return c.call(QStringLiteral("ts_newid"), {.id = TypeId::UniqueIdentifier}, {}, false);
 }
 
 QString versionText() {
@@ -86,16 +61,26 @@ QString versionText() {
 
 const std::vector<FunctionEntry>& systemFunctions() {
     static const std::vector<FunctionEntry> entries{
-        {"object_id", 1, 2, objectId},       {"object_name", 1, 1, objectName},
-        {"user_id", 1, 1, userId},           {"objectproperty", 2, 2, objectProperty},
-        {"col_length", 2, 2, columnLength},  {"newsequentialid", 0, 0, newId},
-        {"col_name", 2, 2, columnName},      {"index_col", 3, 3, indexColumn},
-        {"db_name", 0, 1, databaseName},     {"db_id", 0, 1, databaseId},
-        {"user_name", 0, 0, userName},       {"user", 0, 0, userName},
-        {"current_user", 0, 0, userName},    {"session_user", 0, 0, userName},
-        {"suser_sname", 0, 0, loginName},    {"suser_name", 0, 0, loginName},
-        {"system_user", 0, 0, loginName},    {"host_name", 0, 0, hostName},
-        {"app_name", 0, 0, applicationName}, {"newid", 0, 0, newId},
+        {"object_id", 1, 2, objectId},
+        {"object_name", "i", nameType},
+        {"objectproperty", "it", integerType},
+        {"col_name", "ii", nameType},
+        {"col_length", "tt", smallType},
+        {"index_col", "tii", nameType},
+        {"db_name", 0, 1, databaseName},
+        {"db_id", 0, 1, databaseId},
+        {"user_id", "t", smallType},
+        {"user_name", 0, 0, userName},
+        {"user", 0, 0, userName},
+        {"current_user", 0, 0, userName},
+        {"session_user", 0, 0, userName},
+        {"suser_sname", 0, 0, loginName},
+        {"suser_name", 0, 0, loginName},
+        {"system_user", 0, 0, loginName},
+        {"host_name", 0, 0, hostName},
+        {"app_name", 0, 0, applicationName},
+        {"newid", 0, 0, newId},
+        {"newsequentialid", 0, 0, newId},
     };
     return entries;
 }

@@ -1,54 +1,26 @@
 #include "engine/binding/coercion.h"
 #include "engine/binding/functions.h"
-#include "engine/store/storefunctions.h"
 #include "engine/values/typeinfo.h"
 
 namespace engine {
 
 namespace {
 
-const SqlType integerType{.id = TypeId::Int};
-
-Bound packedType(const FunctionCall& c, const SqlType& type) {
-    Bound bound = c.value(qint64(0), integerType);
-    bound.sql = QString::number(packType(type));
-    return bound;
-}
-
-/// A function from a text to an int.
-template <const char* function>
-Bound textToInt(const FunctionCall& c) {
-    return c.call(function, integerType, {c.text(0)});
-}
-
 /// A function from a text to a text no longer than it.
-template <const char* function>
 Bound textToText(const FunctionCall& c) {
     const Bound text = c.text(0);
-    return c.call(function, c.textType(text.type.length), {text});
+    return c.call(c.textType(text.type.length), {text});
 }
 
-constexpr char lenName[] = "ts_len";
-constexpr char asciiName[] = "ts_ascii";
-constexpr char unicodeName[] = "ts_unicode";
-constexpr char upperName[] = "ts_upper";
-constexpr char lowerName[] = "ts_lower";
-constexpr char ltrimName[] = "ts_ltrim";
-constexpr char rtrimName[] = "ts_rtrim";
-constexpr char reverseName[] = "ts_reverse";
-constexpr char leftName[] = "ts_left";
-constexpr char rightName[] = "ts_right";
-
-template <const char* function>
 Bound leftOrRight(const FunctionCall& c) {
     const Bound text = c.text(0);
     const int length = std::min(text.type.length, c.constant(1, text.type.length));
-    return c.call(function, c.textType(length), {text, c.integer(1)});
+    return c.call(c.textType(length), {text, c.integer(1)});
 }
 
 Bound dataLength(const FunctionCall& c) {
     const Bound& argument = c.arguments[0];
-    return c.call("ts_datalength", integerType, {argument, packedType(c, argument.type)});
+    return c.call(integerType, {argument, c.packed(argument.type)});
 }
 
 Bound substring(const FunctionCall& c) {
@@ -66,16 +38,16 @@ Bound charIndex(const FunctionCall& c) {
     const Bound start = c.count() > 2 ? c.integer(2) : c.value(qint64(1), integerType);
     // The text that is searched may be a long one.
     const Bound within = isText(c.arguments[1].type.id) ? c.arguments[1] : c.text(1);
-    return c.call("ts_charindex", integerType, {c.text(0), within, start});
+    return c.call(integerType, {c.text(0), within, start});
 }
 
 Bound patIndex(const FunctionCall& c) {
     const Bound within = isText(c.arguments[1].type.id) ? c.arguments[1] : c.text(1);
-    return c.call("ts_patindex", integerType, {c.text(0), within});
+    return c.call(integerType, {c.text(0), within});
 }
 
 Bound replace(const FunctionCall& c) {
-    return c.call("ts_replace", c.textType(8000), {c.text(0), c.text(1), c.text(2)});
+    return c.call(c.textType(8000), {c.text(0), c.text(1), c.text(2)});
 }
 
 Bound replicate(const FunctionCall& c) {
@@ -91,57 +63,48 @@ Bound replicate(const FunctionCall& c) {
     const auto length = static_cast<int>(std::min<qint64>(8000, times * text.type.length));
     const SqlType type = c.textType(length);
     Bound most = c.value(qint64(isNational(type.id) ? 4000 : 8000), integerType);
-    return c.call("ts_replicate", type, {text, c.integer(1), most});
+    return c.call(type, {text, c.integer(1), most});
 }
 
 Bound space(const FunctionCall& c) {
-    return c.call("ts_space", c.textType(c.constant(0, 8000)), {c.integer(0)});
+    return c.call(c.textType(c.constant(0, 8000)), {c.integer(0)});
 }
 
 Bound str(const FunctionCall& c) {
     const Bound length = c.count() > 1 ? c.integer(1) : c.value(qint64(10), integerType);
     const Bound decimals = c.count() > 2 ? c.integer(2) : c.value(qint64(0), integerType);
-    return c.call("ts_str", c.textType(c.constant(1, c.count() > 1 ? 8000 : 10)),
-                  {c.real(0), length, decimals});
+    return c.call(c.textType(c.constant(1, c.count() > 1 ? 8000 : 10)), {c.real(0), length, decimals});
 }
 
 Bound stuff(const FunctionCall& c) {
     const Bound text = c.text(0);
     const Bound inserted = c.text(3);
-    return c.call("ts_stuff", c.textType(text.type.length + inserted.type.length),
+    return c.call(c.textType(text.type.length + inserted.type.length),
                   {text, c.integer(1), c.integer(2), inserted});
-}
-
-Bound character(const FunctionCall& c) {
-    return c.call("ts_char", {.id = TypeId::Char, .length = 1}, {c.integer(0)});
-}
-
-Bound nationalCharacter(const FunctionCall& c) {
-    return c.call("ts_nchar", {.id = TypeId::NChar, .length = 1}, {c.integer(0)});
 }
 
 Bound quoteName(const FunctionCall& c) {
     if (c.count() > 1 && (!c.arguments[1].literal || *c.arguments[1].literal != Value(QStringLiteral("[")))) {
         c.failArgument(1);
     }
-    return c.call("ts_quotename", {.id = TypeId::NVarChar, .length = 258}, {c.text(0)});
+    return c.call({.id = TypeId::NVarChar, .length = 258}, {c.text(0)});
 }
 
 }  // namespace
 
 const std::vector<FunctionEntry>& textFunctions() {
     static const std::vector<FunctionEntry> entries{
-        {"len", 1, 1, textToInt<lenName>},
+        {"len", "t", integerType},
         {"datalength", 1, 1, dataLength},
-        {"ascii", 1, 1, textToInt<asciiName>},
-        {"unicode", 1, 1, textToInt<unicodeName>},
-        {"upper", 1, 1, textToText<upperName>},
-        {"lower", 1, 1, textToText<lowerName>},
-        {"ltrim", 1, 1, textToText<ltrimName>},
-        {"rtrim", 1, 1, textToText<rtrimName>},
-        {"reverse", 1, 1, textToText<reverseName>},
-        {"left", 2, 2, leftOrRight<leftName>},
-        {"right", 2, 2, leftOrRight<rightName>},
+        {"ascii", "t", integerType},
+        {"unicode", "t", integerType},
+        {"upper", 1, 1, textToText},
+        {"lower", 1, 1, textToText},
+        {"ltrim", 1, 1, textToText},
+        {"rtrim", 1, 1, textToText},
+        {"reverse", 1, 1, textToText},
+        {"left", 2, 2, leftOrRight},
+        {"right", 2, 2, leftOrRight},
         {"substring", 3, 3, substring},
         {"charindex", 2, 3, charIndex},
         {"patindex", 2, 2, patIndex},
@@ -150,8 +113,8 @@ const std::vector<FunctionEntry>& textFunctions() {
         {"space", 1, 1, space},
         {"str", 1, 3, str},
         {"stuff", 4, 4, stuff},
-        {"char", 1, 1, character},
-        {"nchar", 1, 1, nationalCharacter},
+        {"char", "i", {.id = TypeId::Char, .length = 1}},
+        {"nchar", "i", {.id = TypeId::NChar, .length = 1}},
         {"quotename", 1, 2, quoteName},
     };
     return entries;

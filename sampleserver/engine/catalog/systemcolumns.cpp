@@ -45,34 +45,10 @@ void appendColumn(SystemRows& rows, const Database& database, const Table& table
                          : column.sysname ? sysnameUserType
                                           : type.userType;
     const int status = (column.nullable ? nullableStatus : 0) | (column.identity ? identityStatus : 0);
-    rows.append({column.name,
-                 table.id,
-                 type.xtype,
-                 0,
-                 xUserType,
-                 typeBytes(column.type),
-                 sized ? 0 : precision,
-                 std::max(0, scale),
-                 position,
-                 0,
-                 0,
-                 0,
-                 column.identity ? 1 : 0,
-                 column.defaultId,
-                 0,
-                 0,
-                 position,
-                 Value(),
-                 0,
-                 userType,
-                 Value(),
-                 status,
-                 column.nullable ? type.tdsNullableType : type.tdsType,
-                 orNull(precision),
-                 orNull(scale),
-                 column.computedText.isEmpty() ? 0 : 1,
-                 0,
-                 column.nullable ? 1 : 0});
+    rows.append({column.name, table.id, type.xtype, xUserType, typeBytes(column.type), sized ? 0 : precision,
+                 std::max(0, scale), position, column.identity ? 1 : 0, column.defaultId, position, userType,
+                 status, column.nullable ? type.tdsNullableType : type.tdsType, orNull(precision),
+                 orNull(scale), column.computedText.isEmpty() ? 0 : 1, column.nullable ? 1 : 0});
 }
 
 /// The measures a type has where a declaration says none: those of systypes.
@@ -97,7 +73,9 @@ void appendType(SystemRows& rows, const SqlType& measured, const QString& name, 
 }  // namespace
 
 void fillColumns(const Database& database) {
-    SystemRows columns(database, "syscolumns");
+    SystemRows columns(database, "syscolumns",
+                       "name id xtype xusertype length xprec xscale colid colstat cdefault colorder usertype "
+                       "status type prec scale iscomputed isnullable");
     for (const auto& table : database.tables) {
         int position = 0;
         for (const Column& column : table->columns)

@@ -4,55 +4,23 @@ namespace engine {
 
 namespace {
 
-struct Object {
-    QString name;
-    int id;
-    const char* xtype;
-    const char* type;
-    int parent = 0;
-    int sysstat = 0;
-};
-
-QString padded(const char* type) {
-    return QString::fromLatin1(type).leftJustified(2);
-}
-
-/// Appends an object of the table's owner; an object with a parent belongs to that table.
+/// Appends objects of a table's owner.
 class ObjectRows {
   public:
-    explicit ObjectRows(const Database& database) : m_database(database), m_rows(database, "sysobjects") {}
+    explicit ObjectRows(const Database& database)
+        : m_database(database),
+          m_rows(database, "sysobjects", "name id xtype uid parent_obj crdate type sysstat refdate") {}
 
-    void append(const Table& table, const Object& object) {
-        const int owner = m_database.userId(table.owner);
-        const qint64 created = m_database.created;
-        m_rows.append({object.name,
-                       object.id,
-                       padded(object.xtype),
-                       owner,
-                       0,
-                       0,
-                       0,
-                       0,
-                       object.parent,
-                       created,
-                       0,
-                       0,
-                       0,
-                       padded(object.type),
-                       0,
-                       object.sysstat,
-                       0,
-                       created,
-                       0,
-                       0,
-                       0,
-                       0,
-                       0,
-                       0,
-                       0});
+    void append(const Table& table, const QString& name, int id, const char* xtype, const char* type) {
+        const int parent = id == table.id ? 0 : table.id;
+        const int kind = parent > 0 ? 0 : table.system ? 1 : 3;
+        m_rows.append({name, id, padded(xtype), m_database.userId(table.owner), parent, m_database.created,
+                       padded(type), kind, m_database.created});
     }
 
   private:
+    static QString padded(const char* type) { return QString::fromLatin1(type).leftJustified(2); }
+
     const Database& m_database;
     SystemRows m_rows;
 };
@@ -61,51 +29,35 @@ class ObjectRows {
 void appendComment(SystemRows& rows, int id, const QString& text, int column = 0) {
     constexpr qsizetype rowLength = 4000;
     for (qsizetype begin = 0, part = 1; begin < text.size(); begin += rowLength, ++part) {
-        rows.append({id, column, part, 0, 2, 0, 0, 0, text.mid(begin, rowLength)});
+        rows.append({id, column, part, 2, text.mid(begin, rowLength)});
     }
 }
 
 void appendConstraints(const Table& table, ObjectRows& objects, SystemRows& comments) {
     for (const Index& index : table.indexes) {
-        if (index.id == 0) continue;
-        objects.append(table, {.name = index.name,
-                               .id = index.id,
-                               .xtype = index.primaryKey ? "PK" : "UQ",
-                               .type = "K",
-                               .parent = table.id});
+        if (index.id != 0) objects.append(table, index.name, index.id, index.primaryKey ? "PK" : "UQ", "K");
     }
     for (const Column& column : table.columns) {
         if (column.defaultId == 0) continue;
-        objects.append(table, {.name = column.defaultName,
-                               .id = column.defaultId,
-                               .xtype = "D",
-                               .type = "D",
-                               .parent = table.id});
+        objects.append(table, column.defaultName, column.defaultId, "D", "D");
         appendComment(comments, column.defaultId, column.defaultText);
     }
     for (const Check& check : table.checks) {
-        objects.append(table,
-                       {.name = check.name, .id = check.id, .xtype = "C", .type = "C", .parent = table.id});
+        objects.append(table, check.name, check.id, "C", "C");
         appendComment(comments, check.id, check.text);
     }
-    for (const ForeignKey& key : table.foreignKeys) {
-        objects.append(table,
-                       {.name = key.name, .id = key.id, .xtype = "F", .type = "F", .parent = table.id});
-    }
+    for (const ForeignKey& key : table.foreignKeys)
+        objects.append(table, key.name, key.id, "F", "F");
 }
 
 }  // namespace
 
 void fillObjects(const Database& database) {
     ObjectRows objects(database);
-    SystemRows comments(database, "syscomments");
+    SystemRows comments(database, "syscomments", "id number colid texttype text");
     for (const auto& table : database.tables) {
         const char* type = table->system ? "S" : "U";
-        objects.append(*table, {.name = table->name,
-                                .id = table->id,
-                                .xtype = type,
-                                .type = type,
-                                .sysstat = table->system ? 1 : 3});
+        objects.append(*table, table->name, table->id, type, type);
         appendConstraints(*table, objects, comments);
         int position = 0;
         for (const Column& column : table->columns)

@@ -25,15 +25,8 @@ void fillReferences(const Database& database) {
                               static_cast<int>(i) + 1});
             }
             const Index* index = candidateKey(referenced, key.referenced);
-            std::vector<Value> row{key.id,
-                                   table->id,
-                                   referenced.id,
-                                   index == nullptr ? 0 : index->indid,
-                                   static_cast<int>(key.columns.size()),
-                                   Value(),
-                                   Value(),
-                                   0,
-                                   0};
+            std::vector<Value> row{key.id, table->id, referenced.id, index == nullptr ? 0 : index->indid};
+            row.insert(row.end(), {static_cast<int>(key.columns.size()), Value(), Value(), 0, 0});
             appendNumbers(row, key.columns);
             appendNumbers(row, key.referenced);
             references.append(row);

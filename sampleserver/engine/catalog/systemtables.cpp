@@ -1,5 +1,7 @@
 #include "engine/catalog/systemtables.h"
 
+#include "engine/values/typeinfo.h"
+
 namespace engine {
 
 namespace {
@@ -10,11 +12,20 @@ const Table& systemTable(const Database& database, const char* name) {
 
 }  // namespace
 
-SystemRows::SystemRows(const Database& database, const char* table)
-    : m_appender(database.keeper, systemTable(database, table)) {}
+SystemRows::SystemRows(const Database& database, const char* table, const char* columns)
+    : m_appender(database.keeper, systemTable(database, table)) {
+    const Table& definition = systemTable(database, table);
+    for (const Column& column : definition.columns)
+        m_row.push_back(isNumber(column.type.id) || isDateTime(column.type.id) ? Value(0) : Value());
+    for (const QString& column : QString::fromLatin1(columns).split(u' ', Qt::SkipEmptyParts))
+        m_places.push_back(static_cast<size_t>(definition.columnIndex(column)));
+}
 
-void SystemRows::append(std::initializer_list<Value> values) {
-    m_appender.append(std::span<const Value>(values.begin(), values.size()));
+void SystemRows::append(const std::vector<Value>& values) {
+    if (m_places.empty()) return m_appender.append(values);
+    for (size_t i = 0; i < values.size(); ++i)
+        m_row[m_places[i]] = values[i];
+    m_appender.append(m_row);
 }
 
 void fillSystemTables(const World& world, Database& database) {

@@ -3,8 +3,6 @@
 #include "engine/catalog/world.h"
 #include "engine/store/rowstore.h"
 
-#include <initializer_list>
-
 namespace engine {
 
 /// The names of the system tables that a database has.
@@ -19,15 +17,18 @@ void fillSystemTables(const World& world, Database& database);
 /// Takes them away again, so that scripts can go on.
 void removeSystemTables(Database& database);
 
-/// Rows of one system table, each value in the place of its column.
+/// Rows of one system table.
 class SystemRows {
   public:
-    SystemRows(const Database& database, const char* table);
-    void append(std::initializer_list<Value> values);
-    void append(const std::vector<Value>& values) { m_appender.append(values); }
+    /// `columns`: the names, with blanks between them, of the columns that rows have values for; the others
+    /// are 0, or null where they are no numbers. None: all columns.
+    SystemRows(const Database& database, const char* table, const char* columns = "");
+    void append(const std::vector<Value>& values);
 
   private:
     RowAppender m_appender;
+    std::vector<size_t> m_places;
+    std::vector<Value> m_row;
 };
 
 // One function for each group of system tables.

@@ -8,32 +8,15 @@ namespace {
 void appendUser(SystemRows& rows, const Database& database, int uid, const QString& name, const Value& sid,
                 bool hasAccess, bool role) {
     const qint64 created = database.created;
-    rows.append({uid,
-                 0,
-                 name,
-                 sid,
-                 Value(),
-                 created,
-                 created,
-                 0,
-                 Value(),
-                 role ? uid : 0,
-                 Value(),
-                 hasAccess ? 1 : 0,
-                 role ? 0 : 1,
-                 0,
-                 0,
-                 0,
-                 role ? 0 : 1,
-                 0,
-                 role ? 1 : 0,
-                 0});
+    rows.append({uid, name, sid, created, created, role ? uid : 0, hasAccess ? 1 : 0, role ? 0 : 1,
+                 role ? 0 : 1, role ? 1 : 0});
 }
 
 }  // namespace
 
 void fillUsers(const World& world, const Database& database) {
-    SystemRows users(database, "sysusers");
+    SystemRows users(database, "sysusers",
+                     "uid name sid createdate updatedate gid hasdbaccess islogin issqluser issqlrole");
     appendUser(users, database, 0, QStringLiteral("public"), Value(), false, true);
     for (const QString& user : database.users) {
         appendUser(users, database, database.userId(user), user,
@@ -54,12 +37,12 @@ void fillUsers(const World& world, const Database& database) {
 }
 
 void fillDatabases(const World& world, const Database& database) {
-    SystemRows rows(database, "sysdatabases");
+    SystemRows rows(database, "sysdatabases", "name dbid sid crdate cmptlevel version");
     constexpr int compatibilityLevel = 70;
     constexpr int storeVersion = 515;
     for (const auto& each : world.databases()) {
-        rows.append({each->name, each->dbid, securityId(world.findLogin(QStringLiteral("sa"))), 0, 0, 0,
-                     each->created, 0, 0, compatibilityLevel, Value(), storeVersion});
+        rows.append({each->name, each->dbid, securityId(world.findLogin(QStringLiteral("sa"))), each->created,
+                     compatibilityLevel, storeVersion});
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "engine/binding/binder.h"
 #include "engine/session/evaluation.h"
-#include "engine/store/storage.h"
 #include "engine/syntax/parser.h"
 #include "engine/values/convert.h"
 #include "engine/values/typeinfo.h"
@@ -95,7 +94,7 @@ void BatchRunner::run(const ast::Select& statement) {
     Emission emission;
     const qint64 limit = m_options.columnsOnly ? 0 : m_options.rowLimit > 0 ? m_options.rowLimit : -1;
     const BoundQuery query = Binder(m_facts, emission).query(statement.query, limit);
-    const StatementPtr prepared = m_store.prepare(query.sql, emission);
+    StoreStatement prepared = m_store.prepare(query.sql, emission);
     const size_t width = query.columns.size();
     const bool assigns = !query.variables.empty();
     std::vector<ResultColumn> columns;
@@ -106,10 +105,10 @@ void BatchRunner::run(const ast::Select& statement) {
         m_hadColumns = true;
     }
     std::vector<Value> row(width);
-    while (m_store.step(prepared.get())) {
+    while (prepared.step()) {
         if (m_rows % rowsPerLook == 0 && m_sink.cancelled()) return;
         for (size_t i = 0; i < width; ++i) {
-            row[i] = readStored(prepared.get(), static_cast<int>(i), columns[i].type);
+            row[i] = prepared.value(static_cast<int>(i), columns[i].type);
             if (isLong(columns[i].type.id)) cutLongValue(row[i], columns[i].type, m_facts.textSize);
         }
         ++m_rows;

@@ -1,7 +1,6 @@
 #include "engine/session/evaluation.h"
 
 #include "engine/binding/binder.h"
-#include "engine/store/storage.h"
 
 namespace engine {
 
@@ -10,9 +9,9 @@ TypedValue evaluate(const SessionFacts& facts, StoreConnection& store, const ast
     Emission emission;
     const Bound bound = Binder(facts, emission).constantExpression(expr);
     if (bound.literal) return {bound.type, *bound.literal};
-    const StatementPtr prepared = store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
+    StoreStatement prepared = store.prepare(QStringLiteral("SELECT ") + bound.sql, emission);
     TypedValue result{bound.type, {}};
-    if (store.step(prepared.get())) result.value = readStored(prepared.get(), 0, bound.type);
+    if (prepared.step()) result.value = prepared.value(0, bound.type);
     return result;
 }
 
@@ -20,13 +19,13 @@ std::vector<std::vector<TypedValue>> evaluateRows(const SessionFacts& facts, Sto
                                                   const ast::Query& query) {
     Emission emission;
     const BoundQuery bound = Binder(facts, emission).query(query, -1);
-    const StatementPtr prepared = store.prepare(bound.sql, emission);
+    StoreStatement prepared = store.prepare(bound.sql, emission);
     std::vector<std::vector<TypedValue>> rows;
-    while (store.step(prepared.get())) {
+    while (prepared.step()) {
         std::vector<TypedValue>& row = rows.emplace_back();
         for (const OutputColumn& column : bound.columns) {
             const auto position = static_cast<int>(row.size());
-            row.push_back({column.type, readStored(prepared.get(), position, column.type)});
+            row.push_back({column.type, prepared.value(position, column.type)});
         }
     }
     return rows;

@@ -27,9 +27,7 @@ RowRule RowRule::computation(const SessionFacts& facts, const Database& database
 
 StoreStatement RowRule::prepared(const QByteArray& sql, bool lastOnly) const {
     StoreStatement statement(m_store, lastOnly ? sql + " AND rowid = last_insert_rowid()" : sql);
-    int position = 0;
-    for (const TypedValue& parameter : m_emission.parameters())
-        statement.bind(++position, parameter.value, parameter.type);
+    statement.bind(m_emission.parameters());
     return statement;
 }
 

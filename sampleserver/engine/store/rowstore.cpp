@@ -1,6 +1,7 @@
 #include "engine/store/rowstore.h"
 
 #include "engine/store/storage.h"
+#include "engine/store/storecall.h"
 #include "engine/store/table.h"
 #include "engine/values/sqlerror.h"
 
@@ -11,10 +12,6 @@
 namespace engine {
 
 namespace {
-
-[[noreturn]] void refuse(sqlite3* store) {
-    throw SqlError(9002, 17, QString::fromUtf8(sqlite3_errmsg(store)));
-}
 
 QByteArray quoted(const QString& name) {
     return '"' + name.toUtf8() + '"';
@@ -47,14 +44,28 @@ sqlite3* openKeeper(const QString& uri) {
     return store;
 }
 
+void failStore(sqlite3* store) {
+    const QString text = QString::fromUtf8(sqlite3_errmsg(store));
+    if (auto error = decodedError(text)) throw *error;
+    if (text.contains(QLatin1String("integer overflow"))) {
+        throw SqlError(8115, 16,
+                       QStringLiteral("Arithmetic overflow error converting expression to data type int."));
+    }
+    throw SqlError(
+        8623, 16,
+        QStringLiteral("Internal Query Processor Error: The query processor could not produce a query "
+                       "plan (%1).")
+            .arg(text));
+}
+
 void executeStore(sqlite3* store, const QByteArray& sql) {
-    if (sqlite3_exec(store, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) refuse(store);
+    if (sqlite3_exec(store, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) failStore(store);
 }
 
 StoreStatement::StoreStatement(sqlite3* store, const QByteArray& sql) {
     if (sqlite3_prepare_v2(store, sql.constData(), static_cast<int>(sql.size()), &m_statement, nullptr) !=
         SQLITE_OK) {
-        refuse(store);
+        failStore(store);
     }
 }
 
@@ -69,9 +80,16 @@ void StoreStatement::bind(int parameter, const Value& value, const SqlType& type
     bindStored(m_statement, parameter, value, type);
 }
 
+void StoreStatement::bind(const std::vector<TypedValue>& values) {
+    int parameter = 0;
+    for (const TypedValue& value : values)
+        bind(++parameter, value.value, value.type);
+}
+
 bool StoreStatement::step() {
     const int result = sqlite3_step(m_statement);
-    if (result != SQLITE_ROW && result != SQLITE_DONE) refuse(sqlite3_db_handle(m_statement));
+    if (result != SQLITE_ROW && result != SQLITE_DONE && result != SQLITE_INTERRUPT)
+        failStore(sqlite3_db_handle(m_statement));
     return result == SQLITE_ROW;
 }
 

@@ -19,10 +19,14 @@ struct Table;
 /// Opens the connection that keeps a database's store alive.
 sqlite3* openKeeper(const QString& uri);
 
-/// Runs SQLite statements without a result. Throws SqlError 9002 when SQLite refuses.
+/// Tells what went wrong last, in the words of the function of ours that it went wrong in. Throws SqlError:
+/// its own number, 8115 (overflow) or 8623 (SQLite's reason).
+[[noreturn]] void failStore(sqlite3* store);
+
+/// Runs SQLite statements without a result. Throws as failStore() does.
 void executeStore(sqlite3* store, const QByteArray& sql);
 
-/// A prepared SQLite statement.
+/// A prepared SQLite statement. Throws as failStore() does.
 class StoreStatement {
   public:
     StoreStatement(sqlite3* store, const QByteArray& sql);
@@ -32,7 +36,9 @@ class StoreStatement {
 
     /// Binds parameter `parameter` (from 1).
     void bind(int parameter, const Value& value, const SqlType& type);
-    /// Runs to the next row; false at the end. Throws SqlError 9002 when SQLite refuses.
+    /// Binds parameters 1, 2 ..
+    void bind(const std::vector<TypedValue>& values);
+    /// Runs to the next row; false at the end, and when it was interrupted.
     bool step();
     /// Makes the statement ready to run again.
     void reset();

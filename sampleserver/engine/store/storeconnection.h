@@ -1,22 +1,16 @@
 #pragma once
 
 #include "engine/store/emission.h"
+#include "engine/store/rowstore.h"
 
 #include <QString>
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace engine {
-
-struct FinalizeStatement {
-    void operator()(sqlite3_stmt* statement) const;
-};
-using StatementPtr = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 /// A session's way to the stores of the databases: one SQLite connection, opened when first needed, to which
 /// databases are attached as statements name them.
@@ -30,10 +24,7 @@ class StoreConnection {
 
     /// A statement with its parameters bound and its databases attached. No other statement of this
     /// connection may be alive. Throws SqlError.
-    StatementPtr prepare(const QString& sql, const Emission& emission);
-
-    /// Moves to the next row; false at the end. Throws SqlError for what goes wrong in it.
-    bool step(sqlite3_stmt* statement);
+    StoreStatement prepare(const QString& sql, const Emission& emission);
 
     /// `interrupted` is called while a statement works; true ends the statement.
     void watch(std::function<bool()> interrupted) { m_interrupted = std::move(interrupted); }
@@ -41,7 +32,6 @@ class StoreConnection {
   private:
     void open();
     void attach(const std::vector<const Database*>& databases);
-    [[noreturn]] void fail();
 
     const std::function<void(sqlite3*)> m_equip;
     sqlite3* m_store = nullptr;
