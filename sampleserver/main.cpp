@@ -1,5 +1,5 @@
-#include "countedsession.h"
 #include "endwatch.h"
+#include "engine/session/session.h"
 #include "options.h"
 #include "sampleworld.h"
 #include "tds/server.h"
@@ -37,7 +37,7 @@ int serve(const Options& options) {
                                      .bytes = qint64(options.queryMegabytes) * 1024 * 1024};
     tds::TdsServer server(
         {.serverName = world->serverName(), .idleMilliseconds = options.idleMinutes * 60 * 1000},
-        [world, limits](int spid) { return std::make_unique<CountedSession>(world, spid, limits); });
+        [world, limits](int spid) { return std::make_unique<engine::Session>(world, spid, limits); });
     if (!listenOn(server, options))
         return tell(
             QStringLiteral("Cannot listen on port %1: %2").arg(options.port).arg(server.errorString()),

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 
 namespace tds {
 
@@ -35,36 +34,54 @@ void appendTableName(QByteArray& out, TdsVersion version) {
     appendShortText(out, {});
 }
 
-bool isLong(WireType type) {
-    return type == WireType::Text || type == WireType::NText || type == WireType::Image;
+}  // namespace
+
+std::span<const NumberFormat> numberFormats() {
+    static constexpr std::array<NumberFormat, 11> formats{{
+        {TypeId::Bit, WireType::BitN, 1, WireType::Bit},
+        {TypeId::TinyInt, WireType::IntN, 1, WireType::TinyInt},
+        {TypeId::SmallInt, WireType::IntN, 2, WireType::SmallInt},
+        {TypeId::Int, WireType::IntN, 4, WireType::Int},
+        {TypeId::Money, WireType::MoneyN, 8, WireType::Money},
+        {TypeId::SmallMoney, WireType::MoneyN, 4, WireType::SmallMoney},
+        {TypeId::Float, WireType::FloatN, 8, WireType::Float},
+        {TypeId::Real, WireType::FloatN, 4, WireType::Real},
+        {TypeId::DateTime, WireType::DateTimeN, 8, WireType::DateTime},
+        {TypeId::SmallDateTime, WireType::DateTimeN, 4, WireType::SmallDateTime},
+        {TypeId::Decimal, WireType::IntN, 8, WireType::BigInt},
+    }};
+    return formats;
 }
 
-ColumnFormat nullableFormat(const engine::SqlType& type) {
+int lengthBytes(WireType type) {
+    switch (type) {
+        case WireType::Text:
+        case WireType::NText:
+        case WireType::Image:
+            return 4;
+        case WireType::BigChar:
+        case WireType::BigVarChar:
+        case WireType::NChar:
+        case WireType::NVarChar:
+        case WireType::BigBinary:
+        case WireType::BigVarBinary:
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+bool isText(WireType type) {
+    return lengthBytes(type) > 1 && type != WireType::Image && type != WireType::BigBinary &&
+           type != WireType::BigVarBinary;
+}
+
+ColumnFormat formatOf(const engine::SqlType& type, bool nullable) {
     switch (type.id) {
-        case TypeId::Bit:
-            return {WireType::BitN, 1};
-        case TypeId::TinyInt:
-            return {WireType::IntN, 1};
-        case TypeId::SmallInt:
-            return {WireType::IntN, 2};
-        case TypeId::Int:
-            return {WireType::IntN, 4};
         case TypeId::Decimal:
             return decimalFormat(WireType::DecimalN, type);
         case TypeId::Numeric:
             return decimalFormat(WireType::NumericN, type);
-        case TypeId::Money:
-            return {WireType::MoneyN, 8};
-        case TypeId::SmallMoney:
-            return {WireType::MoneyN, 4};
-        case TypeId::Float:
-            return {WireType::FloatN, 8};
-        case TypeId::Real:
-            return {WireType::FloatN, 4};
-        case TypeId::DateTime:
-            return {WireType::DateTimeN, 8};
-        case TypeId::SmallDateTime:
-            return {WireType::DateTimeN, 4};
         case TypeId::Char:
             return {WireType::BigChar, shortBytes(type.length, 1)};
         case TypeId::VarChar:
@@ -87,67 +104,29 @@ ColumnFormat nullableFormat(const engine::SqlType& type) {
             return {WireType::Image, kLongestLongValue};
         case TypeId::UniqueIdentifier:
             return {WireType::Guid, 16};
-    }
-    return {};
-}
-
-/// The type that stands for a nullable one where there are no nulls; nothing where there is but the one.
-std::optional<WireType> fixedType(const ColumnFormat& format) {
-    const bool small = format.bytes == 4;
-    switch (format.type) {
-        case WireType::BitN:
-            return WireType::Bit;
-        case WireType::IntN:
-            return small ? WireType::Int : format.bytes == 2 ? WireType::SmallInt : WireType::TinyInt;
-        case WireType::MoneyN:
-            return small ? WireType::SmallMoney : WireType::Money;
-        case WireType::FloatN:
-            return small ? WireType::Real : WireType::Float;
-        case WireType::DateTimeN:
-            return small ? WireType::SmallDateTime : WireType::DateTime;
         default:
-            return std::nullopt;
+            break;
     }
-}
-
-}  // namespace
-
-ColumnFormat formatOf(const engine::SqlType& type, bool nullable) {
-    ColumnFormat format = nullableFormat(type);
-    format.fixed = !nullable && fixedType(format);
-    return format;
+    const auto number = std::ranges::find(numberFormats(), type.id, &NumberFormat::id);
+    return {.type = number->nullable, .bytes = number->bytes, .fixed = !nullable};
 }
 
 void appendTypeInfo(QByteArray& out, const ColumnFormat& format, TdsVersion version) {
-    if (format.fixed) return appendNumber(out, quint8(*fixedType(format)));
-    appendNumber(out, quint8(format.type));
-    const auto appendCollation = [&] {
-        if (hasCollations(version)) out.append(collationBytes());
-    };
-    switch (format.type) {
-        case WireType::BigChar:
-        case WireType::BigVarChar:
-        case WireType::NChar:
-        case WireType::NVarChar:
-            appendNumber(out, quint16(format.bytes));
-            appendCollation();
-            break;
-        case WireType::BigBinary:
-        case WireType::BigVarBinary:
-            appendNumber(out, quint16(format.bytes));
-            break;
-        case WireType::Text:
-        case WireType::NText:
-            appendNumber(out, format.bytes);
-            appendCollation();
-            break;
-        case WireType::Image:
-            appendNumber(out, format.bytes);
-            break;
-        default:
-            appendNumber(out, quint8(format.bytes));
-            break;
+    if (format.fixed) {
+        const auto number = std::ranges::find_if(numberFormats(), [&](const NumberFormat& one) {
+            return one.nullable == format.type && one.bytes == format.bytes;
+        });
+        return appendNumber(out, quint8(number->fixed));
     }
+    appendNumber(out, quint8(format.type));
+    const int length = lengthBytes(format.type);
+    if (length == 4)
+        appendNumber(out, format.bytes);
+    else if (length == 2)
+        appendNumber(out, quint16(format.bytes));
+    else
+        appendNumber(out, quint8(format.bytes));
+    if (isText(format.type) && hasCollations(version)) out.append(collationBytes());
     if (format.precision > 0) {
         appendNumber(out, format.precision);
         appendNumber(out, format.scale);
@@ -172,7 +151,7 @@ void appendColumns(QByteArray& out, const std::vector<engine::ResultColumn>& col
         appendNumber(out,
                      quint16((column.nullable ? kNullableFlag : 0) | (column.identity ? kIdentityFlag : 0)));
         appendTypeInfo(out, format, version);
-        if (isLong(format.type)) appendTableName(out, version);
+        if (lengthBytes(format.type) == 4) appendTableName(out, version);
         appendByteText(out, column.name);
     }
 }

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <span>
 #include <vector>
 
 namespace tds {
@@ -33,6 +34,7 @@ enum class WireType : quint8 {
     MoneyN = 0x6E,
     DateTimeN = 0x6F,
     SmallMoney = 0x7A,
+    BigInt = 0x7F,  ///< comes from clients only
     BigVarBinary = 0xA5,
     BigVarChar = 0xA7,
     BigBinary = 0xAD,
@@ -53,6 +55,19 @@ struct ColumnFormat {
 };
 
 ColumnFormat formatOf(const engine::SqlType& type, bool nullable = true);
+
+/// How a type of a fixed size goes with nulls and without.
+struct NumberFormat {
+    engine::TypeId id;  ///< decimal for the eight-byte integer, which there is no type for
+    WireType nullable;
+    quint32 bytes;
+    WireType fixed;
+};
+std::span<const NumberFormat> numberFormats();
+
+/// Bytes of the length that stands before a value, and in TYPE_INFO: 4 for the long types, 2, or 1.
+int lengthBytes(WireType type);
+bool isText(WireType type);
 
 /// The collation of every text: SQL_Latin1_General_CP1_CI_AS, that is LCID 0x0409 and sort order 52.
 QByteArrayView collationBytes();

@@ -25,7 +25,6 @@ constexpr int kDateTime2 = 0x2A;
 constexpr int kDateTimeOffset = 0x2B;
 constexpr int kOldBinary = 0x2D;
 constexpr int kOldChar = 0x2F;
-constexpr int kBigInt = 0x7F;
 constexpr quint16 kInChunks = 0xFFFF;
 constexpr quint16 kNullLength = 0xFFFF;
 
@@ -39,10 +38,6 @@ Value decimalValue(QByteArrayView bytes, int scale) {
     QString text = number.text().rightJustified(scale + 1, u'0');
     if (scale > 0) text.insert(text.size() - scale, u'.');
     return bytes[0] == 0 && !number.isZero() ? u'-' + text : text;
-}
-
-Value bigIntValue(qint64 number) {
-    return QString::number(number);
 }
 
 /// A date of later servers, as many of its parts as it has, in ticks.
@@ -84,63 +79,48 @@ class Reader {
 
   private:
     bool readFixed(int wire, SqlType* type, Value* value) {
-        static constexpr std::pair<WireType, int> sizes[]{
-            {WireType::TinyInt, 1},    {WireType::Bit, 1},           {WireType::SmallInt, 2},
-            {WireType::Int, 4},        {WireType::Real, 4},          {WireType::Money, 8},
-            {WireType::DateTime, 8},   {WireType::SmallDateTime, 4}, {WireType::Float, 8},
-            {WireType::SmallMoney, 4}, {WireType(kBigInt), 8}};
-        const auto* found = std::ranges::find(sizes, WireType(wire), &std::pair<WireType, int>::first);
-        if (found == std::end(sizes)) return false;
-        number(found->first, m_reader.take(found->second), type, value);
+        const auto format = std::ranges::find(numberFormats(), WireType(quint8(wire)), &NumberFormat::fixed);
+        if (format == numberFormats().end()) return false;
+        *type = typeOf(*format);
+        *value = number(format->fixed, m_reader.take(format->bytes));
         return true;
     }
 
+    static SqlType typeOf(const NumberFormat& format) {
+        return {.id = format.id, .precision = format.id == TypeId::Decimal ? 19 : 0};
+    }
+
     /// A number of the fixed type `wire` from its bytes.
-    static void number(WireType wire, QByteArrayView bytes, SqlType* type, Value* value) {
+    static Value number(WireType wire, QByteArrayView bytes) {
         WireReader reader(bytes);
         switch (wire) {
-            case WireType::TinyInt:
-                *type = {.id = TypeId::TinyInt}, *value = qint64(reader.number<quint8>());
-                break;
             case WireType::Bit:
-                *type = {.id = TypeId::Bit}, *value = qint64(reader.number<quint8>() != 0);
-                break;
+                return qint64(reader.number<quint8>() != 0);
+            case WireType::TinyInt:
+                return qint64(reader.number<quint8>());
             case WireType::SmallInt:
-                *type = {.id = TypeId::SmallInt}, *value = qint64(reader.number<qint16>());
-                break;
+                return qint64(reader.number<qint16>());
             case WireType::Int:
-                *type = {.id = TypeId::Int}, *value = qint64(reader.number<qint32>());
-                break;
-            case WireType::Real:
-                *type = {.id = TypeId::Real}, *value = double(reader.number<float>());
-                break;
-            case WireType::Float:
-                *type = {.id = TypeId::Float}, *value = reader.number<double>();
-                break;
             case WireType::SmallMoney:
-                *type = {.id = TypeId::SmallMoney}, *value = qint64(reader.number<qint32>());
-                break;
+                return qint64(reader.number<qint32>());
+            case WireType::Real:
+                return double(reader.number<float>());
+            case WireType::Float:
+                return reader.number<double>();
             case WireType::Money: {
                 const qint64 high = reader.number<qint32>();
-                *type = {.id = TypeId::Money}, *value = high * (qint64(1) << 32) + reader.number<quint32>();
-                break;
+                return high * (qint64(1) << 32) + reader.number<quint32>();
             }
             case WireType::DateTime: {
                 const qint64 days = reader.number<qint32>();
-                *type = {.id = TypeId::DateTime};
-                *value = days * engine::ticksPerDay + reader.number<quint32>();
-                break;
+                return days * engine::ticksPerDay + reader.number<quint32>();
             }
             case WireType::SmallDateTime: {
                 const qint64 days = reader.number<quint16>();
-                *type = {.id = TypeId::SmallDateTime};
-                *value = days * engine::ticksPerDay + reader.number<quint16>() * engine::ticksPerMinute;
-                break;
+                return days * engine::ticksPerDay + reader.number<quint16>() * engine::ticksPerMinute;
             }
             default:
-                *type = {.id = TypeId::Decimal, .precision = 19},
-                *value = bigIntValue(reader.number<qint64>());
-                break;
+                return QString::number(reader.number<qint64>());
         }
     }
 
@@ -148,7 +128,9 @@ class Reader {
     bool readSized(int wire, SqlType* type, Value* value) {
         const WireType kind{quint8(wire)};
         const bool isDecimal = kind == WireType::DecimalN || kind == WireType::NumericN;
-        if (!isDecimal && kind != WireType::Guid && !fixedOf(kind, 4)) return false;
+        const auto isKind = [kind](const NumberFormat& format) { return format.nullable == kind; };
+        if (!isDecimal && kind != WireType::Guid && std::ranges::none_of(numberFormats(), isKind))
+            return false;
         const int most = m_reader.number<quint8>();
         if (isDecimal) {
             type->id = kind == WireType::DecimalN ? TypeId::Decimal : TypeId::Numeric;
@@ -167,35 +149,15 @@ class Reader {
             if (!bytes.isEmpty() && bytes.size() != 16) throw ProtocolError("size of a uniqueidentifier");
             if (!bytes.isEmpty()) *value = bytes.toByteArray();
         } else {
-            const auto fixed = fixedOf(kind, bytes.isEmpty() ? most : int(bytes.size()));
-            if (!fixed) throw ProtocolError("size of a number");
-            static const QByteArray zeros(8, '\0');
-            number(*fixed, bytes.isEmpty() ? QByteArrayView(zeros) : bytes, type, value);
-            if (bytes.isEmpty()) *value = {};
+            const int size = bytes.isEmpty() ? most : int(bytes.size());
+            const auto format = std::ranges::find_if(numberFormats(), [&](const NumberFormat& one) {
+                return isKind(one) && int(one.bytes) == size;
+            });
+            if (format == numberFormats().end()) throw ProtocolError("size of a number");
+            *type = typeOf(*format);
+            if (!bytes.isEmpty()) *value = number(format->fixed, bytes);
         }
         return true;
-    }
-
-    static std::optional<WireType> fixedOf(WireType type, int bytes) {
-        const bool small = bytes == 4;
-        if (!small && bytes != 8 && type != WireType::IntN && type != WireType::BitN) return std::nullopt;
-        switch (type) {
-            case WireType::BitN:
-                return WireType::Bit;
-            case WireType::IntN:
-                if (bytes == 1) return WireType::TinyInt;
-                if (bytes == 2) return WireType::SmallInt;
-                if (bytes != 8 && !small) return std::nullopt;
-                return small ? WireType::Int : WireType(kBigInt);
-            case WireType::MoneyN:
-                return small ? WireType::SmallMoney : WireType::Money;
-            case WireType::FloatN:
-                return small ? WireType::Real : WireType::Float;
-            case WireType::DateTimeN:
-                return small ? WireType::SmallDateTime : WireType::DateTime;
-            default:
-                return std::nullopt;
-        }
     }
 
     bool readDate(int wire, SqlType* type, Value* value) {

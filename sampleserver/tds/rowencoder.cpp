@@ -78,19 +78,10 @@ void appendTextPointer(QByteArray& out) {
 
 bool appendNull(QByteArray& out, const ColumnFormat& format) {
     if (format.fixed) return false;
-    switch (format.type) {
-        case WireType::BigChar:
-        case WireType::BigVarChar:
-        case WireType::NChar:
-        case WireType::NVarChar:
-        case WireType::BigBinary:
-        case WireType::BigVarBinary:
-            appendNumber(out, quint16(0xFFFF));
-            break;
-        default:
-            appendNumber(out, quint8(0));
-            break;
-    }
+    if (lengthBytes(format.type) == 2)
+        appendNumber(out, quint16(0xFFFF));
+    else
+        appendNumber(out, quint8(0));
     return true;
 }
 
@@ -131,7 +122,7 @@ bool appendText(QByteArray& out, const Value& value, const ColumnFormat& format)
         format.type == WireType::NText || format.type == WireType::NChar || format.type == WireType::NVarChar;
     const qsizetype bytes = national ? 2 * text->size() : text->size();
     if (bytes > qsizetype(format.bytes)) return false;
-    if (format.type == WireType::Text || format.type == WireType::NText) {
+    if (lengthBytes(format.type) == 4) {
         appendTextPointer(out);
         appendNumber(out, quint32(bytes));
     } else {
@@ -164,22 +155,9 @@ bool appendBinary(QByteArray& out, const Value& value, const ColumnFormat& forma
 
 bool appendValue(QByteArray& out, const Value& value, const ColumnFormat& format) {
     if (std::holds_alternative<std::monostate>(value)) return appendNull(out, format);
-    switch (format.type) {
-        case WireType::BigChar:
-        case WireType::BigVarChar:
-        case WireType::NChar:
-        case WireType::NVarChar:
-        case WireType::Text:
-        case WireType::NText:
-            return appendText(out, value, format);
-        case WireType::BigBinary:
-        case WireType::BigVarBinary:
-        case WireType::Image:
-        case WireType::Guid:
-            return appendBinary(out, value, format);
-        default:
-            return appendNumeric(out, value, format);
-    }
+    if (isText(format.type)) return appendText(out, value, format);
+    const bool binary = lengthBytes(format.type) > 1 || format.type == WireType::Guid;
+    return binary ? appendBinary(out, value, format) : appendNumeric(out, value, format);
 }
 
 RowEncoder::RowEncoder(const std::vector<engine::ResultColumn>& columns) {

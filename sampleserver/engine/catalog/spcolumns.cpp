@@ -1,5 +1,4 @@
 #include "engine/catalog/catalogprocedures.h"
-#include "engine/catalog/odbctypes.h"
 #include "engine/catalog/systemtypes.h"
 #include "engine/values/textorder.h"
 #include "engine/values/typeinfo.h"

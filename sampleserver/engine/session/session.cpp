@@ -4,6 +4,8 @@
 #include "engine/session/batchrunner.h"
 #include "engine/session/sessionstate.h"
 
+#include <utility>
+
 namespace engine {
 
 SessionState::SessionState() : store([this](sqlite3* opened) { registerMetadataFunctions(opened, facts); }) {}
@@ -40,7 +42,7 @@ std::vector<SqlMessage> Session::login(const LoginRequest& request) {
     facts.host = request.clientHost;
     facts.application = request.application;
     m_request = request;
-    m_admitted = true;
+    if (!std::exchange(m_admitted, true)) ++facts.world->connectionCount();
     return {};
 }
 

@@ -2,7 +2,6 @@
 
 #include <QStringList>
 
-#include <chrono>
 #include <vector>
 
 namespace engine {
@@ -65,10 +64,7 @@ class DateReader {
         while (m_at < m_pieces.size()) {
             if (!readDateOrTime()) return DateParse::Malformed;
         }
-        const std::chrono::year_month_day date{std::chrono::year{m_parts.year},
-                                               std::chrono::month{static_cast<unsigned>(m_parts.month)},
-                                               std::chrono::day{static_cast<unsigned>(m_parts.day)}};
-        if (!date.ok() || m_parts.year > 9999) return DateParse::OutOfRange;
+        if (!m_parts.date().isValid() || m_parts.year > 9999) return DateParse::OutOfRange;
         if (m_parts.hour > 23 || m_parts.minute > 59 || m_parts.second > 59) return DateParse::OutOfRange;
         *ticks = dateTimeTicks(m_parts) + m_extraTicks;
         return isDateTimeInRange(*ticks) ? DateParse::Done : DateParse::OutOfRange;

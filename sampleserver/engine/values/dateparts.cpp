@@ -5,7 +5,7 @@
 
 #include <QHash>
 
-#include <chrono>
+#include <algorithm>
 #include <limits>
 
 namespace engine {
@@ -38,15 +38,15 @@ qint64 floorDivide(qint64 value, qint64 divisor) {
     return value >= 0 ? value / divisor : -((-value + divisor - 1) / divisor);
 }
 
+/// A day that the month does not have becomes its last one.
 qint64 addMonths(qint64 ticks, qint64 months) {
+    constexpr qint64 most = 12 * 9999;
     DateTimeParts parts = dateTimeParts(ticks);
-    const qint64 total = parts.year * 12LL + parts.month - 1 + months;
-    const qint64 year = floorDivide(total, 12);
-    if (year < 1753 || year > 9999) return std::numeric_limits<qint64>::max();
-    parts.year = static_cast<int>(year);
-    parts.month = static_cast<int>(total - year * 12) + 1;
-    const auto last = (std::chrono::year{parts.year} / parts.month / std::chrono::last).day();
-    parts.day = std::min(parts.day, static_cast<int>(static_cast<unsigned>(last)));
+    const QDate moved = parts.date().addMonths(static_cast<int>(std::clamp(months, -most, most)));
+    if (moved.year() < 1753 || moved.year() > 9999) return std::numeric_limits<qint64>::max();
+    parts.year = moved.year();
+    parts.month = moved.month();
+    parts.day = moved.day();
     return dateTimeTicks(parts);
 }
 
@@ -88,15 +88,15 @@ int datePartValue(DatePart part, qint64 ticks) {
         case DatePart::Month:
             return p.month;
         case DatePart::DayOfYear:
-            return p.dayOfYear();
+            return p.date().dayOfYear();
         case DatePart::Day:
             return p.day;
         case DatePart::Week: {
-            const int firstWeekday = DateTimeParts{.year = p.year}.weekday();
-            return (p.dayOfYear() - 1 + firstWeekday) / 7 + 1;
+            const int firstWeekday = QDate(p.year, 1, 1).dayOfWeek() % 7;
+            return (p.date().dayOfYear() - 1 + firstWeekday) / 7 + 1;
         }
         case DatePart::Weekday:
-            return p.weekday() + 1;
+            return p.date().dayOfWeek() % 7 + 1;
         case DatePart::Hour:
             return p.hour;
         case DatePart::Minute:

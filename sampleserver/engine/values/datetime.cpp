@@ -1,23 +1,14 @@
 #include "engine/values/datetime.h"
 
-#include <QStringList>
+#include <QLocale>
 
 #include <array>
-#include <chrono>
 
 namespace engine {
 
 namespace {
 
-using std::chrono::days;
-using std::chrono::sys_days;
-using std::chrono::year_month_day;
-
-sys_days dayOf(int year, int month, int day) {
-    return std::chrono::year{year} / month / day;
-}
-
-const sys_days epoch = dayOf(1900, 1, 1);
+const QDate epoch(1900, 1, 1);
 
 struct Style {
     int number;
@@ -90,12 +81,8 @@ int DateTimeParts::milliseconds() const {
     return (ticks * 10 + 1) / 3;
 }
 
-int DateTimeParts::weekday() const {
-    return static_cast<int>(std::chrono::weekday(dayOf(year, month, day)).c_encoding());
-}
-
-int DateTimeParts::dayOfYear() const {
-    return static_cast<int>((dayOf(year, month, day) - dayOf(year, 1, 1)).count()) + 1;
+QDate DateTimeParts::date() const {
+    return {year, month, day};
 }
 
 DateTimeParts dateTimeParts(qint64 ticks) {
@@ -105,22 +92,19 @@ DateTimeParts dateTimeParts(qint64 ticks) {
         rest += ticksPerDay;
         --dayNumber;
     }
-    const year_month_day date(epoch + days(dayNumber));
-    DateTimeParts parts;
-    parts.year = static_cast<int>(date.year());
-    parts.month = static_cast<int>(static_cast<unsigned>(date.month()));
-    parts.day = static_cast<int>(static_cast<unsigned>(date.day()));
-    parts.hour = static_cast<int>(rest / (60 * ticksPerMinute));
-    parts.minute = static_cast<int>(rest / ticksPerMinute % 60);
-    parts.second = static_cast<int>(rest / ticksPerSecond % 60);
-    parts.ticks = static_cast<int>(rest % ticksPerSecond);
-    return parts;
+    const QDate date = epoch.addDays(dayNumber);
+    return {.year = date.year(),
+            .month = date.month(),
+            .day = date.day(),
+            .hour = static_cast<int>(rest / (60 * ticksPerMinute)),
+            .minute = static_cast<int>(rest / ticksPerMinute % 60),
+            .second = static_cast<int>(rest / ticksPerSecond % 60),
+            .ticks = static_cast<int>(rest % ticksPerSecond)};
 }
 
 qint64 dateTimeTicks(const DateTimeParts& p) {
-    const qint64 dayNumber = (dayOf(p.year, p.month, p.day) - epoch).count();
-    return dayNumber * ticksPerDay + (p.hour * 60 + p.minute) * ticksPerMinute + p.second * ticksPerSecond +
-           p.ticks;
+    return epoch.daysTo(p.date()) * ticksPerDay + (p.hour * 60 + p.minute) * ticksPerMinute +
+           p.second * ticksPerSecond + p.ticks;
 }
 
 qint64 dateTimeTicks(const QDateTime& moment) {
@@ -161,20 +145,11 @@ std::optional<QString> formatDateTime(qint64 ticks, int style) {
 }
 
 QString monthName(int month) {
-    static const QStringList names{
-        QStringLiteral("January"), QStringLiteral("February"), QStringLiteral("March"),
-        QStringLiteral("April"),   QStringLiteral("May"),      QStringLiteral("June"),
-        QStringLiteral("July"),    QStringLiteral("August"),   QStringLiteral("September"),
-        QStringLiteral("October"), QStringLiteral("November"), QStringLiteral("December")};
-    return names.value(month - 1);
+    return QLocale::c().monthName(month);
 }
 
 QString weekdayName(int weekday) {
-    static const QStringList names{QStringLiteral("Sunday"),   QStringLiteral("Monday"),
-                                   QStringLiteral("Tuesday"),  QStringLiteral("Wednesday"),
-                                   QStringLiteral("Thursday"), QStringLiteral("Friday"),
-                                   QStringLiteral("Saturday")};
-    return names.value(weekday);
+    return QLocale::c().dayName(weekday == 0 ? 7 : weekday);
 }
 
 }  // namespace engine

@@ -18,9 +18,7 @@ struct DateTimeParts {
     int ticks = 0;
 
     int milliseconds() const;
-    /// 0 for Sunday.
-    int weekday() const;
-    int dayOfYear() const;
+    QDate date() const;
 };
 
 constexpr qint64 ticksPerSecond = 300;
