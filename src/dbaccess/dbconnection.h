@@ -38,6 +38,7 @@ class DBConnection : public SchemaReader {
     void setTable(const QString& table) override { m_table = table; }
     QString getTable() const override { return m_table; }
     void setUser(const QString& user) { m_user = user; }
+    QString getUser() const { return m_user; }
     void setPassword(const QString& password) { m_password = password; }
     void setConnectionString(const QString& text) { m_connectionString = text; }
     QString getConnectionString() const { return m_connectionString; }

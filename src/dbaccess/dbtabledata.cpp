@@ -63,23 +63,34 @@ TableRows openRowsOfAnyOwner(const ado::Connection& connection, const QString& t
     std::rethrow_exception(failure);
 }
 
-/// The view holds until the record set moves.
-QStringView cellText(const ado::Field& field) {
+/// What stands for a value that has no text; empty for one that has.
+QStringView markerOf(const ado::Field& field) {
     if (field.isNull()) return u"<NULL>";
-    if (field.Type() == ado::FieldType::Binary) return u"<UNPRINTABLE>";
-    return field.text();
+    return field.Type() == ado::FieldType::Binary ? u"<UNPRINTABLE>" : u"";
+}
+
+void setCell(controls::ListItems& list, int item, int column, const ado::Field& field) {
+    const QStringView marker = markerOf(field);
+    if (marker.isEmpty())
+        list.setSubItem(item, column, field.text());
+    else
+        list.setMarker(item, column, marker);
 }
 
 /// Number of rows listed.
 int addRows(controls::ListItems& list, ado::Recordset& rows) {
     std::vector<const ado::Field*> fields;
-    for (int i = 0; i < rows.FieldCount(); ++i)
+    for (int i = 0; i < rows.FieldCount(); ++i) {
         fields.push_back(&rows.Fields(i));
+        if (ado::isNumber(fields.back()->Type())) list.setNumeric(i);
+    }
     int count = 0;
     for (; !rows.Eof(); rows.MoveNext(), ++count) {
-        const int item = list.addItem(cellText(*fields.front()));
+        const bool hasText = markerOf(*fields.front()).isEmpty();
+        const int item = list.addItem(hasText ? fields.front()->text() : QStringView());
+        if (!hasText) setCell(list, item, 0, *fields.front());
         for (size_t i = 1; i < fields.size(); ++i) {
-            list.setSubItem(item, static_cast<int>(i), cellText(*fields[i]));
+            setCell(list, item, static_cast<int>(i), *fields[i]);
         }
     }
     return count;
@@ -99,7 +110,7 @@ QString DBConnection::FillLvTblData(controls::ListItems& list, const QString& da
         addHeaders(list, columns.rows());
         TableRows found = openRowsOfAnyOwner(columns.connection(), table, mostRows);
         const int listed = addRows(list, found.rows);
-        if (listed == 0) list.addItem(u"<No Data>");
+        if (listed == 0) list.setMarker(list.addItem({}), 0, u"<No Data>");
         caption = QStringLiteral("Table: ") + table + QStringLiteral(".  Total rows: ") + found.total +
                   QStringLiteral(".  Selected rows: ") + QString::number(listed);
     });

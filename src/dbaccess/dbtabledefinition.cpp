@@ -44,7 +44,7 @@ void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& databa
         columns.open();
         ado::Recordset& rows = columns.rows();
         if (rows.Eof()) {
-            list.addItem(u"<No Column Defined>");
+            list.setMarker(list.addItem({}), 0, u"<No Column Defined>");
             return;
         }
         if (!goesOn()) return;

@@ -18,6 +18,12 @@ enum class FieldType {
     Binary     ///< binary, varbinary, image, timestamp: no text
 };
 
+/// Whether values of a type are numbers, which stand to the right of their columns.
+constexpr bool isNumber(FieldType type) {
+    return type == FieldType::Integer || type == FieldType::Exact || type == FieldType::Float ||
+           type == FieldType::Real;
+}
+
 /// A column of a record set with the current row's value. Reading a value throws Error 3021 when there is no
 /// row.
 class Field {

@@ -1,5 +1,6 @@
 #include "platform/controls/gridrows.h"
 
+#include "platform/controls/roworder.h"
 #include "platform/showntext.h"
 
 namespace controls {
@@ -19,6 +20,7 @@ void GridRows::reset(std::vector<GridColumn> columns, RowStore rows) {
     beginResetModel();
     m_columns = std::move(columns);
     m_rows = std::move(rows);
+    m_order.clear();
     endResetModel();
 }
 
@@ -36,10 +38,27 @@ QVariant GridRows::data(const QModelIndex& index, int role) const {
     if (role == Qt::TextAlignmentRole) return alignment(its);
     if (role == MarkerRole) return its.kind == GridColumnKind::Binary || isNull(index.row(), index.column());
     if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
-    RowStore::Walk cell(m_rows, index.row());
+    RowStore::Walk cell(m_rows, stored(index.row()));
     cell.moveTo(index.column());
     return shown(cell, index.column(),
                  role == Qt::DisplayRole ? RowStore::ShownCharacters : RowStore::AllCharacters);
+}
+
+void GridRows::sort(int column, Qt::SortOrder order) {
+    std::vector<int> sorted;
+    if (column >= 0 && column < columnCount())
+        sorted = sortedRows(m_rows, column, this->column(column).kind, order);
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> places(before.isEmpty() ? 0 : static_cast<size_t>(m_rows.count()));
+    for (size_t row = 0; row < places.size(); ++row)
+        places[sorted.empty() ? row : static_cast<size_t>(sorted[row])] = static_cast<int>(row);
+    QModelIndexList after;
+    for (const QModelIndex& index : before)
+        after += this->index(places[static_cast<size_t>(stored(index.row()))], index.column());
+    m_order = std::move(sorted);
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 QString GridRows::shown(const RowStore::Walk& cell, int column, qsizetype most) const {

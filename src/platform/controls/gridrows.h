@@ -26,20 +26,21 @@ class GridRows : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    /// Role of a bool: the cell's text is a marker, "NULL" or "<Binary>", and no value.
-    static constexpr int MarkerRole = Qt::UserRole;
-
     explicit GridRows(QObject* parent = nullptr);
 
     /// Shows other columns and rows; a row has a text or a null for each column.
     void reset(std::vector<GridColumn> columns, RowStore rows);
 
-    bool isNull(int row, int column) const { return m_rows.isNull(row, column); }
+    bool isNull(int row, int column) const { return m_rows.isNull(stored(row), column); }
+
+    /// By a column's values, nulls first in ascending order: numbers by size, texts without regard to case.
+    /// Equal ones stay as the server sent them, and so do all rows with column -1.
+    void sort(int column, Qt::SortOrder order) override;
 
     /// The whole texts of a row, asked for from left to right. Good until the next reset.
     class Line {
       public:
-        Line(const GridRows& rows, int row) : m_rows(rows), m_walk(rows.m_rows, row) {}
+        Line(const GridRows& rows, int row) : m_rows(rows), m_walk(rows.m_rows, rows.stored(row)) {}
         QString text(int column);
 
       private:
@@ -47,7 +48,8 @@ class GridRows : public QAbstractTableModel {
         RowStore::Walk m_walk;
     };
 
-    /// Qt::DisplayRole gives what can be shown of a cell's text, Qt::EditRole the whole.
+    /// Qt::DisplayRole gives what can be shown of a cell's text, Qt::EditRole the whole; the texts "NULL" and
+    /// "<Binary>" are markers.
     QVariant data(const QModelIndex& index, int role) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -58,8 +60,12 @@ class GridRows : public QAbstractTableModel {
 
     QString shown(const RowStore::Walk& cell, int column, qsizetype most) const;
 
+    /// Where a row lies in the store.
+    int stored(int row) const { return m_order.empty() ? row : m_order[static_cast<size_t>(row)]; }
+
     std::vector<GridColumn> m_columns;
     RowStore m_rows;
+    std::vector<int> m_order;  ///< empty while rows stand as they were sent
 };
 
 }  // namespace controls

@@ -92,6 +92,7 @@ QVariant Nodes::data(const QModelIndex& index, int role) const {
     if (!wanted) return {};
     switch (role) {
         case Qt::DisplayRole:
+        case Qt::EditRole:
             return wanted->text;
         case ImageRole:
             return wanted->image;

@@ -37,10 +37,10 @@ bool isLatin1(QStringView text) {
 }
 
 // The lowest bit of a text's length says that its characters take two bytes.
-void writeText(Bytes& bytes, QStringView text) {
+void writeText(Bytes& bytes, QStringView text, bool wide = false) {
     const auto length = static_cast<quint64>(text.size());
     const auto* characters = reinterpret_cast<const uchar*>(text.utf16());
-    if (!isLatin1(text)) {
+    if (wide || !isLatin1(text)) {
         appendNumber(bytes, length << 1 | 1);
         bytes.insert(bytes.end(), characters, characters + text.size() * 2);
         return;
@@ -106,13 +106,33 @@ void RowStore::appendNull() {
 }
 
 void RowStore::setText(int row, int column, QStringView text) {
-    const bool isLast = row == m_count - 1;
-    if (isLast && column >= m_lastTexts) {
-        Bytes& bytes = m_pages.back().bytes;
-        bytes.insert(bytes.end(), static_cast<size_t>(column - m_lastTexts), 0);
-        m_lastTexts = column;
+    if (row == m_count - 1 && column >= m_lastTexts) {
+        fillUpTo(column);
         return appendText(text);
     }
+    Bytes bytes;
+    writeText(bytes, text);
+    replaceText(row, column, bytes);
+}
+
+void RowStore::setMarker(int row, int column, QStringView text) {
+    Bytes bytes;
+    writeText(bytes, text, true);
+    if (row != m_count - 1 || column < m_lastTexts) return replaceText(row, column, bytes);
+    fillUpTo(column);
+    Bytes& page = m_pages.back().bytes;
+    page.insert(page.end(), bytes.begin(), bytes.end());
+    ++m_lastTexts;
+}
+
+/// Gives the last row empty texts up to a column that it does not have yet.
+void RowStore::fillUpTo(int column) {
+    Bytes& bytes = m_pages.back().bytes;
+    bytes.insert(bytes.end(), static_cast<size_t>(column - m_lastTexts), 0);
+    m_lastTexts = column;
+}
+
+void RowStore::replaceText(int row, int column, const Bytes& text) {
     const Place at = place(row);
     const uchar* from = rowBegin(at);
     const uchar* const end = rowEnd(at);
@@ -124,7 +144,7 @@ void RowStore::setText(int row, int column, QStringView text) {
     const uchar* to = from;
     if (to != end) skipText(to);
     Bytes bytes(static_cast<size_t>(column - passed), 0);
-    writeText(bytes, text);
+    bytes.insert(bytes.end(), text.begin(), text.end());
     replace(at, from, to, bytes);
 }
 
@@ -143,6 +163,10 @@ bool RowStore::Walk::isNull() const {
     return m_at != m_end && *m_at == NullHead;
 }
 
+bool RowStore::Walk::isMarker() const {
+    return m_at != m_end && (*m_at & 1) && isLatin1(text());
+}
+
 QString RowStore::Walk::text(qsizetype most) const {
     return m_at == m_end ? QString() : readText(m_at, most);
 }
@@ -157,6 +181,12 @@ bool RowStore::isNull(int row, int column) const {
     Walk walk(*this, row);
     walk.moveTo(column);
     return walk.isNull();
+}
+
+bool RowStore::isMarker(int row, int column) const {
+    Walk walk(*this, row);
+    walk.moveTo(column);
+    return walk.isMarker();
 }
 
 int RowStore::icon(int row) const {

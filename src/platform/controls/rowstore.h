@@ -8,12 +8,15 @@
 
 namespace controls {
 
+/// Role of a bool in all models of rows: the cell's text stands for what is no text.
+inline constexpr int MarkerRole = Qt::UserRole + 2;
+
 /// Rows of texts and an icon number each, packed without an allocation per text.
 ///
 /// Rows lie in pages of 64. A row is its icon number and then its texts one behind the other, each a length
 /// and the characters: one byte for each where all are Latin-1, else UTF-16, so that every text comes back to
-/// the letter. An empty text of two-byte characters stands for a null. Appending to the last row is cheap;
-/// any other change moves the rest of its page.
+/// the letter. A Latin-1 text in two-byte characters is a marker, which stands for what is no text; the empty
+/// one is a null. Appending to the last row is cheap; any other change moves the rest of its page.
 class RowStore {
   public:
     static constexpr qsizetype AllCharacters = std::numeric_limits<qsizetype>::max();
@@ -27,6 +30,7 @@ class RowStore {
         /// Goes on to a column, which is not behind.
         void moveTo(int column);
         bool isNull() const;
+        bool isMarker() const;
         QString text(qsizetype most = AllCharacters) const;
 
       private:
@@ -45,9 +49,12 @@ class RowStore {
     void appendNull();
     /// Replaces a text, filling up with empty ones before it.
     void setText(int row, int column, QStringView text);
+    /// The same with a marker, whose characters are Latin-1.
+    void setMarker(int row, int column, QStringView text);
     /// An empty text where the row has none, and for a null; at most so many characters.
     QString text(int row, int column, qsizetype most = AllCharacters) const;
     bool isNull(int row, int column) const;
+    bool isMarker(int row, int column) const;
     int icon(int row) const;
     void setIcon(int row, int icon);
     void clear();
@@ -65,6 +72,8 @@ class RowStore {
         int row;
     };
 
+    void fillUpTo(int column);
+    void replaceText(int row, int column, const std::vector<uchar>& text);
     static Place place(int row) { return {row / RowsPerPage, row % RowsPerPage}; }
     const uchar* rowBegin(Place place) const;
     const uchar* rowEnd(Place place) const;

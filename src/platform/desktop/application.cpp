@@ -1,6 +1,8 @@
 #include "platform/desktop/application.h"
 
+#include "platform/desktop/contrast.h"
 #include "platform/desktop/failures.h"
+#include "platform/desktop/menukey.h"
 #include "platform/desktop/widgetboxes.h"
 
 #include <QProxyStyle>
@@ -50,7 +52,20 @@ class Style final : public QProxyStyle {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     setStyle(new Style);  // owned by the application
     installWidgetBoxes();
+    installMenuKey(*this);
+    makeLegible();
     connect(&m_endSignals, &EndSignals::received, &m_end, [this] { m_end.end(); });
+}
+
+/// Whatever the desktop's colours are, and become.
+void Application::makeLegible() {
+    const QPalette wanted = legible(palette());
+    if (wanted != palette()) setPalette(wanted);
+}
+
+bool Application::event(QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange) makeLegible();
+    return QApplication::event(event);
 }
 
 int Application::run() {

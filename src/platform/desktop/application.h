@@ -8,7 +8,8 @@
 namespace desktop {
 
 /// The application object of a program with windows: message boxes and file dialogs show on the screen, and
-/// an unhandled failure or a signal that asks the program to end ends it in order.
+/// an unhandled failure or a signal that asks the program to end ends it in order. Its colours can be read,
+/// and Shift+F10 opens context menus.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -20,7 +21,12 @@ class Application : public QApplication {
     /// The last net below handlers that run without a guard.
     bool notify(QObject* receiver, QEvent* event) override;
 
+  protected:
+    bool event(QEvent* event) override;
+
   private:
+    void makeLegible();
+
     ProgramEnd m_end;
     EndSignals m_endSignals;
 };

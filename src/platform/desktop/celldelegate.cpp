@@ -24,6 +24,11 @@ void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
         option->font.setBold(m_boldPictures.contains(picture));
         option->fontMetrics = QFontMetrics(option->font);
     }
+    if (index.data(controls::MarkerRole).toBool()) {
+        option->font.setItalic(true);
+        option->fontMetrics = QFontMetrics(option->font);
+        option->palette.setColor(QPalette::Text, colours::faintText(option->palette));
+    }
     if (index.column() != 0 || m_pictures.isEmpty()) return;
     option->icon = m_pictures.at(pictureNumber(*option, index));
     // Items without a picture line up with those that have one.
@@ -53,11 +58,13 @@ void paintFocusMark(QPainter& painter, const QRect& rect, const QPalette& palett
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
-    QString text;
-    if (index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width()) {
-        text = index.data().toString();
+    QStringList texts;
+    if (index.isValid()) {
+        const bool cut = sizeHint(option, index).width() > view->visualRect(index).width();
+        texts = {cut ? index.data().toString() : QString(), index.data(Qt::ToolTipRole).toString()};
+        texts.removeAll(QString());
     }
-    showToolTip(event->globalPos(), text, view);
+    showToolTip(event->globalPos(), texts.join(u'\n'), view);
     return true;
 }
 

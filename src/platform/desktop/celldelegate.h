@@ -6,8 +6,8 @@
 
 namespace desktop {
 
-/// Paints the cells of lists: one line however long the text is, the item's picture in the first column. A
-/// selection is paler while the view has not the focus.
+/// Paints the cells of lists: one line however long the text is, the item's picture in the first column, and
+/// markers set off from texts that read the same. A selection is paler while the view has not the focus.
 class CellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ class CellDelegate : public QStyledItemDelegate {
     void setBoldPictures(QList<int> numbers) { m_boldPictures = std::move(numbers); }
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
-    /// A tooltip with the whole text where the cell cuts it.
+    /// A tooltip with the whole text where the cell cuts it, and what the model has to say of the cell.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 

@@ -4,6 +4,7 @@
 #include "platform/desktop/hourglass.h"
 #include "platform/desktop/msgbox.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -27,6 +28,7 @@ CellTable::CellTable(QWidget* parent) : QTableView(parent) {
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setWordWrap(false);
+    setAlternatingRowColors(true);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     setIconSize(QSize(PictureSize, PictureSize));
@@ -37,6 +39,21 @@ CellTable::CellTable(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setMinimumSectionSize(24);
     focusframe::setUp(*this);
     fitRowHeight();
+    addCommands();
+}
+
+void CellTable::addCommands() {
+    const auto add = [this](const QString& text, QKeySequence::StandardKey key) {
+        auto* action = new QAction(text, this);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        addAction(action);
+        return action;
+    };
+    connect(add(QStringLiteral("&Copy"), QKeySequence::Copy), &QAction::triggered, this,
+            &CellTable::copySelection);
+    connect(add(QStringLiteral("Select &All"), QKeySequence::SelectAll), &QAction::triggered, this,
+            &CellTable::selectAll);
 }
 
 bool CellTable::event(QEvent* event) {
@@ -96,6 +113,14 @@ void CellTable::copySelection() {
 void CellTable::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
         copySelection();
+        event->accept();
+        return;
+    }
+    if (event->modifiers() == Qt::AltModifier &&
+        (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
+        const int column = currentIndex().column();
+        const int step = fontMetrics().averageCharWidth() * (event->key() == Qt::Key_Left ? -2 : 2);
+        if (column >= 0) setColumnWidth(column, std::max(columnWidth(column) + step, 24));
         event->accept();
         return;
     }

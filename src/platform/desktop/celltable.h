@@ -5,7 +5,8 @@
 namespace desktop {
 
 /// What lists and grids share: rows of one line each, columns that fit their first rows and can be resized,
-/// the selection copied as text with tabs between the columns.
+/// the selection copied as text with tabs between the columns. Copying and selecting are actions of the
+/// table, for a context menu to show.
 class CellTable : public QTableView {
     Q_OBJECT
 
@@ -33,10 +34,12 @@ class CellTable : public QTableView {
     static void appendCell(QString& line, const QString& cell);
 
     bool event(QEvent* event) override;
+    /// Ctrl+C copies; Alt+Left and Alt+Right make the current column narrower and wider.
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
+    void addCommands();
     int wantedWidth(int column) const;
     void fitRowHeight();
 

@@ -10,17 +10,8 @@ namespace desktop {
 namespace {
 
 controls::GridColumnKind kindOf(ado::FieldType type) {
-    switch (type) {
-        case ado::FieldType::Integer:
-        case ado::FieldType::Exact:
-        case ado::FieldType::Float:
-        case ado::FieldType::Real:
-            return controls::GridColumnKind::Number;
-        case ado::FieldType::Binary:
-            return controls::GridColumnKind::Binary;
-        default:
-            return controls::GridColumnKind::Text;
-    }
+    if (ado::isNumber(type)) return controls::GridColumnKind::Number;
+    return type == ado::FieldType::Binary ? controls::GridColumnKind::Binary : controls::GridColumnKind::Text;
 }
 
 void append(controls::RowStore& rows, const ado::Field& field) {

@@ -2,7 +2,7 @@
 
 #include "platform/controls/gridrows.h"
 #include "platform/desktop/celldelegate.h"
-#include "platform/desktop/colours.h"
+#include "platform/desktop/hourglass.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -14,21 +14,6 @@
 namespace desktop {
 
 namespace {
-
-/// Sets markers off from texts that read the same.
-class GridDelegate final : public CellDelegate {
-  public:
-    explicit GridDelegate(QObject* parent) : CellDelegate(parent, FocusMark::AroundCell) {}
-
-  protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        CellDelegate::initStyleOption(option, index);
-        if (!index.data(controls::GridRows::MarkerRole).toBool()) return;
-        option->font.setItalic(true);
-        option->fontMetrics = QFontMetrics(option->font);
-        option->palette.setColor(QPalette::Text, colours::faintText(option->palette));
-    }
-};
 
 void sortOnce(std::vector<int>& numbers) {
     std::sort(numbers.begin(), numbers.end());
@@ -44,25 +29,55 @@ void append(std::vector<int>& numbers, int first, int last) {
 }  // namespace
 
 DataGrid::DataGrid(QWidget* parent) : CellTable(parent) {
-    setItemDelegate(new GridDelegate(this));
-    setAlternatingRowColors(true);
+    setItemDelegate(new CellDelegate(this, CellDelegate::FocusMark::AroundCell));
+    setContextMenuPolicy(Qt::ActionsContextMenu);
     verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    addCommands();
+    addSorting();
 }
 
-void DataGrid::addCommands() {
-    setContextMenuPolicy(Qt::ActionsContextMenu);
-    const auto add = [this](const QString& text, QKeySequence::StandardKey key) {
+void DataGrid::addSorting() {
+    QHeaderView* header = horizontalHeader();
+    header->setSortIndicatorShown(true);  // so that there is room for it
+    header->setSortIndicator(-1, m_sortOrder);
+    connect(header, &QHeaderView::sectionClicked, this, &DataGrid::headerClicked);
+    auto* bar = new QAction(this);
+    bar->setSeparator(true);
+    addAction(bar);
+    const auto add = [this](const QString& text, auto&& command) {
         auto* action = new QAction(text, this);
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::WidgetShortcut);
         addAction(action);
-        return action;
+        connect(action, &QAction::triggered, this, command);
     };
-    connect(add(QStringLiteral("&Copy"), QKeySequence::Copy), &QAction::triggered, this,
-            &DataGrid::copySelection);
-    connect(add(QStringLiteral("Select &All"), QKeySequence::SelectAll), &QAction::triggered, this,
-            &DataGrid::selectAll);
+    add(QStringLiteral("Sort A&scending"), [this] { sortBy(currentIndex().column(), Qt::AscendingOrder); });
+    add(QStringLiteral("Sort &Descending"), [this] { sortBy(currentIndex().column(), Qt::DescendingOrder); });
+    add(QStringLiteral("&Original Order"), [this] { sortBy(-1, Qt::AscendingOrder); });
+}
+
+/// With Shift or Ctrl a click selects and nothing else.
+void DataGrid::headerClicked(int column) {
+    const bool same = column == m_sortColumn;
+    if (QGuiApplication::keyboardModifiers() != Qt::NoModifier) {
+        horizontalHeader()->setSortIndicator(m_sortColumn, m_sortOrder);  // the header has turned it
+    } else if (!same) {
+        sortBy(column, Qt::AscendingOrder);
+        selectColumn(column);
+    } else {
+        sortBy(m_sortOrder == Qt::AscendingOrder ? column : -1, Qt::DescendingOrder);
+        selectColumn(column);
+    }
+}
+
+void DataGrid::sortBy(int column, Qt::SortOrder order) {
+    if (!model()) return;
+    const Hourglass pointer;
+    // A selection would be followed cell by cell.
+    const QPersistentModelIndex current = currentIndex();
+    selectionModel()->clearSelection();
+    m_sortColumn = column;
+    m_sortOrder = order;
+    model()->sort(column, order);
+    horizontalHeader()->setSortIndicator(column, order);
+    if (current.isValid()) setCurrentIndex(current);
 }
 
 void DataGrid::setRows(controls::GridRows* rows) {
@@ -75,6 +90,8 @@ void DataGrid::setRows(controls::GridRows* rows) {
 
 /// Another result has nothing to do with the place in the one before.
 void DataGrid::beginAnew() {
+    m_sortColumn = -1;
+    horizontalHeader()->setSortIndicator(-1, m_sortOrder);
     fitColumns();
     scrollToTop();
     horizontalScrollBar()->setValue(0);

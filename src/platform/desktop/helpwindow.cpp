@@ -46,6 +46,9 @@ HelpWindow::HelpWindow(QWidget* parent)
 void HelpWindow::layOut() {
     m_search->setPlaceholderText(QStringLiteral("Search for words"));
     m_search->setClearButtonEnabled(true);
+    m_search->setAccessibleName(m_search->placeholderText());
+    m_list->setAccessibleName(QStringLiteral("Topics"));
+    m_page->setAccessibleName(QStringLiteral("Topic"));
     m_found->setContentsMargins(2, 0, 2, 0);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setUniformItemSizes(true);

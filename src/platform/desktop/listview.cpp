@@ -43,6 +43,10 @@ void ListView::setItems(controls::ListItems* items) {
     fitAnew();
 }
 
+controls::ListItems* ListView::items() const {
+    return static_cast<controls::ListItems*>(model());
+}
+
 /// What is listed anew begins at its own widths and its first cell.
 void ListView::follow(controls::ListItems& items) {
     const auto rowsGone = [this] {
@@ -94,14 +98,16 @@ std::vector<int> ListView::selectedRows() const {
 }
 
 QString ListView::selectedText() const {
-    const auto* items = static_cast<const controls::ListItems*>(model());
+    const controls::ListItems* items = this->items();
     if (!items) return {};
     QString text;
     for (const int row : selectedRows()) {
+        const int item = items->itemOf(row);
         for (int place = 0; place < items->headerCount(); ++place) {
             if (place > 0) text.append(u'\t');
-            appendCell(text, items->subItem(row, horizontalHeader()->logicalIndex(place)));
+            appendCell(text, items->subItem(item, horizontalHeader()->logicalIndex(place)));
         }
+        if (items->hasMarkWords()) text.append(u'\t').append(items->markWord(item));
         text.append(u'\n');
         if (text.size() > copyLimit()) return {};
     }
@@ -129,11 +135,12 @@ void ListView::paintEvent(QPaintEvent* event) {
 }
 
 void ListView::paintItemsWithoutHeaders(QPainter& painter) const {
-    const auto* items = static_cast<const controls::ListItems*>(model());
+    const controls::ListItems* items = this->items();
     painter.setPen(palette().color(QPalette::Text));
     for (int row = 0; row < items->rowCount() && rowViewportPosition(row) < viewport()->height(); ++row) {
         const QRect line(TextMargin, rowViewportPosition(row), viewport()->width(), rowHeight(row));
-        painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine, platform::shownLine(items->text(row)));
+        painter.drawText(line, Qt::AlignVCenter | Qt::TextSingleLine,
+                         platform::shownLine(items->text(items->itemOf(row))));
     }
 }
 
@@ -144,7 +151,11 @@ void ListView::paintFocus(QPainter& painter) const {
     const int columns = horizontalHeader()->length();
     const QRect line(columns > 0 ? -horizontalOffset() : 0, rowViewportPosition(row),
                      columns > 0 ? columns : viewport()->width(), rowHeight(row));
-    paintFocusMark(painter, line, palette(), selectionModel()->isSelected(currentIndex()));
+    const bool selected = selectionModel()->isSelected(currentIndex());
+    paintFocusMark(painter, line, palette(), selected);
+    // The column whose width the keys change.
+    if (currentIndex().column() > 0)
+        paintFocusMark(painter, visualRect(currentIndex()).adjusted(2, 2, -2, -2), palette(), selected);
 }
 
 /// The mark is around whole rows, the table paints single cells anew.
@@ -157,12 +168,13 @@ QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modi
     if (!model()) return {};
     QScrollBar* across = horizontalScrollBar();
     switch (action) {
-        // A list has no cell to go to on the left or the right; its ends are the first and the last row.
+        // A list has no cell to go to on the left or the right, but for the Ctrl key; its ends are the first
+        // and the last row.
         case MoveLeft:
-            across->triggerAction(QScrollBar::SliderSingleStepSub);
-            return currentIndex();
         case MoveRight:
-            across->triggerAction(QScrollBar::SliderSingleStepAdd);
+            if (modifiers.testFlag(Qt::ControlModifier)) return CellTable::moveCursor(action, modifiers);
+            across->triggerAction(action == MoveLeft ? QScrollBar::SliderSingleStepSub
+                                                     : QScrollBar::SliderSingleStepAdd);
             return currentIndex();
         case MoveHome:
             return model()->index(0, 0);

@@ -22,12 +22,14 @@ class ListView : public CellTable {
 
     /// Shows the items, which must outlive the view or be set to null before.
     void setItems(controls::ListItems* items);
+    controls::ListItems* items() const;
     /// The pictures that items' icon numbers mean.
     void setPictures(QList<QIcon> icons);
     /// Items with one of these icon numbers are headings: their texts are bold.
     void setBoldPictures(QList<int> numbers);
 
-    /// The selected rows, their cells as the columns stand.
+    /// The selected rows, their cells as the columns stand, and behind them their marks in words if items
+    /// have any.
     QString selectedText() const override;
 
   Q_SIGNALS:

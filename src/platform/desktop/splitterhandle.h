@@ -5,7 +5,8 @@
 namespace desktop {
 
 /// A handle between two panes. While it is dragged only a bar moves, kept 500 twips inside the window; the
-/// panes are laid out anew when it is let go.
+/// panes are laid out anew when it is let go. With the focus, which shows, the arrow keys move it, and the
+/// panes at once.
 class SplitterHandle : public QWidget {
     Q_OBJECT
 
@@ -20,6 +21,9 @@ class SplitterHandle : public QWidget {
     void released();
 
   protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -27,6 +31,8 @@ class SplitterHandle : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void moveBar(int proposed);
+
     Qt::Orientation m_across;
     QWidget& m_bar;
     bool m_dragging = false;

@@ -17,6 +17,16 @@ TitleLabel::TitleLabel(const QString& text, QWidget* parent) : QLabel(text, pare
     setMargin(Indent);
 }
 
+void TitleLabel::setTitled(QWidget* view) {
+    m_titled = view;
+    setText(text());
+}
+
+void TitleLabel::setText(const QString& text) {
+    QLabel::setText(text);
+    if (m_titled) m_titled->setAccessibleName(platform::shownLine(text));
+}
+
 QSize TitleLabel::sizeHint() const {
     const QSize text(fontMetrics().horizontalAdvance(platform::shownLine(this->text())),
                      fontMetrics().height());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPointer>
 
 namespace desktop {
 
@@ -12,6 +13,11 @@ class TitleLabel : public QLabel {
   public:
     TitleLabel(const QString& text, QWidget* parent);
 
+    /// Makes the title the accessible name of a view, for which no label's buddy is.
+    void setTitled(QWidget* view);
+    /// Hides that of QLabel.
+    void setText(const QString& text);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     /// The text as it is shown.
@@ -20,6 +26,9 @@ class TitleLabel : public QLabel {
   protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QPointer<QWidget> m_titled;
 };
 
 }  // namespace desktop

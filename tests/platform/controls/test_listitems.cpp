@@ -20,6 +20,7 @@ class ListItemsTest : public QObject {
     void textsComeBackToTheLetter_data();
     void textsComeBackToTheLetter();
     void changesInAnyOrder();
+    void someItemsShow();
     void rowsAreAnnouncedInBatches();
     void changesOfShownRowsAreAnnouncedOnce();
     void clearingKeepsHeaders();
@@ -61,7 +62,7 @@ void ListItemsTest::changesInAnyOrder() {
         return QString(random.bounded(200), random.bounded(2) ? QChar(u'a') : QChar(u'Ж'));
     };
     for (int step = 0; step < 3000; ++step) {
-        const int kind = random.bounded(4);
+        const int kind = random.bounded(5);
         if (kind == 0 || expected.empty()) {
             const QString text = someText();
             const int icon = random.bounded(-3, 300);
@@ -76,18 +77,71 @@ void ListItemsTest::changesInAnyOrder() {
             items.setIcon(item, icon);
         } else {
             const int column = random.bounded(4);
-            texts[column] = someText();
-            items.setSubItem(item, column, texts.at(column));
+            const bool marker = kind == 4;
+            texts[column] = marker ? QStringLiteral("<NULL>") : someText();
+            if (marker)
+                items.setMarker(item, column, texts.at(column));
+            else
+                items.setSubItem(item, column, texts.at(column));
         }
     }
+    for (int column = 0; column < 4; ++column)
+        items.addHeader({});
+    items.notifyViews();
     QVERIFY(expected.size() > 200);
     for (int item = 0; item < int(expected.size()); ++item) {
         const auto& [icon, texts] = expected[size_t(item)];
         QCOMPARE(items.icon(item), icon);
         for (int column = 0; column < 4; ++column) {
             QCOMPARE(items.subItem(item, column), texts.at(column));
+            const bool marker = texts.at(column).startsWith(u'<');
+            QCOMPARE(items.index(item, column).data(controls::MarkerRole).toBool(), marker);
         }
     }
+}
+
+void ListItemsTest::someItemsShow() {
+    ListItems items;
+    QAbstractItemModelTester tester(&items, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy heldBack(&items, &ListItems::itemsHeldBack);
+    QSignalSpy inserted(&items, &ListItems::rowsInserted);
+    items.addHeader(QStringLiteral("Name"));
+    const auto add = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            items.addItem(QString::number(items.count()));
+        items.notifyViews();
+    };
+    const auto shown = [&] {
+        QStringList texts;
+        for (int row = 0; row < items.rowCount(); ++row)
+            texts += items.index(row, 0).data().toString();
+        return texts.join(u' ');
+    };
+    add(5);
+    items.showOnly({1, 3});
+    QCOMPARE(shown(), QStringLiteral("1 3"));
+    QCOMPARE(items.rowOf(3), 1);
+    QCOMPARE(items.rowOf(2), 1);
+    QCOMPARE(items.rowOf(4), 2);
+    QCOMPARE(items.itemOf(1), 3);
+    inserted.clear();
+    add(3);
+    QCOMPARE(heldBack.size(), 1);
+    items.showOnly({1, 3, 6});
+    QCOMPARE(inserted.size(), 1);
+    QCOMPARE(inserted.first().at(1).toInt(), 2);  // rows at the front stay
+    items.setSubItem(6, 0, u"six");
+    QCOMPARE(shown(), QStringLiteral("1 3 six"));
+    items.showOnly({2});
+    QCOMPARE(shown(), QStringLiteral("2"));
+    items.showAll();
+    QCOMPARE(shown(), QStringLiteral("0 1 2 3 4 5 six 7"));
+    items.showOnly({0});
+    items.clearItems();
+    add(1);
+    QCOMPARE(shown(), QString());
+    items.showAll();
+    QCOMPARE(shown(), QStringLiteral("0"));
 }
 
 void ListItemsTest::rowsAreAnnouncedInBatches() {

@@ -136,7 +136,7 @@ void DataControlTest::cellKinds() {
         QCOMPARE(rows.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), alignment);
         sides += alignment & Qt::AlignRight ? u'>' : u'<';
         for (const int row : {0, 1}) {
-            const bool marked = rows.index(row, column).data(controls::GridRows::MarkerRole).toBool();
+            const bool marked = rows.index(row, column).data(controls::MarkerRole).toBool();
             markers += marked ? u'#' : u'-';
         }
     }

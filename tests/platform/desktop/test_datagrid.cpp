@@ -23,6 +23,8 @@ class DataGridTest : public QObject {
     void selects();
     void copiesWithHeaders();
     void marksNulls();
+    void sortsByHeader_data();
+    void sortsByHeader();
     void fitsColumns();
     void beginsAnew();
     void longTexts();
@@ -130,6 +132,47 @@ void DataGridTest::marksNulls() {
     QRect text = grid.rectOf(0, 1);
     QCOMPARE(null.size(), text.size());
     QVERIFY(image.copy(null) != image.copy(text));
+}
+
+void DataGridTest::sortsByHeader_data() {
+    const testsupport::Table<int, int, QString> row("column", "clicks", "order of the rows");
+    row("numbers by size", 0, 1, QStringLiteral("null -7 2 10 10"));
+    row("the other way round", 0, 2, QStringLiteral("10 10 2 -7 null"));
+    row("as they came", 0, 3, QStringLiteral("10 2 null -7 10"));
+    row("texts", 1, 1, QStringLiteral("-7 null 10 2 10"));  // null, empty, A, b, c
+    row("binary values have no order", 2, 1, QStringLiteral("10 2 null -7 10"));
+}
+
+void DataGridTest::sortsByHeader() {
+    QFETCH(int, column);
+    QFETCH(int, clicks);
+    Grid grid;
+    grid.rows.reset({{QStringLiteral("Id"), GridColumnKind::Number},
+                     {QStringLiteral("Name")},
+                     {QStringLiteral("Picture"), GridColumnKind::Binary}},
+                    rowsOf({{QStringLiteral("10"), QStringLiteral("A"), QString()},
+                            {QStringLiteral("2"), QStringLiteral("b"), QString()},
+                            {QStringLiteral("<null>"), QString(), QString()},
+                            {QStringLiteral("-7"), QStringLiteral("<null>"), QString()},
+                            {QStringLiteral("10"), QStringLiteral("c"), QString()}}));
+    const QAbstractItemModelTester tester(&grid.rows, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    grid.click(3, 0);
+    QHeaderView* header = grid.view.horizontalHeader();
+    const QPoint place(header->sectionViewportPosition(column) + 10, header->height() / 2);
+    for (int i = 0; i < clicks; ++i)
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+    QStringList order;
+    for (int row = 0; row < 5; ++row)
+        order += grid.rows.index(row, 0).data().toString().toLower();
+    QTEST(order.join(u' '), "order of the rows");
+    QCOMPARE(header->sortIndicatorSection(), clicks == 3 ? -1 : column);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::ControlModifier, place);
+    QCOMPARE(header->sortIndicatorSection(), clicks == 3 ? -1 : column);
+    // What is copied is what is seen.
+    grid.click(0, 0);
+    QCOMPARE(grid.copied().toLower(), QStringLiteral("id\n%1\n").arg(order.first()));
+    grid.rows.reset({{}}, {});
+    QCOMPARE(header->sortIndicatorSection(), -1);
 }
 
 void DataGridTest::fitsColumns() {

@@ -3,12 +3,15 @@
 #include "support/answers.h"
 #include "support/table.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 
 #include <functional>
 #include <vector>
@@ -58,6 +61,7 @@ class ListViewTest : public QObject {
     void copies();
     void selectsWithMouseAndKeys_data();
     void selectsWithMouseAndKeys();
+    void marksAreTold();
     void keysMove();
     void columnWidths();
     void columnsAreDragged();
@@ -136,6 +140,29 @@ void ListViewTest::selectsWithMouseAndKeys() {
     QTEST(rows.join(u' '), "selected");
 }
 
+/// To the mouse, to a screen reader and in what is copied.
+void ListViewTest::marksAreTold() {
+    List list(0);
+    list.items.setMarkWords({QStringLiteral("good")});
+    list.fill(1);
+    list.items.addItem(u"row 1", 1);
+    list.items.notifyViews();
+    const auto told = [&](int row) {
+        const QRect cell = list.view.visualRect(list.items.index(row, 0));
+        QHelpEvent help(QEvent::ToolTip, cell.center(), cell.center());
+        QCoreApplication::sendEvent(list.view.viewport(), &help);
+        auto* table = QAccessible::queryAccessibleInterface(&list.view)->tableInterface();
+        return QStringList{QToolTip::text().isEmpty() ? QString() : QStringLiteral("tip"),
+                           table->cellAt(row, 0)->text(QAccessible::Name),
+                           table->cellAt(row, 1)->text(QAccessible::Description)}
+            .join(u'|');
+    };
+    QCOMPARE(told(0), QStringLiteral("|row 0|"));
+    QCOMPARE(told(1), QStringLiteral("tip|row 1, good|good"));
+    list.view.selectAll();
+    QCOMPARE(list.view.selectedText(), QStringLiteral("row 0\t0\t\nrow 1\t\tgood\n"));
+}
+
 void ListViewTest::keysMove() {
     List list(50);
     list.view.setCurrentIndex(list.items.index(10, 1));
@@ -146,6 +173,14 @@ void ListViewTest::keysMove() {
     QCOMPARE(rowAfter(Qt::Key_End), 49);
     QCOMPARE(rowAfter(Qt::Key_Home), 0);
     QCOMPARE(rowAfter(Qt::Key_Right), 0);
+    for (const auto& [key, step] : {std::pair{Qt::Key_Right, 1}, {Qt::Key_Left, -1}}) {
+        const int column = list.view.currentIndex().column();
+        const int width = list.view.columnWidth(column);
+        QTest::keyClick(&list.view, key, Qt::AltModifier);
+        QCOMPARE(list.view.columnWidth(column) > width, step > 0);
+        QTest::keyClick(&list.view, key, Qt::ControlModifier);
+        QCOMPARE(list.view.currentIndex().column(), column + step);
+    }
     list.click(0);
     QTest::keyClicks(&list.view, QStringLiteral("row 3"));
     QCOMPARE(list.view.currentIndex().row(), 3);
