@@ -98,6 +98,7 @@ QGroupBox* ConnectionControls::makeServerBox(QWidget* page) {
                       new QGroupBox(QStringLiteral(" Use Server Direct Connection "), page));
     cbServer = named(QStringLiteral("cbServer"), new desktop::ComboBox(box));
     cbServer->setEditable(true);
+    cbServer->lineEdit()->setAccessibleName(QStringLiteral("Database Server Name"));
     cbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbServer->setInsertPolicy(QComboBox::NoInsert);
     // What is typed is meant: no completion to a longer name of the list.

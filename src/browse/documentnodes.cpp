@@ -78,6 +78,7 @@ void frmDocument::chooseDatabase(const controls::Node& node, bool open) {
     m_panes->lblTitle(1).setText(QStringLiteral("Table Definition:"));
     m_definitions.clearItems();
     const QPointer<frmDocument> stillOpen(this);  // as in openTable()
+    const WindowStatus::Running running(status());
     const desktop::Hourglass pointer;
     const QString caption = connection()->FillLvDBDetail(m_data, QString(node.text));
     if (!stillOpen.isNull()) m_panes->lblTitle(2).setText(caption);
@@ -89,6 +90,7 @@ void frmDocument::openTable(const controls::Node& node) {
     const std::shared_ptr<DBConnection> source = connection();
     const QString database = node.parent->text;
     const QString table = node.text;
+    const WindowStatus::Running running(status());
     const desktop::Hourglass pointer;
     m_definitions.clearItems();
     source->FillLvTblDef(m_definitions, database, table);

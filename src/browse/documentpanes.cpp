@@ -39,6 +39,11 @@ DocumentPanes::DocumentPanes(QWidget& window, const Views& views, const qint16& 
           named(QStringLiteral("imgSplitter"), new SplitterHandle(Qt::Horizontal, *m_picSplitter, &window))),
       m_imgSplitter2(
           named(QStringLiteral("imgSplitter2"), new SplitterHandle(Qt::Vertical, *m_picSplitter2, &window))) {
+    QWidget* const titled[] = {views.tvDB, views.lvTblDef, views.lvTblData};
+    for (size_t i = 0; i < m_titles.size(); ++i)
+        m_titles[i]->setTitled(titled[i]);
+    m_imgSplitter->setAccessibleName(QStringLiteral("Bar between the tree and the lists"));
+    m_imgSplitter2->setAccessibleName(QStringLiteral("Bar above the rows"));
     connect(m_imgSplitter, &SplitterHandle::released, this, &DocumentPanes::layOutAtBars);
     connect(m_imgSplitter2, &SplitterHandle::released, this, &DocumentPanes::layOutAtBars);
 }

@@ -4,12 +4,14 @@
 #include "browse/handler.h"
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
+#include "platform/desktop/finder.h"
 #include "platform/desktop/listview.h"
 #include "platform/desktop/treeview.h"
 #include "platform/desktop/twips.h"
 
 #include <QCloseEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace tw {
@@ -58,6 +60,29 @@ void frmDocument::setConnection(std::shared_ptr<DBConnection> connection) {
     m_connection = std::move(connection);
 }
 
+void frmDocument::setConnected(bool connected) {
+    m_connected = connected;
+    m_statusDue.start();
+}
+
+/// Tells of the tree as it was filled.
+void frmDocument::showStatus() {
+    if (!m_connected) return status().setText(QStringLiteral("Not connected"));
+    const std::shared_ptr<DBConnection> source = connection();
+    const QString login = source->getDSN()              ? QStringLiteral("that of the data source")
+                          : source->getUser().isEmpty() ? QStringLiteral("Windows account")
+                                                        : source->getUser();
+    qsizetype tables = 0;
+    if (const controls::Node* root = m_nodes.find(QStringLiteral("R"))) {
+        for (const controls::Node* database : root->children)
+            tables += std::ranges::count_if(database->children, [](const controls::Node* table) {
+                return table->text != QStringLiteral("<No Permission>");
+            });
+    }
+    status().setText(QStringLiteral("Server: %1    Login: %2    Tables: %3")
+                         .arg(source->getServer(), login, QString::number(tables)));
+}
+
 void frmDocument::makeViews() {
     m_tvDB = new desktop::TreeView(this);
     m_lvTblDef = new desktop::ListView(this);
@@ -68,12 +93,19 @@ void frmDocument::makeViews() {
     m_tvDB->setPictures(
         {icon(QStringLiteral("server")), icon(QStringLiteral("database")), icon(QStringLiteral("table"))});
     m_tvDB->setNodes(&m_nodes);
+    m_statusDue.setSingleShot(true);
+    connect(&m_statusDue, &QTimer::timeout, this, &frmDocument::showStatus);
+    connect(&m_nodes, &controls::Nodes::rowsInserted, &m_statusDue, qOverload<>(&QTimer::start));
+    showStatus();
     m_lvTblDef->setItems(&m_definitions);
     m_lvTblDef->setPictures({icon(QStringLiteral("constraint")), icon(QStringLiteral("index")),
                              icon(QStringLiteral("foreign")), icon(QStringLiteral("table")),
                              icon(QStringLiteral("key"))});
+    m_definitions.setMarkWords({{}, {}, {}, {}, QStringLiteral("primary key")});
     m_lvTblData->setItems(&m_data);
     m_panes = new DocumentPanes(*this, {m_tvDB, m_lvTblDef, m_lvTblData}, m_state.options.Layout);
+    m_lvTblData->setContextMenuPolicy(Qt::ActionsContextMenu);
+    new desktop::Finder(this, {m_tvDB, m_lvTblDef, m_lvTblData});  // owned by the window
     setFocusProxy(m_tvDB);
 }
 

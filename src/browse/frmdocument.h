@@ -6,6 +6,7 @@
 #include "shell/core/documents.h"
 #include "shell/core/frame.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -36,7 +37,7 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     void setConnection(std::shared_ptr<DBConnection> connection);
     bool isConnected() const { return m_connected; }
     /// Changes the window's own flag only, not the count of connected documents.
-    void setConnected(bool connected) { m_connected = connected; }
+    void setConnected(bool connected);
 
     QString getModuleName() const override { return QStringLiteral("frmDocument"); }
     std::shared_ptr<DBConnection> queryConnection() override { return connection(); }
@@ -70,6 +71,7 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     void connectHandlers();
     void Form_Load();
     void Form_Unload();
+    void showStatus();
     void tvDB_NodeClick();
     void tvDB_DblClick();
     void tvDB_MouseUp(const QPoint& screenPosition);
@@ -87,6 +89,7 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     std::shared_ptr<DBConnection> m_connection;
     bool m_connected = false;
     bool m_secondClick = false;
+    QTimer m_statusDue;
     controls::Nodes m_nodes;
     controls::ListItems m_definitions;
     controls::ListItems m_data;

@@ -13,10 +13,12 @@
 #include "query/querytext.h"
 #include "shell/core/appstate.h"
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -74,6 +76,7 @@ frmQuery::frmQuery(AppState& state, std::shared_ptr<DBConnection> connection, QW
     for (QPlainTextEdit* box : {txtColumns, txtTables, txtWhereClause})
         box->document()->clearUndoRedoStacks();
     cbDatabase->setFocus();
+    status().setText(QStringLiteral("No query has run yet"));
 }
 
 frmQuery::~frmQuery() = default;
@@ -106,8 +109,9 @@ void frmQuery::connectHandlers() {
     onClick(cmdReset, &frmQuery::cmdReset_Click);
     onClick(cmdClose, &frmQuery::cmdClose_Click);
     // The text boxes keep the Enter key for their lines.
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto* shortcut = new QShortcut(Qt::CTRL | key, this);
+    for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::Key_Return),
+                                     QKeySequence(Qt::CTRL | Qt::Key_Enter), QKeySequence(Qt::Key_F5)}) {
+        auto* shortcut = new QShortcut(keys, this);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, cmdExecute, [this] { cmdExecute->click(); });
     }
@@ -238,6 +242,15 @@ bool frmQuery::isReady() {
 
 void frmQuery::cmdExecute_Click() {
     if (!isReady()) return;
+    const QPointer<frmQuery> self(this);
+    QElapsedTimer duration;
+    duration.start();
+    const auto tell = [&](const QString& outcome) {
+        if (self == nullptr) return;
+        status().setText(QStringLiteral("%1 %2 s").arg(outcome).arg(
+            QLocale::c().toString(double(duration.elapsed()) / 1000, 'f', 2)));
+    };
+    const WindowStatus::Running running(status());
     try {
         const desktop::Hourglass pointer;
         Adodc1->setConnectionString(
@@ -249,8 +262,10 @@ void frmQuery::cmdExecute_Click() {
         Adodc1->Refresh();
         lblRecCount->setText(QStringLiteral("Number of rows returned: %1").arg(Adodc1->recordCount()));
         tsQuery->setCurrentIndex(ResultPage);
+        tell(QStringLiteral("%1 rows in").arg(Adodc1->recordCount()));
     } catch (...) {
         // The data control has told it; everything stays as it was, if it is there still.
+        tell(QStringLiteral("The query failed after"));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/datacontrol.h"
 #include "platform/desktop/datagrid.h"
+#include "platform/desktop/finder.h"
 #include "platform/desktop/named.h"
 #include "platform/desktop/pickbox.h"
 #include "platform/desktop/scrollpage.h"
@@ -205,6 +206,7 @@ QWidget* QueryControls::makeResultPage() {
         named(QStringLiteral("lblRecCount"), new QLabel(QStringLiteral("Number of rows returned: 0"), page));
     dgrResult->setAccessibleName(QStringLiteral("Result"));
     dgrResult->setRows(&Adodc1->rows());
+    new desktop::Finder(page, {dgrResult});  // owned by the page
     auto* column = new QVBoxLayout(page);
     column->addWidget(dgrResult, 1);
     column->addWidget(lblRecCount);
@@ -226,6 +228,7 @@ QWidget* QueryControls::makeButtons(QWidget& window) {
         row->addWidget(button);
     }
     cmdExecute->setDefault(true);
+    cmdExecute->setToolTip(QStringLiteral("Run the query (F5 or Ctrl+Enter)"));
     return strip;
 }
 

@@ -6,6 +6,7 @@
 #include "icons/icons.h"
 #include "platform/desktop/failures.h"
 #include "platform/desktop/outersize.h"
+#include "platform/desktop/titlelabel.h"
 #include "platform/desktop/twips.h"
 #include "shell/core/appstate.h"
 #include "shell/core/options.h"
@@ -63,7 +64,8 @@ frmMain::frmMain(AppState& state)
       m_area(new QMdiArea(this)),
       m_menus(*this),
       tbToolBar(new MainToolBar(this)),
-      sbStatusBar(new QStatusBar(this)) {
+      sbStatusBar(new QStatusBar(this)),
+      lblStatus(new desktop::TitleLabel({}, sbStatusBar)) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("SQL Server Tablewright"));
     setWindowIcon(icon(QStringLiteral("tablewright")));
@@ -81,7 +83,9 @@ frmMain::frmMain(AppState& state)
     setCentralWidget(m_area);
     addToolBar(tbToolBar);
     sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
+    sbStatusBar->addWidget(lblStatus, 1);
     setStatusBar(sbStatusBar);
+    connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::followStatus);
     m_menus.mnuViewToolbar->setChecked(true);
     m_menus.mnuViewStatusBar->setChecked(true);
 
@@ -89,6 +93,10 @@ frmMain::frmMain(AppState& state)
     auto* menuKey = new QShortcut(Qt::Key_F10, this);
     connect(menuKey, &QShortcut::activated, this,
             [this] { menuBar()->setActiveAction(m_menus.mnuFile->menuAction()); });
+    auto* childMenuKey = new QShortcut(Qt::ALT | Qt::Key_Minus, this);
+    connect(childMenuKey, &QShortcut::activated, this, [this] {
+        if (QMdiSubWindow* child = activeChild()) child->showSystemMenu();
+    });
     connectCommands();
 }
 
@@ -174,6 +182,23 @@ void frmMain::SetMenuAndToolBarControls() {
     enable(m_menus.mnuWindowTileHorizontal, {}, connected);
     enable(m_menus.mnuWindowTileVertical, {}, connected);
     enable(m_menus.mnuWindowArrangeIcons, {}, connected);
+}
+
+void frmMain::followStatus() {
+    const QMdiSubWindow* child = activeChild();
+    auto* window = child == nullptr ? nullptr : dynamic_cast<ChildWindow*>(child->widget());
+    disconnect(m_statusFollowed);
+    if (window == nullptr) return lblStatus->setText({});
+    WindowStatus& status = window->status();
+    m_statusFollowed =
+        connect(&status, &WindowStatus::changed, this, [this, &status] { showStatus(status); });
+    showStatus(status);
+}
+
+void frmMain::showStatus(const WindowStatus& status) {
+    lblStatus->setText(status.text());
+    // What runs now may not serve events for a while.
+    lblStatus->repaint();
 }
 
 void frmMain::popUpConnectMenu(const QPoint& screenPosition) {

@@ -12,6 +12,10 @@ class QMdiArea;
 class QMdiSubWindow;
 class QStatusBar;
 
+namespace desktop {
+class TitleLabel;
+}
+
 namespace tw {
 
 struct AppState;
@@ -90,6 +94,9 @@ class frmMain : public QMainWindow, public Frame {
     void Form_Unload();
     void place();
     void showFlash();
+    /// Tells of the active child from now on.
+    void followStatus();
+    void showStatus(const WindowStatus& status);
     void setLayout(qint16 layout);
     void checkLayout();
     frmDocument& openDocument();
@@ -109,6 +116,8 @@ class frmMain : public QMainWindow, public Frame {
     MainMenus m_menus;
     MainToolBar* tbToolBar;
     QStatusBar* sbStatusBar;
+    desktop::TitleLabel* lblStatus;
+    QMetaObject::Connection m_statusFollowed;
     bool m_loaded = false;
     qint32 m_queryNumber = 0;  ///< running number of the newest query window
     QString m_exportFolder;    ///< the one that was exported to last

@@ -57,6 +57,7 @@ void MainMenus::buildFile(QMainWindow& frame) {
     mnuFileNew = addItem(mnuFile, QStringLiteral("mnuFileNew"), QStringLiteral("&New Connection..."),
                          QStringLiteral("Open a document window and connect it to a server"),
                          icon(QStringLiteral("New")));
+    mnuFileNew->setShortcut(QKeySequence::New);
     addBar(mnuFile, QStringLiteral("mnuFileBar5"));
     mnuFileExit = addItem(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
                           QStringLiteral("Close all windows and end the program"));
@@ -123,6 +124,7 @@ void MainMenus::buildHelp(QMainWindow& frame) {
     mnuHelp = addMenu(frame, QStringLiteral("mnuHelp"), QStringLiteral("&Help"));
     mnuHelpContents = addItem(mnuHelp, QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents"),
                               QStringLiteral("Read the guide"));
+    mnuHelpContents->setShortcut(QKeySequence::HelpContents);
     mnuHelpSearchForHelpOn =
         addItem(mnuHelp, QStringLiteral("mnuHelpSearchForHelpOn"), QStringLiteral("&Search For Help On..."),
                 QStringLiteral("Look for a word in the guide"));

@@ -127,6 +127,9 @@ void TestQueryRunning::runs() {
     QTEST(rowsOf(desk).join(u' '), "rows");
     QCOMPARE(desk.countLine(), QStringLiteral("Number of rows returned: %1").arg(rowsOf(desk).size()));
     QCOMPARE(desk.page(), 1);
+    const QString rows = QString::number(rowsOf(desk).size());
+    static const QRegularExpression seconds(QStringLiteral("^(\\d+) rows in \\d+\\.\\d\\d s$"));
+    QCOMPARE(seconds.match(desk.window->status().text()).captured(1), rows);
     QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     desk.press("cmdBack");
     QCOMPARE(desk.page(), 0);

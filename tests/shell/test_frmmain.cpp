@@ -7,6 +7,7 @@
 #include "support/table.h"
 
 #include <QFile>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
@@ -57,6 +58,7 @@ class FrmMainTest : public QObject {
     void enabling_data();
     void enabling();
     void partsOfTheFrameToggle();
+    void statusTellsOfTheActiveWindow();
     void layout();
     void centre_data();
     void centre();
@@ -208,6 +210,33 @@ void FrmMainTest::partsOfTheFrameToggle() {
         QCOMPARE(fixture.action("mnuViewToolbarLabels")->isChecked(), shown);
         QCOMPARE(fixture.state.options.ToolBarCaption, shown ? 1 : 0);
     }
+}
+
+void FrmMainTest::statusTellsOfTheActiveWindow() {
+    FrameFixture fixture;
+    fixture.start();
+    const auto* told = fixture.frame.findChild<QStatusBar*>()->findChild<QLabel*>();
+    QCOMPARE(told->text(), QString());
+    tw::frmDocument& document = fixture.open(QStringLiteral("alpha"));
+    controls::Nodes& nodes = document.tvDBNodes();
+    controls::Node& database = nodes.add(nodes.find(QStringLiteral("R")), QStringLiteral("d"), {}, 2, 2);
+    for (const char* table : {"t1", "t2", "<No Permission>"})
+        nodes.add(&database, QLatin1String(table), QLatin1String(table), 3, 3);
+    QTRY_COMPARE(told->text(), QStringLiteral("Server: alpha    Login: Windows account    Tables: 2"));
+    OtherChild& other = addOtherChild(fixture);
+    QCOMPARE(told->text(), QString());
+    {
+        const tw::WindowStatus::Running running(other.status());
+        QCOMPARE(told->text(), QStringLiteral("Running"));
+        document.setConnected(false);
+        QTRY_COMPARE(told->text(), QStringLiteral("Running, 1 s"));
+    }
+    other.status().setText(QStringLiteral("done"));
+    QCOMPARE(told->text(), QStringLiteral("done"));
+    fixture.frame.activeChild()->close();
+    QTRY_COMPARE(told->text(), QStringLiteral("Not connected"));
+    fixture.frame.activeChild()->close();
+    QTRY_COMPARE(told->text(), QString());
 }
 
 void FrmMainTest::layout() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/core/windowstatus.h"
+
 #include <QString>
 
 #include <memory>
@@ -20,6 +22,12 @@ class ChildWindow {
     virtual std::shared_ptr<DBConnection> queryConnection() = 0;
     /// Arranges the window's panes anew, after a change of layout.
     virtual void Form_Resize() = 0;
+
+    /// What the frame's status bar tells while this is the active window.
+    WindowStatus& status() { return m_status; }
+
+  private:
+    WindowStatus m_status;
 };
 
 /// What a window asks of the frame.
