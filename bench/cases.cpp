@@ -7,6 +7,7 @@
 #include "exportcase.h"
 #include "livenesscase.h"
 #include "querycase.h"
+#include "resultcase.h"
 #include "rowscase.h"
 #include "startcase.h"
 #include "treecase.h"
@@ -70,6 +71,7 @@ std::vector<Case> otherCases() {
              {{{100, 15}}, {{1000, 15}}, {{4000, 15}}},
              {{{10, 5}}, {{30, 5}}}},
             {QStringLiteral("engine"), QString(), runEngineCase, {{{100'000}}}, {{{1000}}}},
+            {QStringLiteral("result"), QString(), runResultCase, {{{10'000}}, {{1'000'000}}}, {{{2000}}}},
             {QStringLiteral("liveness"), QString(), runLivenessCase, {{{1000}}, {{50}, 30}}, {{{400}}}, true},
             {QStringLiteral("query"),
              BareLoop,

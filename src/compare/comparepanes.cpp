@@ -31,6 +31,10 @@ ComparePanes::ComparePanes(QWidget& window, const Views& views, const qint16& la
           named(QStringLiteral("imgSplitter"), new SplitterHandle(Qt::Horizontal, *m_picSplitter, &window))),
       m_imgSplitter2(
           named(QStringLiteral("imgSplitter2"), new SplitterHandle(Qt::Vertical, *m_picSplitter2, &window))) {
+    m_titles[0]->setTitled(views.lvSystem1);
+    m_titles[1]->setTitled(views.lvSystem2);
+    for (SplitterHandle* handle : {m_imgSplitter, m_imgSplitter2})
+        handle->setAccessibleName(QStringLiteral("Bar between the two systems"));
     connect(m_imgSplitter, &SplitterHandle::released, this, [this] {
         int x = m_imgSplitter->barPosition();
         SizeControls(x);

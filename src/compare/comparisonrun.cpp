@@ -65,10 +65,21 @@ void ComparisonRun::InitFormLables(const QString& system1, const QString& system
 }
 
 void ComparisonRun::UpdateForm(ComparedState state, const QString& item) {
+    if (state == ComparedState::Matched) ++m_matched;
+    if (state == ComparedState::Unmatched) ++m_unmatched;
+    if (state == ComparedState::Finished) m_finished = true;
     if (m_progress) m_progress->UpdateForm(state, item);
 }
 
+QString ComparisonRun::statusText() const {
+    const QString ending = m_finished   ? QStringLiteral("Complete")
+                           : m_lineLost ? QStringLiteral("Not complete: the line to a server was lost")
+                                        : QStringLiteral("Not complete: cancelled");
+    return QStringLiteral("Matched: %1    Unmatched: %2    %3").arg(m_matched).arg(m_unmatched).arg(ending);
+}
+
 void ComparisonRun::cancel() {
+    m_lineLost = true;
     m_cancelled = true;
     if (m_progress) m_progress->cancel();
 }

@@ -34,6 +34,9 @@ class ComparisonRun final : private ComparisonProgress {
     controls::ListItems results1;
     controls::ListItems results2;
 
+    /// How the comparison stands, in words: what was counted, and whether it came to its end.
+    QString statusText() const;
+
     /// Compares, until the end or until it is cancelled by whichever way. The progress window becomes a child
     /// of `resultWindow`, which may go meanwhile; this object must be held by the caller.
     void run(QWidget& resultWindow, const QString& caption1, const QString& caption2);
@@ -56,6 +59,10 @@ class ComparisonRun final : private ComparisonProgress {
     std::optional<desktop::Hourglass> m_pointer;  ///< until the progress window shows
     bool m_begun = false;
     bool m_cancelled = false;
+    bool m_finished = false;
+    bool m_lineLost = false;
+    qint64 m_matched = 0;
+    qint64 m_unmatched = 0;
 };
 
 }  // namespace tw

@@ -59,6 +59,13 @@ TitleLabel* makeText(const QString& name, const QString& text, QWidget* parent) 
     return label;
 }
 
+/// A value right of its label, which says what it is to a screen reader, too.
+void addLabelled(QGridLayout& grid, QLabel* label, QLabel* value, int row, int cell) {
+    label->setBuddy(value);
+    grid.addWidget(label, row, cell);
+    grid.addWidget(value, row, cell + 1);
+}
+
 QFrame* makeLine(const QString& name, QWidget* parent) {
     auto* line = named(name, new QFrame(parent));
     line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
@@ -92,6 +99,7 @@ void frmCompareProgress::makeControls() {
 
     ProgressBar1 = named(QStringLiteral("ProgressBar1"), new QProgressBar(this));
     ProgressBar1->setRange(0, 100);
+    ProgressBar1->setAccessibleName(QStringLiteral("Progress"));
     cmdClose = named(QStringLiteral("cmdClose"), new QPushButton(QStringLiteral("&Cancel"), this));
     // The Enter key that chose OK before may still be down.
     cmdClose->setAutoDefault(false);
@@ -106,12 +114,12 @@ void frmCompareProgress::makeControls() {
 void frmCompareProgress::addCaptions(QBoxLayout& column) {
     QWidget* page = column.parentWidget();
     auto* grid = new QGridLayout;
-    grid->addWidget(makeLabel(QStringLiteral("Label6"), QStringLiteral("System 1:"), page), 0, 0);
-    grid->addWidget(makeLabel(QStringLiteral("Label7"), QStringLiteral("System 2:"), page), 1, 0);
     lblSystem1 = makeText(QStringLiteral("lblSystem1"), QString(), page);
     lblSystem2 = makeText(QStringLiteral("lblSystem2"), QString(), page);
-    grid->addWidget(lblSystem1, 0, 1);
-    grid->addWidget(lblSystem2, 1, 1);
+    addLabelled(*grid, makeLabel(QStringLiteral("Label6"), QStringLiteral("System 1:"), page), lblSystem1, 0,
+                0);
+    addLabelled(*grid, makeLabel(QStringLiteral("Label7"), QStringLiteral("System 2:"), page), lblSystem2, 1,
+                0);
     grid->setColumnMinimumWidth(1, TextWidth);
     grid->setColumnStretch(1, 1);
     column.addLayout(grid);
@@ -126,8 +134,7 @@ void frmCompareProgress::addCounters(QBoxLayout& column) {
     column.addWidget(makeLabel(QStringLiteral("Label1"), QStringLiteral("Progress counters"), page));
     auto* grid = new QGridLayout;
     const auto add = [&](const QString& name, const QString& text, QLabel* number, int row, int cell) {
-        grid->addWidget(makeLabel(name, text, page), row, cell);
-        grid->addWidget(number, row, cell + 1);
+        addLabelled(*grid, makeLabel(name, text, page), number, row, cell);
     };
     add(QStringLiteral("Label4"), QStringLiteral("Items Matched:"), lblNumMatch, 0, 0);
     add(QStringLiteral("Label5"), QStringLiteral("Items Unmatched:"), lblNumUnmatch, 1, 0);

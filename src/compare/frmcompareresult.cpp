@@ -2,6 +2,8 @@
 
 #include "compare/comparepanes.h"
 #include "compare/comparisonrun.h"
+#include "compare/markwords.h"
+#include "compare/resultcommands.h"
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
 #include "platform/desktop/listview.h"
@@ -10,6 +12,7 @@
 #include "shell/core/appstate.h"
 
 #include <QCloseEvent>
+#include <QPointer>
 
 namespace tw {
 
@@ -28,7 +31,8 @@ frmCompareResult::frmCompareResult(AppState& state, std::function<void()> yield)
     : m_run(std::make_shared<ComparisonRun>(state, std::move(yield))),
       lvSystem1(makeList(QStringLiteral("lvSystem1"), m_run->results1)),
       lvSystem2(makeList(QStringLiteral("lvSystem2"), m_run->results2)),
-      m_panes(new ComparePanes(*this, {lvSystem1, lvSystem2}, state.options.Layout)) {
+      m_panes(new ComparePanes(*this, {lvSystem1, lvSystem2}, state.options.Layout)),
+      m_commands(new ResultCommands(this, {lvSystem1, lvSystem2})) {
     setObjectName(QStringLiteral("frmCompareResult"));
     setWindowTitle(QStringLiteral("Databases Comparison Result"));
     setMinimumSize(desktop::toPixels(SmallestSize), desktop::toPixels(SmallestSize));
@@ -52,6 +56,7 @@ desktop::ListView* frmCompareResult::makeList(const QString& name, controls::Lis
     list->setPictures(std::move(pictures));
     list->setBoldPictures(
         {Comparison::Constraint, Comparison::Index, Comparison::ForeignKey, Comparison::Table});
+    items.setMarkWords(markWords());
     list->setItems(&items);
     return list;
 }
@@ -100,7 +105,12 @@ void frmCompareResult::Form_Load() {
     m_panes->setTitles(caption1, caption2);
 
     const std::shared_ptr<ComparisonRun> run = m_run;
+    const QPointer<frmCompareResult> self(this);
+    const WindowStatus::Running running(status());
     run->run(*this, caption1, caption2);
+    if (self.isNull()) return;
+    status().setText(run->statusText());
+    m_commands->update();
 }
 
 void frmCompareResult::Form_Resize() {

@@ -22,6 +22,7 @@ struct AppState;
 class ComparePanes;
 class ComparisonRun;
 class DBConnection;
+class ResultCommands;
 
 /// A child window that holds one schema comparison: its two connection objects and options, and the two lists
 /// of results, one per system, under a title each. Made and configured by the comparison selection.
@@ -69,6 +70,7 @@ class frmCompareResult : public QWidget, public ChildWindow {
     desktop::ListView* lvSystem1;
     desktop::ListView* lvSystem2;
     ComparePanes* m_panes;
+    ResultCommands* m_commands;
 };
 
 }  // namespace tw

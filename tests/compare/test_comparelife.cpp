@@ -92,6 +92,7 @@ void TestCompareLife::endsWhateverHappens() {
     QCOMPARE(progressOf(*result).findChild<QPushButton*>(QStringLiteral("cmdClose"))->text(),
              QStringLiteral("&Close"));
     QCOMPARE(progressOf(*result).isVisible(), !happens("cancel twice") && !happens("close progress"));
+    QVERIFY(result->status().text().endsWith(QStringLiteral("Not complete: cancelled")));
     // The rows so far stay; what follows is headings only.
     QVERIFY(itemsOf(*result, 1).count() + itemsOf(*result, 2).count() >= rowsThen);
     QVERIFY(itemsOf(*result, 1).count() + itemsOf(*result, 2).count() <= rowsThen + 6);
@@ -149,6 +150,7 @@ void TestCompareLife::serverThatDies() {
     answers.takeBox();
     QCOMPARE(answers.boxes(), 0);
     QCOMPARE(textOf(progressOf(result), "lblProgress"), QStringLiteral("Comparing databases cancelled."));
+    QVERIFY(result.status().text().endsWith(QStringLiteral("Not complete: the line to a server was lost")));
 }
 
 /// No table is read any more for a window that has gone, and no failure told.

@@ -6,6 +6,7 @@
 #include "support/table.h"
 
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTest>
 
 using desktop::toPixels;
@@ -27,6 +28,36 @@ int below(const QRect& rectangle) {
     return rectangle.y() + rectangle.height();
 }
 
+/// A finished comparison in the active window.
+struct Compared {
+    explicit Compared(const testsupport::SampleServerProcess& server)
+        : comparing(server), result(comparing.show()) {
+        result.Form_Load();
+        for (const int system : {1, 2})
+            itemsOf(result, system).notifyViews();
+        progressOf(result).close();
+        QCoreApplication::processEvents();
+        for (QWidget* splash : comparing.frame.findChildren<QWidget*>(QStringLiteral("frmFlash")))
+            splash->close();
+        listOf(result, 1).setFocus();
+        comparing.frame.activateWindow();
+        if (!QTest::qWaitForWindowActive(&comparing.frame)) qFatal("The frame is not active.");
+    }
+    /// The rows to be seen, each its icon and its name.
+    QStringList shown(int system) const {
+        QStringList rows;
+        const controls::ListItems& items = itemsOf(result, system);
+        for (int row = 0; row < items.rowCount(); ++row)
+            rows += QStringLiteral("%1 %2")
+                        .arg(items.icon(items.itemOf(row)))
+                        .arg(items.index(row, 0).data().toString());
+        return rows;
+    }
+
+    ComparingFrame comparing;
+    tw::frmCompareResult& result;
+};
+
 }  // namespace
 
 class TestCompareResult : public QObject {
@@ -39,6 +70,10 @@ class TestCompareResult : public QObject {
     void standsOneAboveTheOther();
     void followsTheLayout();
     void comparesDatabases();
+    void showsDifferencesOnly();
+    void goesThroughDifferences();
+    void linksLists_data();
+    void linksLists();
     void queriesSystem1();
 
   private:
@@ -93,6 +128,11 @@ void TestCompareResult::standsSideBySide() {
     QVERIFY(result.findChild<QWidget*>(QStringLiteral("picSplitter"))->isVisible());
     QTest::mouseMove(handle, {-handle->x() + 220, 0});
     QTest::mouseRelease(handle, Qt::LeftButton, {}, {0, 0});
+    QCOMPARE(placeOf(result, "lvSystem1").width(), 220);
+    handle->setFocus();
+    QTest::keyClick(handle, Qt::Key_Right);
+    QCOMPARE(placeOf(result, "lvSystem1").width(), 235);
+    QTest::keyClick(handle, Qt::Key_Left);
     QCOMPARE(placeOf(result, "lvSystem1").width(), 220);
 }
 
@@ -166,7 +206,99 @@ void TestCompareResult::comparesDatabases() {
     QCOMPARE(textOf(progress, "lblNumUnmatch").toInt(),
              rowsWith(items1, tw::Comparison::Unmatched).size() +
                  rowsWith(items2, tw::Comparison::Unmatched).size());
+    QCOMPARE(result.status().text(),
+             QStringLiteral("Matched: %1    Unmatched: %2    Complete")
+                 .arg(textOf(progress, "lblNumMatch"), textOf(progress, "lblNumUnmatch")));
     QTRY_COMPARE(listOf(result, 1).model()->rowCount(), items1.count());
+    QStringList marks;
+    for (int row = 0; row < items1.count(); ++row)
+        marks.append(items1.markWord(row));
+    marks.removeDuplicates();
+    QCOMPARE(marks.join(u'|'), QStringLiteral("heading of indexes|matched|unmatched|heading of constraints|"
+                                              "heading of foreign keys|heading of a table"));
+}
+
+void TestCompareResult::showsDifferencesOnly() {
+    Compared compared(m_server);
+    desktop::ListView& list = listOf(compared.result, 1);
+    const QStringList all = compared.shown(1);
+    list.selectRow(static_cast<int>(all.indexOf(QStringLiteral("4 Table: Part"))));
+    QTest::keyClick(&list, Qt::Key_D, Qt::ControlModifier);
+    QCOMPARE(list.currentIndex().data().toString(), QStringLiteral("Table: Part"));
+    for (const int system : {1, 2}) {
+        const QStringList rows = compared.shown(system);
+        QCOMPARE(rows.filter(QRegularExpression(QStringLiteral("^6 "))).size(),
+                 rowsWith(itemsOf(compared.result, system), tw::Comparison::Unmatched).size());
+        QVERIFY(rows.filter(QRegularExpression(QStringLiteral("^5 "))).isEmpty());
+        QVERIFY(!rows.contains(QStringLiteral("4 Table: Supplier")));
+        // What differs on the other side only has its heading here, too.
+        QVERIFY(rows.contains(QStringLiteral("4 Table: PartCategory")));
+    }
+    list.selectAll();
+    QCOMPARE(list.selectedText().count(u'\n'), compared.shown(1).size());
+    QTest::keyClick(&list, Qt::Key_D, Qt::ControlModifier);
+    QCOMPARE(compared.shown(1), all);
+}
+
+void TestCompareResult::goesThroughDifferences() {
+    Compared compared(m_server);
+    const auto active = [&] {
+        return &listOf(compared.result, listOf(compared.result, 2).hasFocus() ? 2 : 1);
+    };
+    const auto walk = [&](Qt::KeyboardModifiers modifiers) {
+        QStringList rows;
+        for (;;) {
+            QTest::keyClick(active(), Qt::Key_F8, modifiers);
+            const QString row = active()->objectName() + QString::number(active()->currentIndex().row()) +
+                                active()->selectedText();
+            if (!rows.isEmpty() && row == rows.last()) return rows;
+            rows += row;
+        }
+    };
+    const QStringList forward = walk({});
+    QCOMPARE(forward.size(), textOf(progressOf(compared.result), "lblNumUnmatch").toInt());
+    QCOMPARE(forward.filter(QStringLiteral("\tunmatched\n")).size(), forward.size());
+    QStringList backward = walk(Qt::ShiftModifier);
+    std::ranges::reverse(backward);
+    QCOMPARE(backward, forward.first(forward.size() - 1));
+}
+
+void TestCompareResult::linksLists_data() {
+    const testsupport::Table<int, QString, QString> row("system", "row", "partner");
+    row("equal", 1, QStringLiteral("5 PK_Invoice"), QStringLiteral("5 PK_Invoice"));
+    row("heading", 1, QStringLiteral("4 Table: Part"), QStringLiteral("4 Table: Part"));
+    row("from the other side", 2, QStringLiteral("4 Table: Part"), QStringLiteral("4 Table: Part"));
+    row("of another type", 1, QStringLiteral("6 HourlyRate"), QStringLiteral("6 HourlyRate"));
+    row("behind the same neighbour", 1, QStringLiteral("6 Note"), QStringLiteral("6 Since"));
+    row("behind a neighbour further up", 2, QStringLiteral("6 PK_ClosedDay"),
+        QStringLiteral("5 UQ_Bicycle_FrameNo"));
+}
+
+void TestCompareResult::linksLists() {
+    QFETCH(int, system);
+    QFETCH(QString, row);
+    Compared compared(m_server);
+    desktop::ListView& leader = listOf(compared.result, system);
+    desktop::ListView& follower = listOf(compared.result, 3 - system);
+    leader.setFocus();
+    leader.selectRow(static_cast<int>(compared.shown(system).indexOf(row)));
+    const auto current = [&] {
+        return follower.currentIndex().isValid()
+                   ? compared.shown(3 - system).at(follower.currentIndex().row())
+                   : QString();
+    };
+    QFETCH(QString, partner);
+    QTRY_COMPARE(current(), partner);
+    leader.verticalScrollBar()->setValue(70);
+    const auto atTop = [](const desktop::ListView& list) {
+        return list.model()->index(list.rowAt(0), 0).data().toString();
+    };
+    QTRY_COMPARE(atTop(follower), atTop(leader));
+    QTest::keyClick(&leader, Qt::Key_L, Qt::ControlModifier);
+    const QString before = atTop(follower);
+    leader.verticalScrollBar()->setValue(40);
+    QCoreApplication::processEvents();
+    QCOMPARE(atTop(follower), before);
 }
 
 void TestCompareResult::queriesSystem1() {
