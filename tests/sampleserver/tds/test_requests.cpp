@@ -58,10 +58,8 @@ class TestRequests : public QObject {
     void transactions();
     void refusesBulkLoad();
     void attentionEndsRows();
-    void attentionEndsWaiting();
-    void attentionWithoutRequest();
-    void attentionWithinMessage();
-    void withdrawnMessage();
+    void withdrawals_data();
+    void withdrawals();
     void resetConnection();
     void cutAtEveryByte();
     void packetsOfEverySize();
@@ -271,39 +269,27 @@ void TestRequests::attentionEndsRows() {
     checkGoesOn(client);
 }
 
-void TestRequests::attentionEndsWaiting() {
-    ServerHost host;
-    WireClient client(host.port());
-    client.logIn();
-    client.send(batchMessage(QStringLiteral("wait")) + hex(kAttention));
-    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0});
-    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
-    checkGoesOn(client);
+void TestRequests::withdrawals_data() {
+    // Each message of the answer is one end, of this status.
+    const testsupport::Table<QByteArray, QList<quint16>> row("sent", "statuses");
+    row("attention while waiting", batchMessage(QStringLiteral("wait")) + hex(kAttention), {0, 0x20});
+    row("attention without a request", hex(kAttention), {0x20});
+    row("attention within a message", packet(1, hex(kHeaders), 0) + hex(kAttention), {0x20});
+    row("message taken back", packet(1, hex(kHeaders) + utf16(QStringLiteral("echo x")), 3), {2});
 }
 
-void TestRequests::attentionWithoutRequest() {
+void TestRequests::withdrawals() {
+    QFETCH(QByteArray, sent);
+    QFETCH(QList<quint16>, statuses);
     ServerHost host;
     WireClient client(host.port());
     client.logIn();
-    client.send(hex(kAttention));
-    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
-}
-
-void TestRequests::attentionWithinMessage() {
-    ServerHost host;
-    WireClient client(host.port());
-    client.logIn();
-    client.send(packet(1, hex(kHeaders), 0) + hex(kAttention));
-    QCOMPARE(client.readReply().doneStatus, QList<quint16>{0x20});
-    checkGoesOn(client);
-}
-
-void TestRequests::withdrawnMessage() {
-    ServerHost host;
-    WireClient client(host.port());
-    client.logIn();
-    client.send(packet(1, hex(kHeaders) + utf16(QStringLiteral("echo x")), 3));
-    QCOMPARE(client.readReply().tokens.toHex(), QByteArray("fd"));
+    client.send(sent);
+    for (const quint16 status : statuses) {
+        const Reply reply = client.readReply();
+        QCOMPARE(reply.tokens.toHex(), QByteArray("fd"));
+        QCOMPARE(reply.doneStatus, QList<quint16>{status});
+    }
     checkGoesOn(client);
 }
 
