@@ -29,6 +29,20 @@ class Window : public QWidget {
     }
 };
 
+/// A program with one window on the screen.
+struct Program {
+    Program() { window.show(); }
+    /// Serves events from the action on until the program ends; its exit code.
+    int run(const std::function<void()>& action) {
+        QTimer::singleShot(0, &window, action);
+        return QCoreApplication::exec();
+    }
+
+    testsupport::Answers answers;
+    desktop::ProgramEnd end;
+    Window window;
+};
+
 void failNow() {
     desktop::guard([] { throw RuntimeError(13, QStringLiteral("Type mismatch")); });
 }
@@ -48,101 +62,83 @@ class ProgramEndTest : public QObject {
     void nothingOpensAgain();
 };
 
+/// A program that ended leaves later event loops told to quit.
 void ProgramEndTest::init() {
     QGuiApplication::setQuitOnLastWindowClosed(true);
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    QCoreApplication::exec();
 }
 
 void ProgramEndTest::saysWhatFailedAndEnds() {
-    testsupport::Answers answers;
-    desktop::ProgramEnd end;
-    Window willing;
+    Program program;
     Window refusing;
     refusing.refuses = true;
-    willing.show();
     refusing.show();
-    QTimer::singleShot(0, &willing, failNow);
-    QCOMPARE(QCoreApplication::exec(), 1);
-    QVERIFY(!willing.isVisible());
+    QCOMPARE(program.run(failNow), 1);
+    QVERIFY(!program.window.isVisible());
     QVERIFY(!refusing.isVisible());
-    QVERIFY(end.isEnding());
-    const auto box = answers.takeBox();
+    QVERIFY(program.end.isEnding());
+    const auto box = program.answers.takeBox();
     QCOMPARE(box.text, QStringLiteral("Run-time error '13':\r\n\r\nType mismatch"));
     QCOMPARE(box.title, QCoreApplication::applicationName());
     QCOMPARE(box.icon, MsgBoxIcon::Critical);
 }
 
 void ProgramEndTest::endsNestedLoops() {
-    testsupport::Answers answers;
-    answers.allowLeftovers();
-    desktop::ProgramEnd end;
-    Window window;
-    window.show();
+    Program program;
     int result = -1;
-    QTimer::singleShot(0, &window, [&] {
-        QDialog dialog(&window);
+    const int code = program.run([&] {
+        QDialog dialog(&program.window);
         QTimer::singleShot(0, &dialog, failNow);
         result = dialog.exec();
     });
-    QCOMPARE(QCoreApplication::exec(), 1);
+    QCOMPARE(code, 1);
     QCOMPARE(result, int(QDialog::Rejected));
+    program.answers.takeBox();
 }
 
 void ProgramEndTest::endsALoopThatStartsLater() {
-    testsupport::Answers answers;
-    answers.allowLeftovers();
-    desktop::ProgramEnd end;
-    Window window;
-    window.show();
+    Program program;
     failNow();
-    QVERIFY(!window.isVisible());
-    QCOMPARE(QCoreApplication::exec(), 1);
+    QVERIFY(!program.window.isVisible());
+    QCOMPARE(program.run([] {}), 1);
+    program.answers.takeBox();
 }
 
 void ProgramEndTest::failuresWhileEnding() {
-    testsupport::Answers answers;
-    answers.whileOpen([](const auto&) { failNow(); });
-    desktop::ProgramEnd end;
-    Window window;
-    window.onClose = [] {
+    Program program;
+    program.answers.whileOpen([](const auto&) { failNow(); });
+    program.window.onClose = [] {
         MsgBox(QStringLiteral("not shown"), MsgBoxIcon::None);
         throw RuntimeError(75, QStringLiteral("settings"));
     };
-    window.show();
-    QTimer::singleShot(0, &window, failNow);
-    QCOMPARE(QCoreApplication::exec(), 1);
-    QCOMPARE(window.closings, 1);
-    QVERIFY(answers.takeBox().text.contains(QStringLiteral("'13'")));
+    QCOMPARE(program.run(failNow), 1);
+    QCOMPARE(program.window.closings, 1);
+    QVERIFY(program.answers.takeBox().text.contains(QStringLiteral("'13'")));
 }
 
 void ProgramEndTest::failureWhileClosing() {
-    testsupport::Answers answers;
-    desktop::ProgramEnd end;
-    Window window;
-    window.onClose = failNow;
-    window.show();
-    QTimer::singleShot(0, &window, &QWidget::close);
-    QCOMPARE(QCoreApplication::exec(), 1);
-    QCOMPARE(window.closings, 1);
-    answers.takeBox();
+    Program program;
+    program.window.onClose = failNow;
+    QCOMPARE(program.run([&] { program.window.close(); }), 1);
+    QCOMPARE(program.window.closings, 1);
+    program.answers.takeBox();
 }
 
 void ProgramEndTest::nothingOpensAgain() {
-    testsupport::Answers answers;
-    desktop::ProgramEnd end;
-    Window window;
+    Program program;
     Window late;
     int result = -1;
-    window.show();
-    QTimer::singleShot(0, &window, [&] {
+    const int code = program.run([&] {
         failNow();
         late.show();
         result = QDialog().exec();
         MsgBox(QStringLiteral("not shown"), MsgBoxIcon::None);
     });
-    QCOMPARE(QCoreApplication::exec(), 1);
+    QCOMPARE(code, 1);
     QCOMPARE(result, int(QDialog::Rejected));
     QTRY_VERIFY(!late.isVisible());
-    answers.takeBox();
+    program.answers.takeBox();
 }
 
 QTEST_MAIN(ProgramEndTest)
