@@ -1,6 +1,7 @@
 #include "browse/frmconnection.h"
 #include "desk.h"
 #include "support/answers.h"
+#include "support/captions.h"
 #include "support/table.h"
 
 #include <QCheckBox>
@@ -86,7 +87,14 @@ void TestFrmConnection::opensWithNothingStored() {
     desk.state.cancelled = true;
     Dialog dialog(desk);
     QVERIFY(!desk.state.cancelled);
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Login - Database Connection"));
+    QCOMPARE(testsupport::captionsOf(dialog),
+             (QStringList{"Login - Database Connection", "Frame2:  Use ODBC Connection",
+                          "lblDSN: Data Source Name (DSN)", "Frame1:  Use Server Direct Connection ",
+                          ": (local)", "lblSQLEnthentication: Use SQL Server Authentication",
+                          "lblServer: Database Server Name", "lblUserName: User ID", "lblPassword: Password",
+                          "Frame3:  Save User Information Options ", "chkSaveUserID: Remember My User ID",
+                          "chkSavePassword: Remember My Password", "cmdOK: &OK", "cmdCancel: &Cancel",
+                          "cmdHelp: &Help"}));
     QCOMPARE(Dialog::texts(*dialog.dataSources()), QStringList{QStringLiteral("(None)")});
     QCOMPARE(dialog.dataSources()->currentIndex(), 0);
     QCOMPARE(dialog.servers(), QStringList{QStringLiteral("(local)")});
@@ -95,6 +103,20 @@ void TestFrmConnection::opensWithNothingStored() {
     QVERIFY(!dialog.box("chkSaveUserID")->isEnabled() && !dialog.box("chkSavePassword")->isEnabled());
     QVERIFY(dialog.focusWidget() == dialog.server());
     QVERIFY(dialog.control<QPushButton>("cmdOK")->isDefault());
+
+    testsupport::Answers answers;
+    dialog.press("cmdHelp");
+    const auto help = answers.takeBox();
+    QCOMPARE(
+        help.text,
+        QStringLiteral(
+            "You can use either ODBC Connection or Server Direct Connection to connect to the SQL Server.  "
+            "Selecting a valid ODBC DSN will disable Server Direct Connection entries.  If you want to use "
+            "the Server Direct Connection, select (None) in the ODBC DSN selection.  \r\n\r\nWhen selecting "
+            "Server Direct Connection, you can either use SQL Server Authentication method or Windows NT "
+            "Authentication method.  Selecting SQL Server Authentication method will require the User ID "
+            "and password to be entered."));
+    QCOMPARE(help.icon, desktop::MsgBoxIcon::Information);
 
     // A disabled entry has the colour of a button's face.
     const QPalette palette = dialog.user()->palette();

@@ -62,6 +62,11 @@ QString faultsIn(const QWidget& window) {
         const std::vector<QWidget*> widgets = widgetsIn(*layout);
         for (const QWidget* widget : widgets) {
             if (isCut(*widget)) note("cut:", *widget);
+            const auto* label = qobject_cast<const QLabel*>(widget);
+            const QWidget* entry = label == nullptr ? nullptr : label->buddy();
+            if (entry &&
+                (entry->y() > widget->geometry().bottom() || entry->geometry().bottom() < widget->y()))
+                note("not beside its entry:", *widget);
             if (!layout->parentWidget()->rect().contains(widget->geometry())) note("outside:", *widget);
             for (const QWidget* other : widgets)
                 if (other != widget && other->geometry().intersects(widget->geometry())) note("hit:", *other);
