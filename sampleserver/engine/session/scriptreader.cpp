@@ -137,6 +137,13 @@ void ScriptReader::next(TokenCursor& tokens) {
 
 void ScriptReader::pass(TokenCursor& tokens) {
     m_report.passedOver.push_back({.severity = 10, .line = tokens.line(), .text = firstWords(tokens)});
+    if (tokens.is("create") && tokens.is("view", 1)) {
+        tokens.take();
+        tokens.take();
+        m_views.insert(nameKey(tokens.objectName().name));
+        while (!tokens.atEnd())
+            tokens.take();
+    }
     passOver(tokens);
 }
 
@@ -174,6 +181,8 @@ void ScriptReader::definition(TokenCursor& tokens) {
         createDatabase(tokens);
     } else if (tokens.accept("schema")) {
         createSchema(tokens);
+    } else if (tokens.accept("type")) {
+        createType(tokens);
     } else if (tokens.accept("table")) {
         // A table for the time of a session.
         if (tokens.peek().text.startsWith(QLatin1Char('#'))) throw NotForUs();
@@ -182,6 +191,7 @@ void ScriptReader::definition(TokenCursor& tokens) {
     } else if (tokens.is("unique") || tokens.is("clustered") || tokens.is("nonclustered") ||
                tokens.is("index") || tokens.is("statistics")) {
         const IndexDraft draft = parseCreateIndex(tokens);
+        checkForUs(draft.table);
         inDatabase(draft.table).createIndex(draft);
     } else {
         throw NotForUs();
@@ -261,9 +271,29 @@ void ScriptReader::createSchema(TokenCursor& tokens) {
     if (current().findUser(name).isEmpty()) current().users.append(name);
 }
 
+/// CREATE TYPE .. FROM, as sp_addtype does it. Types here have no owners, so the same type comes once.
+void ScriptReader::createType(TokenCursor& tokens) {
+    const QString name = tokens.objectName().name;
+    if (!tokens.accept("from")) throw NotForUs();
+    UserType type{.name = name, .type = parseType(tokens, name)};
+    if (!tokens.accept("null") && tokens.accept("not")) {
+        tokens.expect("null");
+        type.nullable = false;
+    }
+    addUserType(current(), type);
+}
+
+/// What stands on a view that was passed over is passed over, too.
+void ScriptReader::checkForUs(const ObjectName& name) {
+    if (m_views.contains(nameKey(name.name)) &&
+        databaseOf(name).findTable(name.owner, name.name, QStringLiteral("dbo")) == nullptr)
+        throw NotForUs();
+}
+
 void ScriptReader::insert(TokenCursor& tokens) {
     tokens.accept("into");
     const ObjectName name = tokens.objectName();
+    checkForUs(name);
     Table& table = tableOf(name);
     const bool columnsNamed = tokens.isSymbol("(");
     std::vector<int> columns;

@@ -3,6 +3,8 @@
 #include "engine/session/rowinserter.h"
 #include "engine/syntax/tokencursor.h"
 
+#include <QSet>
+
 #include <vector>
 
 namespace engine {
@@ -16,8 +18,8 @@ struct ScriptReport {
 
 /// Reads a T-SQL script into a world, batch by batch, beginning in master as its owner.
 ///
-/// What bears on the catalog and its rows is run: USE, CREATE DATABASE, CREATE SCHEMA (an owner), CREATE
-/// TABLE, CREATE INDEX, CREATE STATISTICS, ALTER TABLE .. ADD and .. [NO]CHECK CONSTRAINT, INSERT, GRANT,
+/// What bears on the catalog and its rows is run: USE, CREATE DATABASE, SCHEMA (an owner), TYPE,
+/// TABLE, INDEX and STATISTICS, ALTER TABLE .. ADD and .. [NO]CHECK CONSTRAINT, INSERT, GRANT,
 /// DENY and REVOKE on tables, the procedures of scriptsecurity.h, EXEC of a text, SET of the usual options.
 /// The condition of IF is evaluated; a script only adds, so what is dropped must not be there. Everything
 /// else is passed over and told.
@@ -39,6 +41,8 @@ class ScriptReader {
     void useDatabase(TokenCursor& tokens);
     void createDatabase(TokenCursor& tokens);
     void createSchema(TokenCursor& tokens);
+    void createType(TokenCursor& tokens);
+    void checkForUs(const ObjectName& name);
     void insert(TokenCursor& tokens);
     std::vector<std::vector<GivenValue>> rowsOf(TokenCursor& tokens, std::vector<int>& lines);
     void setOption(TokenCursor& tokens);
@@ -58,7 +62,8 @@ class ScriptReader {
 
     World& m_world;
     SessionState m_session;
-    QStringList m_shown;  // databases whose system tables are filled for the time being
+    QStringList m_shown;    // databases whose system tables are filled for the time being
+    QSet<QString> m_views;  // nameKeys of views that were passed over
     const Table* m_identityInsert = nullptr;
     const bool m_stopsAtFirst;
     ScriptReport m_report;

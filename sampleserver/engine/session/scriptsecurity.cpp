@@ -65,11 +65,7 @@ void addType(World&, Database& database, const ProcedureArguments& arguments) {
     if (!tokens.atEnd()) tokens.fail();
     const QString nulls = arguments.text("@nulltype").value_or(QString()).simplified();
     type.nullable = nulls.compare(QLatin1String("not null"), Qt::CaseInsensitive) != 0;
-    for (const UserType& other : database.userTypes) {
-        if (nameKey(other.name) == nameKey(name))
-            throw SqlError(15180, 16, QStringLiteral("Cannot add type '%1': it exists already.").arg(name));
-    }
-    database.userTypes.push_back(type);
+    addUserType(database, type);
 }
 
 void addRoleMember(Database& database, const QString& role, const QString& member) {
@@ -138,6 +134,15 @@ const ScriptProcedure* findProcedure(const QString& name) {
 }
 
 }  // namespace
+
+void addUserType(Database& database, const UserType& type) {
+    for (const UserType& other : database.userTypes) {
+        if (nameKey(other.name) != nameKey(type.name)) continue;
+        if (other.type == type.type && other.nullable == type.nullable) return;
+        throw SqlError(15180, 16, QStringLiteral("Cannot add type '%1': it exists already.").arg(type.name));
+    }
+    database.userTypes.push_back(type);
+}
 
 PermissionDraft parsePermission(TokenCursor& tokens) {
     PermissionDraft draft;

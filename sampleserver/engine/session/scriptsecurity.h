@@ -21,6 +21,9 @@ PermissionDraft parsePermission(TokenCursor& tokens);
 /// Throws SqlError 4604 when there is no such user.
 void applyPermission(const Database& database, Table& table, const PermissionDraft& draft);
 
+/// Adds a type of a user's making. Throws SqlError 15180 when there is another one of its name.
+void addUserType(Database& database, const UserType& type);
+
 /// True for the procedures that runScriptProcedure() knows.
 bool isScriptProcedure(const QString& name);
 
