@@ -23,8 +23,8 @@ cut() { # PICTURE_OF_THE_TOUR NAME [WIDTHxHEIGHT+LEFT+TOP, else the active windo
     convert "$1" -crop "$place" +repage +dither -colors 128 -strip -define png:compression-level=9 "png8:$2"
 }
 cut connection-dialog-filled connection-dialog
-cut table-opened connected 750x547+0+0
-cut details-horizontal database-details 772x277+0+402
+cut table-opened connected 750x543+0+0
+cut details-horizontal database-details 772x276+0+399
 cut query-built query-page
 cut query-result query-result
 cut compare-selection-filled compare-selection
