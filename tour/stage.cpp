@@ -197,11 +197,13 @@ void Stage::inDialog(const std::function<void()>& open, const Within& within) {
 void Stage::inDialogs(const std::function<void()>& open, const std::vector<Within>& withins) {
     std::exception_ptr failure;
     size_t entered = 0;
+    // Also seen while a dialog waits for the wire, before what it opens is there.
+    const QPointer<QWidget> opener = QApplication::activeModalWidget();
     QPointer<QWidget> before;
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
         QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr || !dialog->isVisible() || dialog == before) return;
+        if (dialog == nullptr || !dialog->isVisible() || dialog == before || dialog == opener) return;
         watch.stop();
         before = dialog;
         const Within& within = withins[entered++];

@@ -1,10 +1,13 @@
 #include "platform/ado/connection.h"
 
+#include "platform/ado/answers.h"
 #include "platform/ado/session.h"
 
 namespace ado {
 
 Connection::Connection() : m_session(std::make_shared<detail::Session>()) {}
+
+Connection::Connection(Answers answers) : m_session(std::make_shared<detail::Session>(std::move(answers))) {}
 
 QString Connection::ConnectionString() const {
     return m_session->visibleText();

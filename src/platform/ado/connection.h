@@ -2,9 +2,13 @@
 
 #include <QString>
 
+#include <map>
 #include <memory>
 
 namespace ado {
+
+struct Answer;
+using Answers = std::map<QString, Answer>;
 
 namespace detail {
 class Session;
@@ -15,6 +19,9 @@ class Session;
 class Connection {
   public:
     Connection();
+    /// A connection that was open on another thread: it gives the answers that were read there, each once,
+    /// and has no more.
+    explicit Connection(Answers answers);
 
     /// The string to open with; once open, the string that was opened with every item the driver left out
     /// added: "WSID=" (this machine's name) is then always there, "SERVER=" unless neither the string nor its

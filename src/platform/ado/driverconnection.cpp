@@ -21,7 +21,8 @@ std::optional<std::chrono::milliseconds> limitOf(int seconds) {
     return seconds > 0 ? std::optional(seconds * 1000ms + 500ms) : std::nullopt;
 }
 
-[[noreturn]] void throwTimeOut() {
+[[noreturn]] void throwEnding(Ending ending) {
+    if (ending == Ending::BrokenOff) throw cancelled();
     throw Error(numbers::TimeOut, QStringLiteral("Timeout expired"), QStringLiteral("HYT00"), 0);
 }
 
@@ -80,7 +81,7 @@ void DriverConnection::connect(const QString& text, const QString& database, int
     if (ending != Ending::InTime) {
         m_givenUp = true;
         sockets.abandon();
-        throwTimeOut();
+        throwEnding(ending);
     }
     m_socket = socketOf(handle);
     sockets.keep(m_socket);
@@ -96,8 +97,21 @@ odbc::SharedStatement DriverConnection::makeStatement() const {
 
 void DriverConnection::run(int seconds, const std::function<void()>& call,
                            const odbc::SharedStatement& statement) {
-    runGuarded(
-        seconds, [call, statement] { call(); }, [&] { SQLCancel(statement->get()); });
+    try {
+        runGuarded(
+            seconds, [call, statement] { call(); }, [&] { SQLCancel(statement->get()); });
+    } catch (const Error& error) {
+        // FreeTDS has no word for some of the ways in which a line can be lost.
+        if (error.nativeError() != 0 || m_givenUp || !isDead()) throw;
+        throw Error(numbers::Unspecified, error.description(), error.sqlState(), 0);
+    }
+}
+
+bool DriverConnection::isDead() const {
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    const SQLRETURN code =
+        SQLGetConnectAttrW(m_connection.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+    return SQL_SUCCEEDED(code) && dead == SQL_CD_TRUE;
 }
 
 void DriverConnection::end(const odbc::SharedStatement& statement) {
@@ -115,7 +129,7 @@ void DriverConnection::runGuarded(int seconds, const std::function<void()>& call
         limitOf(seconds), [link = shared_from_this(), call] { call(); }, interrupt);
     if (ending == Ending::InTime) return;
     giveUp();
-    throwTimeOut();
+    throwEnding(ending);
 }
 
 void DriverConnection::giveUp() {

@@ -18,6 +18,7 @@ inline constexpr qint32 IllegalOperation = 3219;     ///< not in this state
 inline constexpr qint32 ObjectClosed = 3704;         ///< the record set is closed
 inline constexpr qint32 ObjectOpen = 3705;           ///< the connection or record set is open already
 inline constexpr qint32 ConnectionNotUsable = 3709;  ///< the connection is closed
+inline constexpr qint32 Cancelled = 3712;            ///< broken off by the user
 }  // namespace numbers
 
 /// A failure of the data provider, with what the driver said.
@@ -37,5 +38,11 @@ class Error : public platform::RuntimeError {
     QString m_sqlState;
     qint32 m_nativeError;
 };
+
+/// What was waited for has been broken off.
+inline Error cancelled() {
+    return {numbers::Cancelled, QStringLiteral("Operation has been cancelled by the user."),
+            QStringLiteral("HY008"), 0};
+}
 
 }  // namespace ado

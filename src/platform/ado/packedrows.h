@@ -15,6 +15,7 @@ class PackedRows final : public RowSource {
     /// Takes the row at hand and reads the source to its end; next() gives the row at hand first.
     PackedRows(RowSource& rest, std::vector<Cell> row);
     bool next(std::vector<Cell>& row) override;
+    const std::optional<Error>& failure() const { return m_failure; }
 
   private:
     RowPages m_pages;

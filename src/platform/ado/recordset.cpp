@@ -1,5 +1,6 @@
 #include "platform/ado/recordset.h"
 
+#include "platform/ado/answers.h"
 #include "platform/ado/celltext.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/packedrows.h"
@@ -59,6 +60,7 @@ class RecordsetImpl final : public detail::Reader {
     void open(std::shared_ptr<detail::Session> session, const QString& text, qint64 most);
     void close();
     void move();
+    void detach();
 
     void readAhead() override;
     void connectionClosed() override { release(); }
@@ -134,6 +136,22 @@ void RecordsetImpl::readAhead() {
     m_rows = std::move(packed);
 }
 
+void RecordsetImpl::detach() {
+    if (m_rows) {
+        auto packed = std::make_unique<PackedRows>(*m_rows, m_row);
+        if (packed->failure()) {
+            const Error failure = *packed->failure();
+            m_session->noteFailure();
+            close();
+            throw failure;
+        }
+        packed->next(m_row);
+        m_rows = std::move(packed);
+    }
+    m_session->remove(*this);
+    m_session = std::make_shared<detail::Session>();
+}
+
 Recordset::Recordset() : m_impl(std::make_unique<RecordsetImpl>()) {}
 Recordset::~Recordset() = default;
 Recordset::Recordset(Recordset&&) noexcept = default;
@@ -157,6 +175,11 @@ void Recordset::setFields(const QStringList& names) {
 void Recordset::Open(const QString& source, const Connection& connection, CursorType, LockType,
                      CommandType command) {
     if (isOpen()) detail::throwOpen();
+    if (auto answer = connection.m_session->takeAnswer(source)) {
+        if (answer->failure) std::rethrow_exception(answer->failure);
+        *this = std::move(answer->rows);
+        return;
+    }
     const QString text = command == CommandType::Table ? QStringLiteral("select * from ") + source : source;
     m_impl->open(connection.m_session, text, m_impl->maxRecords);
 }
@@ -167,6 +190,10 @@ void Recordset::Close() {
 
 bool Recordset::isOpen() const {
     return m_impl->isOpen();
+}
+
+void Recordset::detach() {
+    m_impl->detach();
 }
 
 bool Recordset::Eof() const {

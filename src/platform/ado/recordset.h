@@ -45,6 +45,9 @@ class Recordset {
               CommandType command = CommandType::Text);
     void Close();
     bool isOpen() const;
+    /// Reads the rest of the rows into memory and lets go of the connection, so that they can be handed to
+    /// another thread. Throws Error; the record set is closed then.
+    void detach();
 
     /// True behind the last row (the property named EOF; the C library's macro of that name keeps it from
     /// being spelled so here).

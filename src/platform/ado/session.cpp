@@ -12,7 +12,7 @@ namespace ado::detail {
 namespace {
 
 /// A statement and its first result with columns, with the first rows: one turn on the wire.
-struct Answer {
+struct Turn {
     odbc::SharedStatement statement;
     std::vector<Column> columns;
     std::shared_ptr<WireRows> rows;
@@ -20,7 +20,7 @@ struct Answer {
     void get(const QString& text, qint64 mostRows, const QStringList& wanted);
 };
 
-void Answer::get(const QString& text, qint64 mostRows, const QStringList& wanted) {
+void Turn::get(const QString& text, qint64 mostRows, const QStringList& wanted) {
     const SQLHSTMT handle = statement->get();
     odbc::check(SQLExecDirectW(handle, odbc::wide(text), static_cast<SQLINTEGER>(text.size())), *statement);
     SQLSMALLINT count = 0;
@@ -84,6 +84,11 @@ Session::Result Session::runStatement(const QString& text, qint64 rowLimit, cons
     return execute(text, rowLimit, wanted);
 }
 
+std::optional<Answer> Session::takeAnswer(const QString& text) {
+    auto node = m_answers.extract(text);
+    return node.empty() ? std::nullopt : std::optional(std::move(node.mapped()));
+}
+
 void Session::remove(Reader& reader) {
     std::erase(m_readers, &reader);
     endWireReader(reader);
@@ -94,22 +99,22 @@ void Session::endWireReader(Reader& reader) {
 }
 
 Session::Result Session::execute(const QString& text, qint64 rowLimit, const QStringList& wanted) const {
-    const auto answer = std::make_shared<Answer>();
-    answer->statement = m_link->makeStatement();
+    const auto turn = std::make_shared<Turn>();
+    turn->statement = m_link->makeStatement();
     if (commandTimeout > 0)
-        odbc::check(SQLSetStmtAttrW(answer->statement->get(), SQL_ATTR_QUERY_TIMEOUT,
+        odbc::check(SQLSetStmtAttrW(turn->statement->get(), SQL_ATTR_QUERY_TIMEOUT,
                                     odbc::number(static_cast<SQLULEN>(commandTimeout)), 0),
-                    *answer->statement);
+                    *turn->statement);
     try {
         m_link->run(
-            commandTimeout, [=] { answer->get(text, rowLimit, wanted); }, answer->statement);
+            commandTimeout, [=] { turn->get(text, rowLimit, wanted); }, turn->statement);
     } catch (...) {
-        if (!m_link->isGivenUp()) m_link->end(answer->statement);
+        if (!m_link->isGivenUp()) m_link->end(turn->statement);
         throw;
     }
-    if (!answer->rows) return {};
-    return {std::move(answer->columns),
-            std::make_unique<FetchedRows>(m_link, commandTimeout, std::move(answer->rows))};
+    if (!turn->rows) return {};
+    return {std::move(turn->columns),
+            std::make_unique<FetchedRows>(m_link, commandTimeout, std::move(turn->rows))};
 }
 
 // A batch of its own: a statement may have to be the first of its batch.

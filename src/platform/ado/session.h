@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/ado/answers.h"
 #include "platform/ado/driverconnection.h"
 #include "platform/ado/rowsource.h"
 
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace ado::detail {
@@ -32,6 +34,8 @@ class Session {
     int commandTimeout = 30;
 
     Session() = default;
+    /// One that is never opened: each statement is answered once, with what another session was told.
+    explicit Session(Answers answers) : m_answers(std::move(answers)) {}
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -50,6 +54,9 @@ class Session {
     /// read, all when none are named.
     Result run(const QString& text, qint64 rowLimit, const QStringList& wanted);
 
+    /// What is known of a statement already.
+    std::optional<Answer> takeAnswer(const QString& text);
+
     void add(Reader& reader) { m_readers.push_back(&reader); }
     void remove(Reader& reader);
     void noteFailure() { m_failed = true; }
@@ -63,6 +70,7 @@ class Session {
     Result execute(const QString& text, qint64 rowLimit, const QStringList& wanted) const;
     void limitRows(qint64 rows);
 
+    Answers m_answers;
     QString m_openedText;
     std::shared_ptr<DriverConnection> m_link;
     std::vector<Reader*> m_readers;

@@ -1,7 +1,9 @@
 #include "platform/ado/waiting.h"
 
+#include "platform/ado/attendant.h"
 #include "platform/ado/worker.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
@@ -13,7 +15,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto Patience = 500ms;  // of a call that has been interrupted
+constexpr auto Patience = 500ms;      // of a call that has been interrupted
+constexpr auto BetweenAsking = 10ms;  // the attendant: painted at that pace, windows look alive
+
+Attendant& attendant() {
+    thread_local Attendant mine;
+    return mine;
+}
 
 /// What the two threads share; the last of them ends it.
 struct Flight {
@@ -39,12 +47,20 @@ struct Flight {
         changed.notify_one();
     }
 
-    bool wait(std::optional<std::chrono::milliseconds> limit) {
+    /// Until the call has ended or the limit has passed; until the attendant says no, where that counts.
+    Ending wait(std::optional<std::chrono::milliseconds> limit, bool mayBreakOff) {
+        using Clock = std::chrono::steady_clock;
+        const auto end = limit ? Clock::now() + *limit : Clock::time_point::max();
         std::unique_lock lock(mutex);
-        const auto hasEnded = [this] { return ended; };
-        if (limit) return changed.wait_for(lock, *limit, hasEnded);
-        changed.wait(lock, hasEnded);
-        return true;
+        while (!changed.wait_until(lock, std::min(end, Clock::now() + BetweenAsking),
+                                   [this] { return ended; })) {
+            if (Clock::now() >= end) return Ending::TimedOut;
+            lock.unlock();
+            const bool goesOn = attend();
+            lock.lock();
+            if (!goesOn && mayBreakOff && !ended) return Ending::BrokenOff;
+        }
+        return Ending::InTime;
     }
 };
 
@@ -65,23 +81,30 @@ std::unique_ptr<Worker> takeWorker() {
 
 }  // namespace
 
+void setAttendant(Attendant newAttendant) {
+    attendant() = std::move(newAttendant);
+}
+
+bool attend() {
+    return !attendant() || attendant()();
+}
+
 Ending runWithin(std::optional<std::chrono::milliseconds> limit, std::function<void()> call,
                  const std::function<void()>& interrupt) {
     const auto flight = std::make_shared<Flight>();
     std::unique_ptr<Worker> worker = takeWorker();
     worker->start([flight, call = std::move(call)]() mutable { flight->run(std::move(call)); });
-    const bool inTime = flight->wait(limit);
-    if (!inTime) {
+    const Ending ending = flight->wait(limit, true);
+    if (ending != Ending::InTime) {
         interrupt();
-        if (!flight->wait(Patience)) {
+        if (flight->wait(Patience, false) != Ending::InTime) {
             worker->abandon();
-            return Ending::Abandoned;
+            return ending;
         }
     }
     idleWorkers().push_back(std::move(worker));
-    if (!inTime) return Ending::Interrupted;
-    if (flight->failure) std::rethrow_exception(flight->failure);
-    return Ending::InTime;
+    if (ending == Ending::InTime && flight->failure) std::rethrow_exception(flight->failure);
+    return ending;
 }
 
 }  // namespace ado

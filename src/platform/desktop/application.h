@@ -2,14 +2,15 @@
 
 #include "platform/desktop/endsignals.h"
 #include "platform/desktop/programend.h"
+#include "platform/desktop/waitingwindows.h"
 
 #include <QApplication>
 
 namespace desktop {
 
 /// The application object of a program with windows: message boxes and file dialogs show on the screen, and
-/// an unhandled failure or a signal that asks the program to end ends it in order. Its colours can be read,
-/// and Shift+F10 opens context menus.
+/// windows stay alive while the wire is waited for, and an unhandled failure or a signal that asks the
+/// program to end ends it in order. Its colours can be read, and Shift+F10 opens context menus.
 class Application : public QApplication {
     Q_OBJECT
 
@@ -29,6 +30,7 @@ class Application : public QApplication {
 
     ProgramEnd m_end;
     EndSignals m_endSignals;
+    WaitingWindows m_waitingWindows;
 };
 
 }  // namespace desktop
