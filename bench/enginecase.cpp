@@ -26,6 +26,8 @@ class ReadySystem : public tw::SchemaReader {
     }
     void setFollower(tw::RoutineFollower) override {}
     bool tellLostConnection() override { return false; }
+    void expect(const QString&, const tw::ExpectedReading&) override {}
+    void expectNothing() override {}
 
   private:
     /// One row in ten differs between the systems.

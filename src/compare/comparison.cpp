@@ -8,7 +8,10 @@
 
 #include <QHash>
 #include <QScopeGuard>
+#include <QSet>
 
+#include <algorithm>
+#include <iterator>
 #include <set>
 #include <tuple>
 
@@ -97,6 +100,7 @@ class Comparison::Run {
     void read(Side& side, Step&& step);
     void readDetails(Side& side);
     void readTables(Side& side);
+    void expectDefinitions();
     void setUpProgress();
     void compareKind(const DetailKind& kind);
     bool compareBothSides(const ComparedItems& items1, const ComparedItems& items2, const SideReport& report1,
@@ -124,8 +128,10 @@ class Comparison::Run {
 
 void Comparison::Run::run() {
     const auto end = qScopeGuard([this] {
-        for (const Side* side : {&m_side1, &m_side2})
+        for (const Side* side : {&m_side1, &m_side2}) {
             side->reader().setFollower({});
+            side->reader().expectNothing();
+        }
     });
     for (const Side* side : {&m_side1, &m_side2}) {
         side->reader().setFollower({[this] { return goOn(); },
@@ -136,11 +142,14 @@ void Comparison::Run::run() {
         for (int i = 0; i < 4; ++i)
             side->system.results.addHeader(QStringLiteral("Attribute"));
     }
+    const bool allTables = comparesAllTables();
+    for (const Side* side : {&m_side1, &m_side2})
+        side->reader().expect(side->database(), {m_kinds.any(), allTables});
     for (Side* side : {&m_side1, &m_side2})
         if (m_kinds.any()) readDetails(*side);
-    const bool allTables = comparesAllTables();
     for (Side* side : {&m_side1, &m_side2})
         if (allTables) readTables(*side);
+    if (!isCancelled()) expectDefinitions();
     setUpProgress();
     // Each goes up to its first test even when the one before was cancelled: the headings are always there.
     if (m_kinds.indexes) compareKind(Indexes);
@@ -172,6 +181,35 @@ void Comparison::Run::readDetails(Side& side) {
 
 void Comparison::Run::readTables(Side& side) {
     read(side, [&] { side.reader().FillCbTable(side.tables, side.database()); });
+}
+
+/// In the order in which they are compared: tables of both, tables of the first only, of the second only.
+void Comparison::Run::expectDefinitions() {
+    if (!comparesAllTables()) {
+        for (const Side* side : {&m_side1, &m_side2})
+            if (!side->table().isEmpty())
+                side->reader().expect(side->database(), {false, false, {side->table()}});
+        return;
+    }
+    const auto texts = [](const Side& side) {
+        QStringList names;
+        for (int i = 0; i < side.tables.count(); ++i)
+            names += side.tables.text(i);
+        return names;
+    };
+    const QStringList names1 = texts(m_side1);
+    const QStringList names2 = texts(m_side2);
+    const QSet<QString> in1(names1.begin(), names1.end());
+    const QSet<QString> in2(names2.begin(), names2.end());
+    QStringList both;
+    QStringList only1;
+    QStringList only2;
+    for (const QString& name : names1)
+        (in2.contains(name) ? both : only1) += name;
+    std::ranges::copy_if(names2, std::back_inserter(only2),
+                         [&](const QString& name) { return !in1.contains(name); });
+    m_side1.reader().expect(m_side1.database(), {false, false, both + only1});
+    m_side2.reader().expect(m_side2.database(), {false, false, both + only2});
 }
 
 void Comparison::Run::setUpProgress() {

@@ -12,6 +12,18 @@
 
 namespace tw {
 
+/// Who keeps connections from one catalog routine to the next.
+class KeptConnections {
+  public:
+    virtual ~KeptConnections() = default;
+    /// An idle connection that was opened with this string. Whether the server is still there only a
+    /// statement can show.
+    virtual std::optional<ado::Connection> take(const QString& connectionString) = 0;
+    /// Keeps a connection that its caller has just opened and goes on using, only for what leaves no trace in
+    /// the session, and without another time-out.
+    virtual void keep(const QString& connectionString, const ado::Connection& connection) = 0;
+};
+
 /// Keeps the connections of catalog routines for a short while, so that the next routine on the same
 /// connection string need not log in again.
 ///
@@ -19,7 +31,7 @@ namespace tw {
 /// it and nothing has failed on it. However busy it is, it is handed out no longer than Lifetime after its
 /// login: a password that was changed or a database that was closed is noticed no later than that. To be used
 /// on one thread.
-class ConnectionPool {
+class ConnectionPool final : public KeptConnections {
   public:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::seconds Lifetime{5};
@@ -29,12 +41,8 @@ class ConnectionPool {
     ConnectionPool(const ConnectionPool&) = delete;
     ConnectionPool& operator=(const ConnectionPool&) = delete;
 
-    /// An idle connection that was opened with this string. Whether the server is still there only a
-    /// statement can show.
-    std::optional<ado::Connection> take(const QString& connectionString);
-    /// Keeps a connection that its caller has just opened and goes on using, only for what leaves no trace in
-    /// the session, and without another time-out.
-    void keep(const QString& connectionString, const ado::Connection& connection);
+    std::optional<ado::Connection> take(const QString& connectionString) override;
+    void keep(const QString& connectionString, const ado::Connection& connection) override;
 
     /// Lets go of what will not be handed out any more; done now and then by itself. A connection in use
     /// closes when its user is done.

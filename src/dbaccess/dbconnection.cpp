@@ -2,6 +2,7 @@
 
 #include "dbaccess/catalog.h"
 #include "dbaccess/connectionpool.h"
+#include "dbaccess/failingstep.h"
 #include "platform/controls/keyedtexts.h"
 
 #include <utility>
@@ -20,15 +21,14 @@ std::optional<QString> itemValue(const QString& connectionString, const QString&
 }
 
 /// Whether the failure being handled is that of a connection which could not be opened, is lost or has fallen
-/// silent. Only a lost link gives a statement the unspecified number.
+/// silent.
 bool isConnectionLost() {
     try {
         throw;
     } catch (const OpeningError&) {
         return true;
     } catch (const ado::Error& error) {
-        return error.number() == ado::numbers::Unspecified || error.number() == ado::numbers::TimeOut ||
-               error.number() == ado::numbers::ConnectionNotUsable;
+        return isLineLost(error) || error.number() == ado::numbers::TimeOut;
     } catch (...) {
         return false;
     }
@@ -102,12 +102,33 @@ bool DBConnection::tellLostConnection() {
 }
 
 CatalogReading DBConnection::reading(const QString& statement) const {
-    return {m_pool.get(), m_connectionString, statement};
+    return reading({{m_connectionString, statement}});
 }
 
-CatalogReading DBConnection::reading(const QString& database, const QString& statement,
-                                     const QStringList& fields) const {
-    return {m_pool.get(), catalog::inDatabase(m_connectionString, database), statement, fields};
+CatalogReading DBConnection::reading(const QString& database, const QString& statement) const {
+    return reading({{catalog::inDatabase(m_connectionString, database), statement}});
+}
+
+CatalogReading DBConnection::reading(const ReadAhead::Request& request) const {
+    return {{m_pool.get(), m_ahead.get()},
+            request.question.connectionString,
+            request.question.statement,
+            request.fields};
+}
+
+void DBConnection::expect(const QString& database, const ExpectedReading& expected) {
+    if (m_mostReaders == 0) return;
+    const QString string = catalog::inDatabase(m_connectionString, database);
+    std::vector<ReadAhead::Request> requests;
+    if (expected.details)
+        for (const QString& statement : detailStatements())
+            requests.push_back({{string, statement}});
+    if (expected.tableList) requests.push_back({{string, catalog::tableList()}});
+    for (const QString& table : expected.tables)
+        // A name that no statement takes is refused when its turn comes.
+        skipFailing([&] { requests.push_back(definitionRequest(database, table)); });
+    if (!m_ahead) m_ahead = std::make_unique<ReadAhead>(m_mostReaders);
+    m_ahead->expect(std::move(requests));
 }
 
 }  // namespace tw

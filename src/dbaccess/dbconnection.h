@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dbaccess/catalogreading.h"
+#include "dbaccess/readahead.h"
 #include "dbaccess/schemareader.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
@@ -92,6 +93,10 @@ class DBConnection : public SchemaReader {
 
     bool tellLostConnection() override;
     void setFollower(RoutineFollower follower) override { m_follower = std::move(follower); }
+    void expect(const QString& database, const ExpectedReading& expected) override;
+    void expectNothing() override { m_ahead.reset(); }
+    /// Reads ahead on at most so many connections at once; on none: it does not.
+    void setMostReaders(int readers) { m_mostReaders = readers; }
 
     /// Runs a statement in a database, without a limit to rows or time, and hands out its rows, which keep
     /// their connection open; nothing when it failed, which has been reported with both texts.
@@ -102,8 +107,10 @@ class DBConnection : public SchemaReader {
     void runRoutine(const QString& name, const std::function<void()>& body);
     /// For one statement on the server, or in one of its databases.
     CatalogReading reading(const QString& statement) const;
-    CatalogReading reading(const QString& database, const QString& statement,
-                           const QStringList& fields = {}) const;
+    CatalogReading reading(const QString& database, const QString& statement) const;
+    CatalogReading reading(const ReadAhead::Request& request) const;
+    ReadAhead::Request definitionRequest(const QString& database, const QString& table) const;
+    static QStringList detailStatements();
 
     /// Whether the follower, if there is one, wants the rest of a routine; of one that has lost its
     /// connection, which has been told, he does not.
@@ -111,6 +118,8 @@ class DBConnection : public SchemaReader {
     bool openUnlessRefused(CatalogReading& reading);
 
     std::shared_ptr<ConnectionPool> m_pool;
+    int m_mostReaders = ReadAhead::MostReaders;
+    std::unique_ptr<ReadAhead> m_ahead;
     RoutineFollower m_follower;
     bool m_connectionLost = false;    ///< by the last routine
     std::exception_ptr m_untoldLoss;  ///< what it kept to itself of that

@@ -95,6 +95,10 @@ void addRows(controls::ListItems& list, Walk& checks, Walk& indexes, Walk& forei
 
 }  // namespace
 
+QStringList DBConnection::detailStatements() {
+    return {catalog::checkConstraints(), catalog::indexColumns(), catalog::foreignKeys()};
+}
+
 QString DBConnection::FillLvDBDetail(controls::ListItems& list, const QString& database) {
     QString heading;
     runRoutine(QStringLiteral("FillLvDBDetail"), [&] {

@@ -3,6 +3,7 @@
 #include "platform/runtimeerror.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -20,6 +21,13 @@ struct RoutineFollower {
     std::function<bool()> goesOn;
     /// Whether the failure of a procedure is to be told to the user. Null: each one.
     std::function<bool(const QString& procedure, const platform::RuntimeError&)> isNews;
+};
+
+/// What routines will be asked for soon.
+struct ExpectedReading {
+    bool details = false;
+    bool tableList = false;
+    QStringList tables{};  ///< whose definitions, in this order
 };
 
 /// What a comparison asks of the connection object of one of its systems; DBConnection says what each routine
@@ -43,6 +51,12 @@ class SchemaReader {
     /// FillLvTblDef asks the follower and leaves its list empty when told no. With one it also reports a
     /// connection that it loses on the way once, not for every step that fails by it.
     virtual void setFollower(RoutineFollower follower) = 0;
+
+    /// It may be read meanwhile; FillCbTable, FillLvDBDetail and FillLvTblDef then take what was read, and do
+    /// and say the same as without. Each time more of it, until nothing is expected any more: what has not
+    /// been asked for is dropped, and what is being read broken off.
+    virtual void expect(const QString& database, const ExpectedReading& expected) = 0;
+    virtual void expectNothing() = 0;
 };
 
 }  // namespace tw

@@ -84,12 +84,14 @@ class Progress final : public tw::ComparisonProgress {
     Outcome& m_outcome;
 };
 
-void compare(const QString& connectionString, Outcome& outcome) {
+/// With two readers ahead, which take turns as they come, a session is not the same each time.
+void compare(const QString& connectionString, Outcome& outcome, int mostReaders) {
     const auto pool = std::make_shared<tw::ConnectionPool>();
     DBConnection first(pool);
     DBConnection second(pool);
     for (DBConnection* side : {&first, &second}) {
         side->setConnectionString(connectionString);
+        side->setMostReaders(mostReaders);
         side->setDatabase(side == &first ? First : Second);
         side->setTable(QStringLiteral("(All Tables)"));
     }
@@ -181,7 +183,8 @@ std::vector<Routine> allRoutines() {
         query("ExecuteQuery", "select * from Piece select ShelfId from Shelf"),
         dataControl("data control", "select * from Piece", 0),
         dataControl("data control, blocks", "select BoxId, Weight, Packed, Label from Box", 500),
-        {"comparison", compare},
+        {"comparison", [](const QString& text, O& o) { compare(text, o, 0); }},
+        {"comparison, read ahead", [](const QString& text, O& o) { compare(text, o, 1); }},
     };
 }
 

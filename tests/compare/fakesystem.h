@@ -48,6 +48,8 @@ class FakeSystem : public tw::SchemaReader {
     QString FillLvDBDetail(controls::ListItems& list, const QString& database) override;
     void setFollower(tw::RoutineFollower follower) override { m_followed = follower.goesOn != nullptr; }
     bool tellLostConnection() override { return m_readingsLeft < 0; }
+    void expect(const QString&, const tw::ExpectedReading&) override {}
+    void expectNothing() override {}
 
   private:
     bool reads(const QString& what);

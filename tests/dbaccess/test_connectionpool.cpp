@@ -216,7 +216,7 @@ void TestConnectionPool::waitsOnlyOnce() {
         m_pool->keep(text, hasty);
     }
     const int before = logins();
-    tw::CatalogReading reading(m_pool.get(), text, QStringLiteral("waitfor delay '0:0:5'"));
+    tw::CatalogReading reading({m_pool.get()}, text, QStringLiteral("waitfor delay '0:0:5'"));
     reading.open();
     try {
         reading.rows();

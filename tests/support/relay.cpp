@@ -55,6 +55,7 @@ struct Relay::Line {
     QByteArray batch;
     QByteArray withheld;
     bool clientsTurn = false;
+    int bytesLeft = -1;  ///< until the line is cut
     bool held = false;
 };
 
@@ -119,6 +120,16 @@ void Relay::keepNothing() {
     m_keeps = false;
 }
 
+void Relay::setFault(const Fault& fault) {
+    QMetaObject::invokeMethod(
+        m_server.get(), [=, this] { m_fault = fault; }, Qt::BlockingQueuedConnection);
+}
+
+void Relay::setMostLines(int lines) {
+    m_mostLines = lines;
+    m_mostSeen = 0;
+}
+
 void Relay::leadTo(quint16 serverPort) {
     QMetaObject::invokeMethod(
         m_server.get(), [=, this] { m_serverPort = serverPort; }, Qt::BlockingQueuedConnection);
@@ -127,6 +138,13 @@ void Relay::leadTo(quint16 serverPort) {
 void Relay::accept() {
     // Both ends belong to the listener, so that they end with it.
     QTcpSocket* client = m_server->nextPendingConnection();
+    if (m_lines >= m_mostLines) {
+        client->abort();
+        client->deleteLater();
+        return;
+    }
+    m_mostSeen = std::max<int>(m_mostSeen, ++m_lines);
+    QObject::connect(client, &QTcpSocket::disconnected, m_server.get(), [this] { --m_lines; });
     auto* server = new QTcpSocket(m_server.get());
     for (QTcpSocket* socket : {client, server}) {
         socket->setReadBufferSize(ReadAtOnce);
@@ -162,7 +180,13 @@ void Relay::passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client
 }
 
 void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) {
-    const QByteArray bytes = from.readAll();
+    QByteArray bytes = from.readAll();
+    if (!fault(line, bytes, fromServer)) {
+        to.write(bytes);
+        to.disconnectFromHost();
+        from.abort();
+        return;
+    }
     if (keep(line, bytes, fromServer)) {
         if (fromServer && m_manner != Manner::Whole)
             spoil(line, to, bytes);
@@ -171,6 +195,21 @@ void Relay::pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer) 
         return;
     }
     abortLines();
+}
+
+/// False when the line is to be cut behind these bytes.
+bool Relay::fault(Line& line, QByteArray& bytes, bool fromServer) {
+    if (m_fault.part.isEmpty()) return true;
+    if (!fromServer) {
+        const QByteArray part(reinterpret_cast<const char*>(m_fault.part.utf16()), 2 * m_fault.part.size());
+        const qsizetype at = bytes.indexOf(part);
+        if (at >= 0 && m_fault.bytes < 0) bytes[at] = '#';
+        line.bytesLeft = at >= 0 && m_fault.bytes >= 0 ? m_fault.bytes : -1;
+        return true;
+    }
+    if (line.bytesLeft < 0 || bytes.size() < line.bytesLeft) return true;
+    bytes.truncate(line.bytesLeft);
+    return false;
 }
 
 void Relay::spoil(Line& line, QTcpSocket& client, const QByteArray& bytes) {

@@ -36,6 +36,16 @@ class Relay {
     void cutAt(const QByteArray& mark, int times);
     /// Cuts every line at once; new ones are taken.
     void cut();
+    /// What happens to a batch of a client that has `part` in it: it arrives garbled, so that the server
+    /// refuses it, or its line is cut as soon as the server has sent `bytes` in answer.
+    struct Fault {
+        QString part;
+        int bytes = -1;  ///< -1: garbled
+    };
+    void setFault(const Fault& fault);
+    /// Refuses every line beyond so many at once; mostLinesSeen() tells how many there were.
+    void setMostLines(int lines);
+    int mostLinesSeen() const { return m_mostSeen; }
     /// Holds each turn of the clients back for so long, as a distant server would every round trip.
     void setDelay(int milliseconds);
     /// The turns that clients took: how often one sent something as the first, or after the server had. That
@@ -57,6 +67,7 @@ class Relay {
     void abortLines();
     void passFromClient(const std::shared_ptr<Line>& line, QTcpSocket& client, QTcpSocket& server);
     void pass(Line& line, QTcpSocket& from, QTcpSocket& to, bool fromServer);
+    bool fault(Line& line, QByteArray& bytes, bool fromServer);
     void spoil(Line& line, QTcpSocket& client, const QByteArray& bytes);
     bool keep(Line& line, const QByteArray& bytes, bool fromServer);
 
@@ -70,6 +81,10 @@ class Relay {
     QByteArray m_cutMark;
     int m_cutTimes = 0;
     bool m_keeps = true;
+    Fault m_fault;
+    int m_mostLines = 1000;
+    int m_lines = 0;
+    std::atomic<int> m_mostSeen = 0;
     int m_delay = 0;
     std::atomic<Manner> m_manner = Manner::Whole;
     std::atomic<qint64> m_turns = 0;
