@@ -72,7 +72,7 @@ class Binder {
     // FROM (frombinder.cpp)
     struct FromTexts {
         QString tables;
-        std::vector<QString> conditions;
+        QStringList conditions;
     };
     void addSources(const ast::Table& table, Scope& scope, bool outer);
     void addNamed(const ast::NamedTable& table, Scope& scope, bool outer);
@@ -82,7 +82,7 @@ class Binder {
     QString nested(const ast::Table& table, Scope& scope, size_t& next);
     QString sourceText(const Source& source);
     QString joinCondition(const ast::Join& join, Scope& scope, size_t first, size_t last);
-    QString fromText(const std::vector<ast::TablePtr>& from, Scope& scope, std::vector<QString>& conditions);
+    QString fromText(const std::vector<ast::TablePtr>& from, Scope& scope, QStringList& conditions);
 
     // Expressions (expressionbinder.cpp, predicatebinder.cpp)
     Bound expression(const ast::Expr& expr, Scope& scope);
@@ -106,6 +106,7 @@ class Binder {
     Bound bound(const ast::Case& node, Scope& scope);
     Bound bound(const ast::Call& node, Scope& scope);
     Bound bound(const ast::Convert& node, Scope& scope);
+    static void checkOneColumn(const BoundQuery& query);
     Bound inQuery(const ast::In& node, const Bound& operand, Scope& scope);
     Bound aggregate(const ast::Call& node, Scope& scope);
     Bound aggregateOf(const QString& function, const QString& distinct, const Bound& argument);

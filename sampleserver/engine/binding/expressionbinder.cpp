@@ -64,9 +64,7 @@ Bound Binder::bound(const ast::ColumnName& node, Scope& scope) {
 Bound Binder::bound(const ast::Variable& node, Scope&) {
     if (node.name.startsWith(QLatin1String("@@"))) return globalVariable(node.name, m_facts, m_emission);
     const auto found = m_facts.variables.find(nameKey(node.name));
-    if (found == m_facts.variables.end()) {
-        throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(node.name));
-    }
+    if (found == m_facts.variables.end()) failVariable(node.name);
     m_variablesRead.insert(found.key());
     Bound result = boundConstant(found->value, found->type, m_emission);
     result.nullable = true;
@@ -82,14 +80,17 @@ Bound Binder::bound(const ast::Binary& node, Scope& scope) {
     return arithmetic(node.op, std::move(left), expression(*node.right, scope), m_emission);
 }
 
+void Binder::checkOneColumn(const BoundQuery& query) {
+    if (query.columns.size() == 1) return;
+    throw SqlError(
+        116, 16,
+        QStringLiteral("Only one expression can be specified in the select list when the subquery is "
+                       "not introduced with EXISTS."));
+}
+
 Bound Binder::bound(const ast::ScalarQuery& node, Scope& scope) {
     BoundQuery query = boundQuery(*node.query, &scope);
-    if (query.columns.size() != 1) {
-        throw SqlError(
-            116, 16,
-            QStringLiteral("Only one expression can be specified in the select list when the subquery is "
-                           "not introduced with EXISTS."));
-    }
+    checkOneColumn(query);
     Bound result;
     result.sql = query.singleRow ? QStringLiteral("(%1)").arg(query.sql)
                                  : QStringLiteral("(SELECT ts_single(r0) FROM (%1))").arg(query.sql);
@@ -177,12 +178,11 @@ Bound Binder::aggregate(const ast::Call& node, Scope& scope) {
                            "contained in a HAVING clause or a select list, and the column being "
                            "aggregated is an outer reference."));
     }
-    if (scope.inAggregate) {
-        throw SqlError(
-            130, 16,
-            QStringLiteral("Cannot perform an aggregate function on an expression containing an aggregate "
-                           "or a subquery."));
-    }
+    const SqlError notPlain(
+        130, 16,
+        QStringLiteral("Cannot perform an aggregate function on an expression containing an aggregate "
+                       "or a subquery."));
+    if (scope.inAggregate) throw notPlain;
     scope.sawAggregate = true;
     if (node.star && function == QLatin1String("count")) {
         Bound count;
@@ -197,12 +197,7 @@ Bound Binder::aggregate(const ast::Call& node, Scope& scope) {
     scope.inAggregate = true;
     const Bound argument = expression(*node.arguments[0], scope);
     scope.inAggregate = false;
-    if (argument.hasQuery || !argument.uses.empty()) {
-        throw SqlError(
-            130, 16,
-            QStringLiteral("Cannot perform an aggregate function on an expression containing an aggregate "
-                           "or a subquery."));
-    }
+    if (argument.hasQuery || !argument.uses.empty()) throw notPlain;
     const QString distinct = node.distinct ? QStringLiteral("DISTINCT ") : QString();
     Bound result = aggregateOf(function, distinct, argument);
     result.hasAggregate = true;

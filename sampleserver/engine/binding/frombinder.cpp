@@ -8,13 +8,6 @@ namespace engine {
 
 namespace {
 
-QString written(const ast::Path& path) {
-    QString text;
-    for (size_t i = 0; i < path.size(); ++i)
-        text += (i == 0 ? QString() : QStringLiteral(".")) + path[i];
-    return text;
-}
-
 QString quotedName(QString name) {
     return u'"' + name.replace(u'"', QStringLiteral("\"\"")) + u'"';
 }
@@ -49,15 +42,8 @@ void Binder::addNamed(const ast::NamedTable& named, Scope& scope, bool outer) {
         path.size() == 3 && !path[0].isEmpty() ? m_facts.world->findDatabase(path[0]) : m_facts.database;
     source.outer = outer;
     QString user = m_facts.user;
-    if (source.database && source.database != m_facts.database) {
-        const auto other = userOfLogin(*source.database, m_facts.login);
-        if (!other) {
-            throw SqlError(916, 14,
-                           QStringLiteral("Server user '%1' is not a valid user in database '%2'.")
-                               .arg(m_facts.login, source.database->name));
-        }
-        user = *other;
-    }
+    if (source.database && source.database != m_facts.database)
+        user = existingUser(*source.database, m_facts.login);
     const QString owner = path.size() > 1 ? path[path.size() - 2] : QString();
     if (source.database) source.table = source.database->findTable(owner, path.back(), user);
     if (!source.table && source.database && m_facts.readsScript) {
@@ -69,7 +55,9 @@ void Binder::addNamed(const ast::NamedTable& named, Scope& scope, bool outer) {
         }
     }
     if (!source.table)
-        throw SqlError(208, 16, QStringLiteral("Invalid object name '%1'.").arg(written(path)));
+        throw SqlError(208, 16,
+                       QStringLiteral("Invalid object name '%1'.")
+                           .arg(QStringList(path.begin(), path.end()).join(u'.')));
     if (source.table->deniedUsers.contains(user, Qt::CaseInsensitive)) {
         throw SqlError(229, 14,
                        QStringLiteral("SELECT permission denied on object '%1', database '%2', owner '%3'.")
@@ -180,8 +168,7 @@ void Binder::flatten(const ast::Table& table, Scope& scope, size_t& next, FromTe
     }
 }
 
-QString Binder::fromText(const std::vector<ast::TablePtr>& from, Scope& scope,
-                         std::vector<QString>& conditions) {
+QString Binder::fromText(const std::vector<ast::TablePtr>& from, Scope& scope, QStringList& conditions) {
     for (const ast::TablePtr& table : from)
         addSources(*table, scope, false);
     scope.last = scope.sources.size();

@@ -93,12 +93,7 @@ Bound Binder::bound(const ast::In& node, Scope& scope) {
 
 Bound Binder::inQuery(const ast::In& node, const Bound& operand, Scope& scope) {
     const BoundQuery query = boundQuery(*node.query, &scope);
-    if (query.columns.size() != 1) {
-        throw SqlError(
-            116, 16,
-            QStringLiteral("Only one expression can be specified in the select list when the subquery is "
-                           "not introduced with EXISTS."));
-    }
+    checkOneColumn(query);
     Bound item;
     item.sql = QStringLiteral("r0");
     item.type = query.columns[0].type;

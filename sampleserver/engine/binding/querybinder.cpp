@@ -19,13 +19,6 @@ void failOwnVariable(const QString& name) {
 
 namespace {
 
-QString joined(const std::vector<QString>& parts, const QString& separator) {
-    QString text;
-    for (const QString& part : parts)
-        text += (text.isEmpty() ? QString() : separator) + part;
-    return text;
-}
-
 QString resultName(size_t position) {
     return u'r' + QString::number(position);
 }
@@ -159,11 +152,11 @@ Binder::Core Binder::boundCore(const ast::SelectCore& core, const std::vector<as
                                Scope* outer) {
     Scope scope(outer);
     Core result;
-    std::vector<QString> conditions;
+    QStringList conditions;
     if (!core.from.empty()) result.tail = QStringLiteral(" FROM ") + fromText(core.from, scope, conditions);
     if (core.where) conditions.push_back(expression(*core.where, scope).sql);
     if (!conditions.empty())
-        result.tail += QStringLiteral(" WHERE ") + joined(conditions, QStringLiteral(" AND "));
+        result.tail += QStringLiteral(" WHERE ") + conditions.join(QLatin1String(" AND "));
     boundGroups(core, scope, result);
     scope.aggregatesAllowed = true;
     result.distinct = core.distinct;
@@ -195,7 +188,7 @@ Binder::Core Binder::boundCore(const ast::SelectCore& core, const std::vector<as
 }
 
 void Binder::boundGroups(const ast::SelectCore& core, Scope& scope, Core& result) {
-    std::vector<QString> groups;
+    QStringList groups;
     QSet<QString> texts;
     for (const ast::ExprPtr& expr : core.groupBy) {
         const Bound group = expression(*expr, scope);
@@ -221,7 +214,7 @@ void Binder::boundGroups(const ast::SelectCore& core, Scope& scope, Core& result
         texts.insert(group.sql);
     }
     scope.groups = texts;
-    if (!groups.empty()) result.tail += QStringLiteral(" GROUP BY ") + joined(groups, QStringLiteral(", "));
+    if (!groups.empty()) result.tail += QStringLiteral(" GROUP BY ") + groups.join(QLatin1String(", "));
 }
 
 void Binder::addItem(Core& result, Bound bound, const QString& name) {
@@ -245,11 +238,7 @@ void Binder::addStar(const ast::SelectItem& item, Scope& scope, Core& result) {
     if (scope.sources.empty() && item.starPrefix.empty()) {
         throw SqlError(263, 16, QStringLiteral("Must specify table to select from."));
     }
-    throw SqlError(
-        107, 16,
-        QStringLiteral("The column prefix '%1' does not match with a table name or alias name used in the "
-                       "query.")
-            .arg(joined(item.starPrefix, QStringLiteral("."))));
+    failPrefix(item.starPrefix);
 }
 
 void Binder::boundItems(const ast::SelectCore& core, Scope& scope, Core& result) {
@@ -267,9 +256,7 @@ void Binder::boundItems(const ast::SelectCore& core, Scope& scope, Core& result)
         m_variablesRead += readBefore;
         if (!item.variable.isEmpty()) {
             const auto variable = m_facts.variables.find(nameKey(item.variable));
-            if (variable == m_facts.variables.end()) {
-                throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(item.variable));
-            }
+            if (variable == m_facts.variables.end()) failVariable(item.variable);
             bound = implicitly(bound, variable->type, m_emission);
             assigned.insert(variable.key());
             result.variables.push_back(item.variable);
@@ -300,7 +287,7 @@ void Binder::checkGrouped(const Bound& bound, const Scope& scope, bool grouped, 
 }
 
 QString Binder::orderText(const std::vector<ast::OrderItem>& order, Scope& scope, Core& core) {
-    std::vector<QString> keys;
+    QStringList keys;
     for (const ast::OrderItem& item : order) {
         const int position = orderPosition(*item.expr, core);
         if (position >= 0) {
@@ -332,7 +319,7 @@ QString Binder::orderText(const std::vector<ast::OrderItem>& order, Scope& scope
         keys.push_back(ordered(key.sql, key.type, item.descending));
         core.orderKeys.push_back(std::move(key));
     }
-    return keys.empty() ? QString() : QStringLiteral(" ORDER BY ") + joined(keys, QStringLiteral(", "));
+    return keys.empty() ? QString() : QStringLiteral(" ORDER BY ") + keys.join(QLatin1String(", "));
 }
 
 int Binder::orderPosition(const ast::Expr& expr, const Core& core) {

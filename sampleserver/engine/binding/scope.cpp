@@ -13,6 +13,14 @@ bool sameName(const QString& a, const QString& b) {
 
 }  // namespace
 
+void failPrefix(const std::vector<QString>& prefix) {
+    throw SqlError(
+        107, 16,
+        QStringLiteral("The column prefix '%1' does not match with a table name or alias name used "
+                       "in the query.")
+            .arg(QStringList(prefix.begin(), prefix.end()).join(u'.')));
+}
+
 int Source::columnCount() const {
     return static_cast<int>(table ? table->columns.size() : columns.size());
 }
@@ -89,16 +97,7 @@ Bound Scope::resolve(const std::vector<QString>& path) {
             inner->outerUses.insert(inner->outerUses.end(), bound.uses.begin(), bound.uses.end());
         return bound;
     }
-    if (!prefix.empty() && !prefixKnown) {
-        QString name;
-        for (const QString& part : prefix)
-            name += (name.isEmpty() ? QString() : QStringLiteral(".")) + part;
-        throw SqlError(
-            107, 16,
-            QStringLiteral("The column prefix '%1' does not match with a table name or alias name used "
-                           "in the query.")
-                .arg(name));
-    }
+    if (!prefix.empty() && !prefixKnown) failPrefix(prefix);
     throw SqlError(207, 16, QStringLiteral("Invalid column name '%1'.").arg(path.back()));
 }
 

@@ -37,6 +37,9 @@ struct Source {
     bool matches(const std::vector<QString>& prefix) const;
 };
 
+/// Throws SqlError 107.
+[[noreturn]] void failPrefix(const std::vector<QString>& prefix);
+
 /// The tables that a query's names are looked up in, and those of the queries around it.
 class Scope {
   public:

@@ -1,7 +1,6 @@
 #include "engine/binding/coercion.h"
 #include "engine/binding/functions.h"
 #include "engine/values/productversion.h"
-#include "engine/values/sqlerror.h"
 #include "engine/values/typeinfo.h"
 
 namespace engine {
@@ -110,7 +109,7 @@ Bound globalVariable(const QString& name, const SessionFacts& facts, Emission& e
         return number(ProductVersion::major << 24 | ProductVersion::minor << 16 | ProductVersion::build);
     if (key == QLatin1String("nestlevel")) return number(0);
     if (key == QLatin1String("fetch_status")) return number(0);
-    throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(name));
+    failVariable(name);
 }
 
 }  // namespace engine

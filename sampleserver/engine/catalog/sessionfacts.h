@@ -33,4 +33,10 @@ struct SessionFacts {
 /// refused.
 std::optional<QString> userOfLogin(const Database& database, const QString& login);
 
+/// The same, but throws SqlError 916 when refused.
+QString existingUser(const Database& database, const QString& login);
+
+/// Throws SqlError 137.
+[[noreturn]] void failVariable(const QString& name);
+
 }  // namespace engine

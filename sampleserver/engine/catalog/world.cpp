@@ -33,6 +33,15 @@ Database* World::findDatabase(const QString& name) {
     return m_byName.value(nameKey(name));
 }
 
+const Database& World::existingDatabase(const QString& name) const {
+    if (const Database* database = findDatabase(name)) return *database;
+    throw SqlError(
+        911, 16,
+        QStringLiteral("Could not locate entry in sysdatabases for database '%1'. No entry found with "
+                       "that name. Make sure that the name is entered correctly.")
+            .arg(name));
+}
+
 const Login* World::findLogin(const QString& name) const {
     const auto found = m_logins.find(nameKey(name));
     return found == m_logins.end() ? nullptr : &found->second;

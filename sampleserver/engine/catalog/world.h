@@ -31,6 +31,8 @@ class World {
 
     const Database* findDatabase(const QString& name) const;
     Database* findDatabase(const QString& name);
+    /// The same, but throws SqlError 911 when there is none.
+    const Database& existingDatabase(const QString& name) const;
     const Login* findLogin(const QString& name) const;
     const std::vector<std::unique_ptr<Database>>& databases() const { return m_databases; }
     QString serverName() const { return QStringLiteral("SAMPLESERVER"); }

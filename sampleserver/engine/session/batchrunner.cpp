@@ -129,35 +129,21 @@ void BatchRunner::run(const ast::Select& statement) {
 }
 
 void BatchRunner::run(const ast::Use& statement) {
-    const Database* database = m_facts.world->findDatabase(statement.database);
-    if (!database) {
-        throw SqlError(
-            911, 16,
-            QStringLiteral("Could not locate entry in sysdatabases for database '%1'. No entry found with "
-                           "that name. Make sure that the name is entered correctly.")
-                .arg(statement.database));
-    }
-    const auto user = userOfLogin(*database, m_facts.login);
-    if (!user) {
-        throw SqlError(916, 14,
-                       QStringLiteral("Server user '%1' is not a valid user in database '%2'.")
-                           .arg(m_facts.login, database->name));
-    }
+    const Database& database = m_facts.world->existingDatabase(statement.database);
+    const QString user = existingUser(database, m_facts.login);
     const QString oldName = m_facts.database->name;
-    m_facts.database = database;
-    m_facts.user = *user;
-    m_sink.databaseChanged(oldName, database->name);
+    m_facts.database = &database;
+    m_facts.user = user;
+    m_sink.databaseChanged(oldName, database.name);
     m_sink.message({.number = 5701,
                     .severity = 0,
-                    .text = QStringLiteral("Changed database context to '%1'.").arg(database->name)});
+                    .text = QStringLiteral("Changed database context to '%1'.").arg(database.name)});
     done(-1, false);
 }
 
 TypedValue& BatchRunner::variable(const QString& name) {
     const auto found = m_facts.variables.find(nameKey(name));
-    if (found == m_facts.variables.end()) {
-        throw SqlError(137, 15, QStringLiteral("Must declare the variable '%1'.").arg(name));
-    }
+    if (found == m_facts.variables.end()) failVariable(name);
     return *found;
 }
 

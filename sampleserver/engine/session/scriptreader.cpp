@@ -238,16 +238,7 @@ Table& ScriptReader::tableOf(const ObjectName& name) {
 }
 
 void ScriptReader::useDatabase(TokenCursor& tokens) {
-    const QString name = tokens.name();
-    Database* database = m_world.findDatabase(name);
-    if (database == nullptr) {
-        throw SqlError(
-            911, 16,
-            QStringLiteral("Could not locate entry in sysdatabases for database '%1'. No entry found with "
-                           "that name. Make sure that the name is entered correctly.")
-                .arg(name));
-    }
-    m_session.facts.database = database;
+    m_session.facts.database = &m_world.existingDatabase(tokens.name());
 }
 
 void ScriptReader::createDatabase(TokenCursor& tokens) {

@@ -93,6 +93,12 @@ void checkNewColumn(const Table& table, const ColumnDraft& draft) {
 
 }  // namespace
 
+void failNullableKey(const Table& table) {
+    throw SqlError(8111, 16,
+                   QStringLiteral("Cannot define PRIMARY KEY constraint on nullable column in table '%1'.")
+                       .arg(table.name));
+}
+
 QString TableBuilder::ownerFor(const ObjectName& name) const {
     if (name.owner.isEmpty()) return QStringLiteral("dbo");
     const QString owner = m_database.findUser(name.owner);
@@ -184,12 +190,7 @@ void TableBuilder::addColumn(Table& table, const ColumnDraft& draft, const Table
         acceptsNulls = made.nullable;
     }
     const bool key = inPrimaryKey(statement, draft.name);
-    if (key && draft.nullable.value_or(false)) {
-        throw SqlError(
-            8111, 16,
-            QStringLiteral("Cannot define PRIMARY KEY constraint on nullable column in table '%1'.")
-                .arg(table.name));
-    }
+    if (key && draft.nullable.value_or(false)) failNullableKey(table);
     column.nullable = draft.nullable.value_or(!key && acceptsNulls);
     column.identity = draft.identity;
     column.identitySeed = draft.identitySeed;

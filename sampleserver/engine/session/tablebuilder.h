@@ -38,4 +38,7 @@ class TableBuilder {
     Database& m_database;
 };
 
+/// Throws SqlError 8111.
+[[noreturn]] void failNullableKey(const Table& table);
+
 }  // namespace engine

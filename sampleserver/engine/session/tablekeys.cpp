@@ -33,11 +33,7 @@ void checkPrimaryKey(const Table& table, const Index& key, bool newTable) {
                        QStringLiteral("Table '%1' already has a primary key defined on it.").arg(table.name));
     }
     for (const int column : key.columns) {
-        if (!table.columns[static_cast<size_t>(column)].nullable) continue;
-        throw SqlError(
-            8111, 16,
-            QStringLiteral("Cannot define PRIMARY KEY constraint on nullable column in table '%1'.")
-                .arg(table.name));
+        if (table.columns[static_cast<size_t>(column)].nullable) failNullableKey(table);
     }
 }
 

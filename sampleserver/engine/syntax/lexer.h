@@ -7,8 +7,7 @@
 namespace engine {
 
 enum class TokenKind {
-    Identifier,   ///< text as written, brackets or double quotes removed; `quoted` tells
-    Keyword,      ///< never produced: keywords are unquoted identifiers that a parser compares
+    Identifier,   ///< and keywords; text as written, brackets or double quotes removed; `quoted` tells
     Number,       ///< 12, 1.5, 1e3
     HexNumber,    ///< 0x800, text with its prefix
     MoneyNumber,  ///< $1.50, text without the sign

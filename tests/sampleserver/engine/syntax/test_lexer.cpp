@@ -21,10 +21,10 @@ class LexerTest : public QObject {
 namespace {
 
 QString shown(const Token& token) {
-    static const QStringList kinds{QStringLiteral("name"),   QStringLiteral("keyword"),
-                                   QStringLiteral("number"), QStringLiteral("hex"),
-                                   QStringLiteral("money"),  QStringLiteral("string"),
-                                   QStringLiteral("symbol"), QStringLiteral("variable")};
+    static const QStringList kinds{QStringLiteral("name"),    QStringLiteral("number"),
+                                   QStringLiteral("hex"),     QStringLiteral("money"),
+                                   QStringLiteral("string"),  QStringLiteral("symbol"),
+                                   QStringLiteral("variable")};
     QString kind = kinds[static_cast<int>(token.kind)];
     if (token.quoted) kind.prepend(u'q');
     if (token.national) kind.prepend(u'n');
