@@ -6,14 +6,17 @@
 #include "shell/core/appstate.h"
 #include "shell/frmmain.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 namespace tour {
@@ -124,6 +127,37 @@ void closeResult(Place& place) {
                         QStringLiteral("the result window has gone"));
 }
 
+/// By keyboard alone.
+void findDifferences(Place& place, const tw::frmCompareResult& result) {
+    Stage& stage = place.stage;
+    auto& list = stage.find<desktop::ListView>(result, QStringLiteral("lvSystem1"));
+    list.setFocus();
+    for (int i = 0; i < 4; ++i)
+        stage.press(list, Qt::Key_F8);
+    stage.expectText(list.currentIndex().data().toString(), QStringLiteral("PK_Holiday"),
+                     QStringLiteral("the fourth difference"));
+    stage.picture(QStringLiteral("compare-next-difference"));
+    // The menu serves events by itself until something is chosen from it.
+    QTimer::singleShot(0, &list, [&stage] {
+        QWidget* menu = QApplication::activePopupWidget();
+        if (menu == nullptr) return;
+        stage.picture(QStringLiteral("compare-menu"));
+        stage.press(*menu, Qt::Key_D);
+    });
+    QTest::keyClick(&list, Qt::Key_F10, Qt::ShiftModifier);
+    stage.expect(list.items()->rowCount() < list.items()->count(), QStringLiteral("only some rows show"));
+    stage.picture(QStringLiteral("compare-differences-only"));
+    QTest::keyClick(&list, Qt::Key_F, Qt::ControlModifier);
+    auto& entry = stage.find<QLineEdit>(result, QStringLiteral("txtFind"));
+    stage.type(entry, QStringLiteral("hourlyrate"));
+    stage.press(entry, Qt::Key_Return);
+    stage.picture(QStringLiteral("compare-found"));
+    stage.expectText(list.currentIndex().data().toString(), QStringLiteral("HourlyRate"),
+                     QStringLiteral("what was found"));
+    stage.press(entry, Qt::Key_Escape);
+    QTest::keyClick(&list, Qt::Key_D, Qt::ControlModifier);
+}
+
 void compareDatabases(Place& place) {
     Stage& stage = place.stage;
     const auto picture = [&](const char* name) {
@@ -139,6 +173,7 @@ void compareDatabases(Place& place) {
     stage.choose(place.frame, QStringLiteral("mnuView"), QStringLiteral("mnuViewVertical"));
     place.frame.area().activeSubWindow()->showMaximized();
     stage.picture(QStringLiteral("compare-side-by-side"));
+    findDifferences(place, result);
     place.frame.area().activeSubWindow()->showNormal();
     stage.choose(place.frame, QStringLiteral("mnuView"), QStringLiteral("mnuViewHorizontal"));
     closeResult(place);

@@ -175,10 +175,13 @@ void ResultCommands::link() {
     const int partnerRow = std::min(items(1 - side).rowOf(partner), items(1 - side).rowCount() - 1);
     if (partnerRow < 0) return;
     const QScopedValueRollback linking(m_linking, true);
-    if (byCurrentRow)
+    if (byCurrentRow) {
+        const bool selected = leader.selectionModel()->isSelected(leader.currentIndex());
         follower.selectionModel()->setCurrentIndex(
             items(1 - side).index(partnerRow, 0),
-            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            QItemSelectionModel::Rows |
+                (selected ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate));
+    }
     follower.verticalScrollBar()->setValue(partnerRow - (row - top));
 }
 

@@ -7,6 +7,7 @@
 
 #include <QProxyStyle>
 #include <QStyleOption>
+#include <QTableView>
 #include <QWidget>
 
 #include <algorithm>
@@ -21,6 +22,7 @@ class Style final : public QProxyStyle {
   public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
+        if (standsInTable(metric, widget)) return std::max(pixels, 6);
         if (metric != PM_TitleBarHeight || widget == nullptr) return pixels;
         return std::max(pixels, widget->fontMetrics().height() + 4);
     }
@@ -39,6 +41,13 @@ class Style final : public QProxyStyle {
     }
 
   private:
+    /// The room beside the texts of headers and cells: those that stand to the right would touch those
+    /// beside.
+    static bool standsInTable(PixelMetric metric, const QWidget* widget) {
+        if (metric == PM_HeaderMargin) return true;
+        return metric == PM_FocusFrameHMargin && qobject_cast<const QTableView*>(widget) != nullptr;
+    }
+
     /// Qt's Fusion style paints the buttons of a window that is not active black, on whatever ground.
     bool darkButtonsOnDark(const QStyleOptionTitleBar& bar) const {
         const QColor ground = bar.palette.color(QPalette::Window);

@@ -1,5 +1,6 @@
 #include "platform/desktop/findbar.h"
 
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -25,7 +26,8 @@ QToolButton* makeButton(const QString& text, const QString& tip, QWidget* bar) {
 
 }  // namespace
 
-FindBar::FindBar(QWidget* view) : QFrame(view), m_entry(new QLineEdit(this)), m_told(new QLabel(this)) {
+FindBar::FindBar(QAbstractScrollArea* view)
+    : QFrame(view), m_view(view), m_entry(new QLineEdit(this)), m_told(new QLabel(this)) {
     setObjectName(QStringLiteral("findBar"));
     setFrameStyle(QFrame::Panel | QFrame::Raised);
     setAutoFillBackground(true);
@@ -52,7 +54,7 @@ FindBar::FindBar(QWidget* view) : QFrame(view), m_entry(new QLineEdit(this)), m_
     connect(add(QStringLiteral("Close"), QStringLiteral("Close the bar (Esc)")), &QToolButton::clicked, this,
             &FindBar::closeWanted);
     connect(m_entry, &QLineEdit::textChanged, this, [this] { tell({}); });
-    view->installEventFilter(this);
+    view->viewport()->installEventFilter(this);
 }
 
 QString FindBar::text() const {
@@ -77,7 +79,7 @@ void FindBar::tell(const QString& text) {
 }
 
 void FindBar::place() {
-    const QRect room = parentWidget()->contentsRect();
+    const QRect room = m_view->viewport()->geometry();
     const QSize size(std::min(room.width(), std::max(sizeHint().width(), room.width() / 2)),
                      sizeHint().height());
     setGeometry(QRect(room.bottomRight() - QPoint(size.width() - 1, size.height() - 1), size));

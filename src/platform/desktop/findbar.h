@@ -2,6 +2,7 @@
 
 #include <QFrame>
 
+class QAbstractScrollArea;
 class QLabel;
 class QLineEdit;
 
@@ -12,7 +13,7 @@ class FindBar : public QFrame {
     Q_OBJECT
 
   public:
-    explicit FindBar(QWidget* view);
+    explicit FindBar(QAbstractScrollArea* view);
 
     QString text() const;
     /// Shows the bar, ready for another text to be typed.
@@ -31,6 +32,7 @@ class FindBar : public QFrame {
   private:
     void place();
 
+    QAbstractScrollArea* m_view;
     QLineEdit* m_entry;
     QLabel* m_told;
 };

@@ -116,6 +116,10 @@ void Finder::find(bool backward) {
     if (found.cell.isValid()) {
         m_view->setCurrentIndex(found.cell);
         m_view->scrollTo(found.cell);
+        // Not under the bar.
+        const int bar = m_bar ? m_bar->height() : 0;
+        if (m_view->visualRect(found.cell).bottom() > m_view->viewport()->height() - bar)
+            m_view->scrollTo(found.cell, QAbstractItemView::PositionAtCenter);
     } else if (!m_bar || !m_bar->isVisible()) {
         open();
     }
