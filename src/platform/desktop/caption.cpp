@@ -1,5 +1,6 @@
 #include "platform/desktop/caption.h"
 
+#include "platform/desktop/childkeys.h"
 #include "platform/showntext.h"
 
 #include <QEvent>
@@ -39,6 +40,7 @@ class Caption final : public QObject {
 QMdiSubWindow* addCaptioned(QMdiArea& area, QWidget* window) {
     QMdiSubWindow* frame = area.addSubWindow(window);
     new Caption(*frame, *window);
+    addChildKeys(*frame);
     return frame;
 }
 

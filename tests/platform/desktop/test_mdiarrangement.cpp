@@ -1,10 +1,13 @@
+#include "platform/desktop/caption.h"
 #include "platform/desktop/mdiarrangement.h"
 #include "platform/desktop/twips.h"
 #include "platform/runtimeerror.h"
 #include "support/table.h"
 
+#include <QAction>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTest>
 
@@ -16,6 +19,7 @@ class MdiArrangementTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    void arrowKeysMoveAndSize();
     void tilesCoverTheArea();
     void tilesOfManyChildren();
     void cascadeStaysInside();
@@ -177,6 +181,26 @@ void MdiArrangementTest::manyChildrenKeepTheirSmallestSize() {
         covered |= child->geometry();
     }
     QCOMPARE(covered.size(), area.maximumViewportSize());
+}
+
+void MdiArrangementTest::arrowKeysMoveAndSize() {
+    QMdiArea area;
+    area.resize(600, 400);
+    QMdiSubWindow* child = desktop::addCaptioned(area, new QWidget);
+    area.show();
+    child->setGeometry(50, 60, 300, 200);
+    const auto after = [&](const char* command) {
+        for (QAction* action : child->systemMenu()->actions())
+            if (action->text() == QLatin1String(command)) action->trigger();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(child, Qt::Key_Right);
+        QTest::keyClick(child, Qt::Key_Up, Qt::ShiftModifier);
+        QTest::keyClick(child, Qt::Key_Return);
+        QTest::keyClick(child, Qt::Key_Right);
+        return child->geometry();
+    };
+    QCOMPARE(after("&Move"), QRect(65, 40, 300, 200));
+    QCOMPARE(after("&Size"), QRect(65, 40, 315, 180));
 }
 
 QTEST_MAIN(MdiArrangementTest)
