@@ -63,14 +63,20 @@ class Comparison::Run {
   public:
     Run(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds kinds,
         ComparisonProgress& progress, std::function<void()> yield, std::function<bool()> cancelled)
-        : m_side1{system1, cbTable1, ListView1},
-          m_side2{system2, cbTable2, ListView2},
+        : m_side1{system1, cbTable1, ListView1, 1},
+          m_side2{system2, cbTable2, ListView2, 2},
           m_kinds(kinds),
           m_progress(progress),
           m_yield(std::move(yield)),
           m_cancelled(std::move(cancelled)) {}
 
     void run();
+    Completeness completeness() const {
+        if (m_connectionLost) return Completeness::LineLost;
+        if (!m_finished) return Completeness::Cancelled;
+        return m_unread.isEmpty() ? Completeness::Complete : Completeness::PartsUnread;
+    }
+    const QStringList& unread() const { return m_unread; }
 
   private:
     /// A system and the lists that its catalog is read into.
@@ -78,6 +84,8 @@ class Comparison::Run {
         ComparedSystem system;
         controls::ComboItems& tables;
         controls::ListItems& rows;
+
+        int number;
 
         SchemaReader& reader() const { return system.connection; }
         QString table() const { return system.connection.getTable(); }
@@ -92,12 +100,13 @@ class Comparison::Run {
     }
     /// A failure that comes with every table would keep the user from anything but closing message boxes.
     bool isNews(const QString& procedure, const platform::RuntimeError& failure) {
+        ++m_failures;
         const auto words = std::tuple(procedure, failure.number(), failure.description());
         return m_told.insert(words).second;
     }
     bool comparesAllTables() const { return m_side1.table().toUpper() == QStringLiteral("(ALL TABLES)"); }
     template <class Step>
-    void read(Side& side, Step&& step);
+    void read(Side& side, const QString& what, Step&& step);
     void readDetails(Side& side);
     void readTables(Side& side);
     void expectDefinitions();
@@ -122,8 +131,11 @@ class Comparison::Run {
     std::function<void()> m_yield;
     std::function<bool()> m_cancelled;
     std::set<std::tuple<QString, qint32, QString>> m_told;  ///< failures
+    int m_failures = 0;
+    QStringList m_unread;
     bool m_progressSetUp = false;
     bool m_connectionLost = false;
+    bool m_finished = false;
 };
 
 void Comparison::Run::run() {
@@ -160,27 +172,34 @@ void Comparison::Run::run() {
     } else {
         compareOneTable();
     }
-    if (!isCancelled()) m_progress.UpdateForm(ComparedState::Finished, QStringLiteral("Finished"));
+    if (isCancelled()) return;
+    m_finished = true;
+    m_progress.UpdateForm(ComparedState::Finished, QStringLiteral("Finished"));
 }
 
 /// Once the comparison is cancelled, or a connection lost, nothing is read any more: nobody wants to wait for
 /// it, and be told of failures.
 template <class Step>
-void Comparison::Run::read(Side& side, Step&& step) {
+void Comparison::Run::read(Side& side, const QString& what, Step&& step) {
     // Nobody waits for events before there is progress to be seen, but message boxes serve them.
     if (m_progressSetUp ? !goOn() : isCancelled()) return;
-    skipFailing(step);
-    if (!side.reader().tellLostConnection()) return;
+    const int failures = m_failures;
+    const bool failed = skipFailing(step) != 0;
+    const bool lost = side.reader().tellLostConnection();
+    if (failed || lost || m_failures > failures)
+        m_unread += QStringLiteral("System %1: %2").arg(QString::number(side.number), what);
+    if (!lost) return;
     m_connectionLost = true;
     if (m_progressSetUp) m_progress.cancel();
 }
 
 void Comparison::Run::readDetails(Side& side) {
-    read(side, [&] { side.reader().FillLvDBDetail(side.rows, side.database()); });
+    read(side, QStringLiteral("indexes, check constraints and foreign keys"),
+         [&] { side.reader().FillLvDBDetail(side.rows, side.database()); });
 }
 
 void Comparison::Run::readTables(Side& side) {
-    read(side, [&] { side.reader().FillCbTable(side.tables, side.database()); });
+    read(side, QStringLiteral("tables"), [&] { side.reader().FillCbTable(side.tables, side.database()); });
 }
 
 /// In the order in which they are compared: tables of both, tables of the first only, of the second only.
@@ -292,8 +311,14 @@ bool Comparison::Run::compareOneTable() {
 }
 
 void Comparison::Run::beginTable(Side& side) {
-    read(side, [&] { side.reader().FillLvTblDef(side.rows, side.database(), side.table()); });
-    addResult(side.system.results, tableHeading(QStringLiteral("Table: ") + side.table()), Table);
+    const QString heading = QStringLiteral("Table: ") + side.table();
+    read(side, heading, [&] {
+        side.reader().FillLvTblDef(side.rows, side.database(), side.table());
+        // A table has columns, and a column a type: this login is told of none, or the table is gone.
+        const bool told = side.rows.count() > 0 && !side.rows.subItem(0, 1).isEmpty();
+        if (!told && !isCancelled()) ++m_failures;
+    });
+    addResult(side.system.results, tableHeading(heading), Table);
 }
 
 Comparison::Comparison(const ComparedSystem& system1, const ComparedSystem& system2, ComparedKinds kinds,
@@ -304,8 +329,13 @@ Comparison::Comparison(const ComparedSystem& system1, const ComparedSystem& syst
 
 Comparison::~Comparison() = default;
 
-void Comparison::run() {
+Completeness Comparison::run() {
     m_run->run();
+    return m_run->completeness();
+}
+
+const QStringList& Comparison::unread() const {
+    return m_run->unread();
 }
 
 }  // namespace tw

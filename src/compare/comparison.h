@@ -1,6 +1,9 @@
 #pragma once
 
 #include "compare/comparisonprogress.h"
+#include "compare/completeness.h"
+
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -47,7 +50,9 @@ class Comparison {
 
     /// Returns at the end or as soon as it sees the flag; rows added so far stay. Failing steps are passed
     /// over, but for a connection that cannot be opened or is lost: that cancels the comparison.
-    void run();
+    Completeness run();
+    /// What could not be read, in words: "System 1: Table: Bikes". A table of which no column is told counts.
+    const QStringList& unread() const;
 
   private:
     class Run;

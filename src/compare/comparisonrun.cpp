@@ -4,10 +4,19 @@
 #include "dbaccess/dbconnection.h"
 #include "shell/core/appstate.h"
 
+#include <QElapsedTimer>
 #include <QScopeGuard>
 #include <QWidget>
 
 namespace tw {
+
+namespace {
+
+ComparisonReport::System systemOf(const DBConnection& connection, const controls::ListItems& results) {
+    return {connection.getServer(), connection.getDatabase(), connection.getTable(), &results};
+}
+
+}  // namespace
 
 ComparisonRun::ComparisonRun(AppState& state, std::function<void()> yield)
     : connection1(std::make_shared<DBConnection>(state.connectionPool)),
@@ -24,9 +33,16 @@ void ComparisonRun::run(QWidget& resultWindow, const QString& caption1, const QS
         m_pointer.reset();
         if (m_progress) m_progress->end();
     });
+    m_report.systems = {systemOf(*connection1, results1), systemOf(*connection2, results2)};
+    m_report.kinds = kinds;
+    m_report.begun = QDateTime::currentDateTimeUtc();
+    QElapsedTimer clock;
+    clock.start();
     Comparison comparison({*connection1, results1, caption1}, {*connection2, results2, caption2}, kinds,
                           *this, m_yield, [this] { return isCancelled(); });
-    comparison.run();
+    m_report.completeness = comparison.run();
+    m_report.unread = comparison.unread();
+    m_report.milliseconds = clock.elapsed();
 }
 
 void ComparisonRun::abandon() {
@@ -65,21 +81,19 @@ void ComparisonRun::InitFormLables(const QString& system1, const QString& system
 }
 
 void ComparisonRun::UpdateForm(ComparedState state, const QString& item) {
-    if (state == ComparedState::Matched) ++m_matched;
-    if (state == ComparedState::Unmatched) ++m_unmatched;
-    if (state == ComparedState::Finished) m_finished = true;
+    if (state == ComparedState::Matched) ++m_report.matched;
+    if (state == ComparedState::Unmatched) ++m_report.unmatched;
     if (m_progress) m_progress->UpdateForm(state, item);
 }
 
 QString ComparisonRun::statusText() const {
-    const QString ending = m_finished   ? QStringLiteral("Complete")
-                           : m_lineLost ? QStringLiteral("Not complete: the line to a server was lost")
-                                        : QStringLiteral("Not complete: cancelled");
-    return QStringLiteral("Matched: %1    Unmatched: %2    %3").arg(m_matched).arg(m_unmatched).arg(ending);
+    return QStringLiteral("Matched: %1    Unmatched: %2    %3")
+        .arg(m_report.matched)
+        .arg(m_report.unmatched)
+        .arg(completenessText(m_report.completeness));
 }
 
 void ComparisonRun::cancel() {
-    m_lineLost = true;
     m_cancelled = true;
     if (m_progress) m_progress->cancel();
 }

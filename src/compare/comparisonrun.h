@@ -2,6 +2,7 @@
 
 #include "compare/comparison.h"
 #include "compare/comparisonprogress.h"
+#include "compare/comparisonreport.h"
 #include "platform/controls/listitems.h"
 #include "platform/desktop/hourglass.h"
 
@@ -34,6 +35,8 @@ class ComparisonRun final : private ComparisonProgress {
     controls::ListItems results1;
     controls::ListItems results2;
 
+    /// What was compared and found, to be written; good as long as this object lives and does not run.
+    const ComparisonReport& report() const { return m_report; }
     /// How the comparison stands, in words: what was counted, and whether it came to its end.
     QString statusText() const;
 
@@ -59,10 +62,7 @@ class ComparisonRun final : private ComparisonProgress {
     std::optional<desktop::Hourglass> m_pointer;  ///< until the progress window shows
     bool m_begun = false;
     bool m_cancelled = false;
-    bool m_finished = false;
-    bool m_lineLost = false;
-    qint64 m_matched = 0;
-    qint64 m_unmatched = 0;
+    ComparisonReport m_report;
 };
 
 }  // namespace tw

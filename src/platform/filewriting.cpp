@@ -3,6 +3,7 @@
 #include "platform/runtimeerror.h"
 
 #include <QDir>
+#include <QSaveFile>
 
 #include <algorithm>
 #include <cerrno>
@@ -55,6 +56,13 @@ bool writeAll(QFileDevice& file, const QByteArray& bytes) {
         written += taken;
     }
     return true;
+}
+
+void saveFile(const QString& path, const std::function<void(QIODevice&)>& write) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) throwWriteFailure(path, file.errorString());
+    write(file);
+    if (!file.commit()) throwWriteFailure(path, file.errorString());
 }
 
 }  // namespace platform
