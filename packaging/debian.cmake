@@ -12,7 +12,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Tablewright shows the databases and tables of Microsoft SQL Servers as a
 tree, lists what a table is made of and its first rows, runs queries that
 are put together by picking names, and compares two databases, also on two
-servers. It only reads and never changes a database.
+servers. It only reads and never changes a database. A companion program
+without windows, tablewright-compare, compares in scripts.
 .
 A sample server is included, so that all of it can be tried without one.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs into a folder of its own and looks at it: the program has its help beside it with every picture, the manual
-# tells all options of the sample server, and desktops can read the descriptions. Usage: installed.sh BUILD_FOLDER
+# tells all options of the programs that have any, and desktops can read the descriptions. Usage: installed.sh BUILD_FOLDER
 set -eu
 prefix=$(mktemp -d)
 trap 'rm -rf "$prefix"' EXIT
@@ -10,9 +10,11 @@ folder=$(dirname "$(readlink -e "$prefix/bin/tablewright")")
 for picture in $(grep -o 'pictures/[a-z-]*[.]png' "$folder/Tablewright.hlp"); do
     [ -r "$folder/$picture" ] || { echo "$picture is missing" >&2; exit 1; }
 done
-manual=$prefix/share/man/man1/tablewright-sample-server.1
-for option in $("$prefix/bin/tablewright-sample-server" --help | grep -o -- '--[a-z-]*'); do
-    tr -d '\\' <"$manual" | grep -q -- "$option" || { echo "$option is not in the manual" >&2; exit 1; }
+for program in tablewright-sample-server tablewright-compare; do
+    manual=$prefix/share/man/man1/$program.1
+    for option in $("$prefix/bin/$program" --help | grep -o -- '--[a-z-]*'); do
+        tr -d '\\' <"$manual" | grep -q -- "$option" || { echo "$option is not in the manual" >&2; exit 1; }
+    done
 done
 desktop-file-validate "$prefix"/share/applications/*.desktop
 appstreamcli validate --no-net "$prefix"/share/metainfo/*.xml
