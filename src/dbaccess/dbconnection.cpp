@@ -126,7 +126,7 @@ void DBConnection::expect(const QString& database, const ExpectedReading& expect
     if (expected.tableList) requests.push_back({{string, catalog::tableList()}});
     for (const QString& table : expected.tables)
         // A name that no statement takes is refused when its turn comes.
-        skipFailing([&] { requests.push_back(definitionRequest(database, table)); });
+        skipFailing([&] { requests.push_back(definitionRequest(string, table)); });
     if (!m_ahead) m_ahead = std::make_unique<ReadAhead>(m_mostReaders);
     m_ahead->expect(std::move(requests));
 }

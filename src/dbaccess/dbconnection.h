@@ -109,7 +109,7 @@ class DBConnection : public SchemaReader {
     CatalogReading reading(const QString& statement) const;
     CatalogReading reading(const QString& database, const QString& statement) const;
     CatalogReading reading(const ReadAhead::Request& request) const;
-    ReadAhead::Request definitionRequest(const QString& database, const QString& table) const;
+    static ReadAhead::Request definitionRequest(const QString& connectionString, const QString& table);
     static QStringList detailStatements();
 
     /// Whether the follower, if there is one, wants the rest of a routine; of one that has lost its

@@ -35,17 +35,19 @@ QString typeText(const QString& typeName, const QString& length) {
 
 }  // namespace
 
-ReadAhead::Request DBConnection::definitionRequest(const QString& database, const QString& table) const {
-    return {{catalog::inDatabase(m_connectionString, database), catalog::columnList(table)},
-            {ColumnName, TypeName, Length, NullableFlag},
-            {catalog::primaryKeyColumns(table), catalog::foreignKeyColumns(table)}};
+ReadAhead::Request DBConnection::definitionRequest(const QString& connectionString, const QString& table) {
+    static const QStringList fields{ColumnName, TypeName, Length, NullableFlag};
+    return {{connectionString, catalog::columnList(table)}, fields, [table] {
+                return QStringList{catalog::primaryKeyColumns(table), catalog::foreignKeyColumns(table)};
+            }};
 }
 
 void DBConnection::FillLvTblDef(controls::ListItems& list, const QString& database, const QString& table) {
     runRoutine(QStringLiteral("FillLvTblDef"), [&] {
         list.clearItems();
         if (catalog::isMarker(database, table)) return;
-        CatalogReading columns = reading(definitionRequest(database, table));
+        CatalogReading columns =
+            reading(definitionRequest(catalog::inDatabase(m_connectionString, database), table));
         if (!columns.await([this] { return goesOn(); })) return;
         columns.open();
         ado::Recordset& rows = columns.rows();

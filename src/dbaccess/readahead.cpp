@@ -106,8 +106,8 @@ ado::Answers read(const Request& request, OwnConnection& own, Distance& distance
     };
     if (!ask(request.question.statement, [&] { return std::move(reading.rows()); })) return answers;
     ado::Recordset& rows = answers[request.question.statement].rows;
-    if (!rows.Eof()) {
-        for (const QString& follower : request.followers) {
+    if (request.followers && !rows.Eof()) {
+        for (const QString& follower : request.followers()) {
             const auto time = timed([&] {
                 ask(follower, [&] {
                     ado::Recordset found;
@@ -281,11 +281,12 @@ void ReadAhead::Desk::deliver(const Question& question, ado::Answers answers, co
     {
         const std::lock_guard lock(m_mutex);
         ++m_idle;
-        ++m_ready;
         m_distance = distance;
-        Entry& entry = m_entries.at(question);
-        entry.state = State::Answered;
-        entry.answers = std::move(answers);
+        const auto found = m_entries.find(question);
+        if (found == m_entries.end()) return;  // whoever asked has not waited for it
+        ++m_ready;
+        found->second.state = State::Answered;
+        found->second.answers = std::move(answers);
     }
     m_settled.notify_all();
 }
@@ -294,7 +295,9 @@ void ReadAhead::Desk::deliver(const Question& question, ado::Answers answers, co
 void ReadAhead::Desk::giveBack(const Question& question) {
     const std::lock_guard lock(m_mutex);
     m_refused = true;
-    m_entries.at(question).state = State::Waiting;
+    const auto found = m_entries.find(question);
+    if (found == m_entries.end()) return;
+    found->second.state = State::Waiting;
     m_waiting.push_front(question);
     m_work.notify_one();
 }

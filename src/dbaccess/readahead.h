@@ -31,11 +31,13 @@ class ReadAhead {
             return std::tie(statement, connectionString) < std::tie(other.statement, other.connectionString);
         }
     };
-    /// A question, and the statements that follow it on the same connection when it has rows.
+    /// A question, and the statements that follow it on the same connection when it has rows. Thousands of
+    /// them may wait, so the long texts are made when they are needed; by a reader, from nothing but
+    /// themselves.
     struct Request {
         Question question;
         QStringList fields{};  ///< of the question that are read; all when it is empty
-        QStringList followers{};
+        std::function<QStringList()> followers{};
     };
 
     static constexpr int LeastReaders = 2;
@@ -49,8 +51,8 @@ class ReadAhead {
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
 
-    /// Ends all that is being read ahead for this thread, so that the server may take another login. False when
-    /// nobody was reading.
+    /// Ends all that is being read ahead for this thread, so that the server may take another login. False
+    /// when nobody was reading.
     static bool makeRoom();
 
     /// Will be asked for, behind what was expected before. Not too much of it is read before it is taken.
