@@ -1,15 +1,15 @@
-// The export of a document window's list to a text file.
+// The export of a document window's lists to files.
 #include "browse/documentpanes.h"
 #include "browse/frmdocument.h"
 #include "browse/handler.h"
-#include "platform/desktop/msgbox.h"
 #include "platform/desktop/titlelabel.h"
 #include "platform/filewriting.h"
 #include "platform/runtimeerror.h"
 #include "platform/windows1252.h"
+#include "shell/core/fileasking.h"
+#include "shell/core/rowsaving.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QPointer>
 
 namespace tw {
@@ -18,16 +18,6 @@ namespace {
 
 const QString ModuleName = QStringLiteral("frmDocument");
 const QString LineEnd = QStringLiteral("\r\n");
-
-bool mayWrite(const QString& fileName) {
-    const QFileInfo file(fileName);
-    if (!file.exists() || file.isDir()) return true;
-    const QString question = fileName + QStringLiteral(" already exists.  ") + LineEnd +
-                             QStringLiteral("Do you want to replace it?     ") + LineEnd;
-    return desktop::MsgBox(question, desktop::MsgBoxIcon::Exclamation, ApplicationTitle,
-                           desktop::MsgBoxButtons::OkCancel,
-                           desktop::MsgBoxResult::Cancel) == desktop::MsgBoxResult::Ok;
-}
 
 /// What the caption names, by length alone: whatever it says, its first characters count as "Connected to ".
 QString serverOf(const QString& caption) {
@@ -73,6 +63,16 @@ void frmDocument::ExportListViewItems(const controls::ListItems& list, qint16 co
             platform::throwWriteFailure(fileName, file.errorString());
         }
     });
+}
+
+/// The rows of the table, or the details of the database, that the titles name.
+void frmDocument::mnuSaveAs_Click() {
+    const auto named = [this](int title) {
+        const QString text = m_panes->lblTitle(title).text();
+        return text.sliced(text.indexOf(u':') + 1).trimmed();
+    };
+    const QString table = named(1);
+    saveRows(m_data, table.isEmpty() ? named(0) : table, ModuleName);
 }
 
 }  // namespace tw

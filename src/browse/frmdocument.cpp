@@ -9,6 +9,7 @@
 #include "platform/desktop/treeview.h"
 #include "platform/desktop/twips.h"
 
+#include <QAction>
 #include <QCloseEvent>
 
 #include <algorithm>
@@ -105,6 +106,7 @@ void frmDocument::makeViews() {
     m_lvTblData->setItems(&m_data);
     m_panes = new DocumentPanes(*this, {m_tvDB, m_lvTblDef, m_lvTblData}, m_state.options.Layout);
     m_lvTblData->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(m_lvTblData->addSaveCommand(), &QAction::triggered, this, &frmDocument::mnuSaveAs_Click);
     new desktop::Finder(this, {m_tvDB, m_lvTblDef, m_lvTblData});  // owned by the window
     setFocusProxy(m_tvDB);
 }

@@ -47,6 +47,8 @@ class frmDocument : public QWidget, public ChildWindow, public Document {
     /// two titles. Of each item `columnCount` texts are written, its own the first. Asks before it replaces a
     /// file, and reports its own failures.
     void ExportListViewItems(const controls::ListItems& list, qint16 columnCount, const QString& fileName);
+    /// Asks for a file and saves the rows of the lower list to it, as saveRows does.
+    void mnuSaveAs_Click();
 
     desktop::TreeView& tvDB() { return *m_tvDB; }
     desktop::ListView& lvTblDef() { return *m_lvTblDef; }

@@ -4,6 +4,7 @@
 #include "compare/comparisonrun.h"
 #include "compare/markwords.h"
 #include "compare/resultcommands.h"
+#include "compare/resultsaving.h"
 #include "dbaccess/dbconnection.h"
 #include "icons/icons.h"
 #include "platform/desktop/listview.h"
@@ -37,6 +38,8 @@ frmCompareResult::frmCompareResult(AppState& state, std::function<void()> yield)
     setWindowTitle(QStringLiteral("Databases Comparison Result"));
     setMinimumSize(desktop::toPixels(SmallestSize), desktop::toPixels(SmallestSize));
     setFocusProxy(lvSystem1);
+    connect(m_commands, &ResultCommands::saveWanted, this,
+            [this](bool differencesOnly) { saveResult(m_run, differencesOnly); });
 }
 
 frmCompareResult::~frmCompareResult() {
@@ -110,7 +113,7 @@ void frmCompareResult::Form_Load() {
     run->run(*this, caption1, caption2);
     if (self.isNull()) return;
     status().setText(run->statusText());
-    m_commands->update();
+    m_commands->end();
 }
 
 void frmCompareResult::Form_Resize() {

@@ -59,6 +59,10 @@ void ResultCommands::addMenu() {
     mnuLinkScrolling->setCheckable(true);
     mnuLinkScrolling->setChecked(true);
     connect(mnuLinkScrolling, &QAction::toggled, this, [this] { linkSoon(activeSide(), true); });
+    mnuSaveAs = addCommand(QStringLiteral("mnuSaveAs"), QStringLiteral("Sav&e As..."), QKeySequence::Save);
+    mnuSaveAs->setEnabled(false);
+    connect(mnuSaveAs, &QAction::triggered, this,
+            [this] { Q_EMIT saveWanted(mnuDifferencesOnly->isChecked()); });
     auto* bar = new QAction(this);
     bar->setSeparator(true);
     m_actions.append(bar);
@@ -114,6 +118,11 @@ void ResultCommands::update() {
     for (ResultIndex& index : m_indexes)
         news = index.update() || news;
     if (news && mnuDifferencesOnly->isChecked()) showRows();
+}
+
+void ResultCommands::end() {
+    update();
+    mnuSaveAs->setEnabled(true);
 }
 
 void ResultCommands::showRows() {

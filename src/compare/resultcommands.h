@@ -28,6 +28,11 @@ class ResultCommands : public QObject {
 
     /// Takes in the rows that have come since.
     void update();
+    /// The comparison is over: its result can be saved.
+    void end();
+
+  Q_SIGNALS:
+    void saveWanted(bool differencesOnly);
 
   private:
     QAction* addCommand(const QString& name, const QString& text, const QKeySequence& key);
@@ -50,6 +55,7 @@ class ResultCommands : public QObject {
     QList<QAction*> m_actions;
     QAction* mnuDifferencesOnly;
     QAction* mnuLinkScrolling;
+    QAction* mnuSaveAs;
     QTimer* m_catchUp;
     struct {
         bool wanted = false;

@@ -12,7 +12,9 @@
 #include "platform/desktop/twips.h"
 #include "query/querytext.h"
 #include "shell/core/appstate.h"
+#include "shell/core/rowsaving.h"
 
+#include <QAction>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLabel>
@@ -104,6 +106,10 @@ void frmQuery::connectHandlers() {
         desktop::connectGuarded(button, &QPushButton::clicked, this,
                                 [this, handler](bool) { (this->*handler)(); });
     };
+    desktop::connectGuarded(mnuSaveAs, &QAction::triggered, this, [this] {
+        if (dgrResult->model()->columnCount() > 0)
+            saveRows(*dgrResult->model(), QStringLiteral("Query"), QStringLiteral("frmQuery"));
+    });
     onClick(cmdExecute, &frmQuery::cmdExecute_Click);
     onClick(cmdBack, &frmQuery::cmdBack_Click);
     onClick(cmdReset, &frmQuery::cmdReset_Click);

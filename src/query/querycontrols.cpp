@@ -206,6 +206,7 @@ QWidget* QueryControls::makeResultPage() {
         named(QStringLiteral("lblRecCount"), new QLabel(QStringLiteral("Number of rows returned: 0"), page));
     dgrResult->setAccessibleName(QStringLiteral("Result"));
     dgrResult->setRows(&Adodc1->rows());
+    mnuSaveAs = dgrResult->addSaveCommand();
     new desktop::Finder(page, {dgrResult});  // owned by the page
     auto* column = new QVBoxLayout(page);
     column->addWidget(dgrResult, 1);

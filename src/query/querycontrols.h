@@ -1,5 +1,6 @@
 #pragma once
 
+class QAction;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -31,6 +32,7 @@ struct QueryControls {
     QLineEdit* txtMaxRows = nullptr;
     QLineEdit* txtTimeout = nullptr;
     desktop::DataGrid* dgrResult = nullptr;
+    QAction* mnuSaveAs = nullptr;
     desktop::DataControl* Adodc1 = nullptr;
     QLabel* lblRecCount = nullptr;
     QPushButton* cmdExecute = nullptr;

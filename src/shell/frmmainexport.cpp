@@ -4,12 +4,12 @@
 #include "browse/frmdocument.h"
 #include "platform/desktop/filedialog.h"
 #include "platform/desktop/titlelabel.h"
+#include "shell/core/fileasking.h"
 #include "shell/frmmain.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QRegularExpression>
 
 namespace tw {
 
@@ -17,12 +17,8 @@ namespace {
 
 /// A file name after the table whose definition is shown.
 QString suggestedName(const frmDocument& document, const QString& what) {
-    constexpr qsizetype LongestName = 60;  // file systems count 255 bytes, of which a character may take 3
-    static const QRegularExpression unfit(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f])"));
     const QString title = document.panes().lblTitle(1).text();
-    QString table = title.sliced(title.indexOf(u':') + 1).trimmed().left(LongestName);
-    table.replace(unfit, QStringLiteral("_"));
-    return table + what + QStringLiteral(".txt");
+    return fileNameAfter(title.sliced(title.indexOf(u':') + 1).trimmed()) + what + QStringLiteral(".txt");
 }
 
 /// The name alone where there is no such folder: the dialog then begins where it likes.

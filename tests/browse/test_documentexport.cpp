@@ -1,9 +1,12 @@
 #include "browse/documentpanes.h"
 #include "desk.h"
+#include "platform/controls/listitems.h"
+#include "platform/desktop/listview.h"
 #include "platform/desktop/titlelabel.h"
 #include "support/answers.h"
 #include "support/table.h"
 
+#include <QAction>
 #include <QFile>
 #include <QTest>
 
@@ -92,6 +95,8 @@ class TestDocumentExport : public QObject {
     void reportsFailedWriting_data();
     void reportsFailedWriting();
     void reportsMissingPermission();
+    void savesRows_data();
+    void savesRows();
 };
 
 void TestDocumentExport::writes_data() {
@@ -216,6 +221,35 @@ void TestDocumentExport::reportsMissingPermission() {
 #else
     QSKIP("needs file modes");
 #endif
+}
+
+void TestDocumentExport::savesRows_data() {
+    const testsupport::Table<QString, QByteArray> row("file", "expected");
+    row("csv", "out.csv", "a,\"b,c\"\r\n<NULL>,\r\n,\"x\"\"y\nz\"\r\n");
+    row("json", "out.JSON", R"({"columns":["a","b,c"],"rows":[
+["<NULL>",null],
+["","x\"y\nz"]]}
+)");
+}
+
+/// A null is none of the texts that look like it.
+void TestDocumentExport::savesRows() {
+    QFETCH(const QString, file);
+    Answers answers;
+    Export it;
+    it.path = it.folder.filePath(file);
+    controls::ListItems& list = it.document->lvTblDataItems();
+    list.clearHeaders();
+    list.addHeader(QStringLiteral("a"));
+    list.addHeader(QStringLiteral("b,c"));
+    list.setMarker(list.addItem(u"<NULL>"), 1, u"<NULL>");
+    list.setSubItem(list.addItem(u""), 1, u"x\"y\nz");
+    list.notifyViews();
+    answers.saveAs(it.path);
+    for (QAction* action : it.document->lvTblData().actions())
+        if (action->text() == QStringLiteral("Sav&e As...")) action->trigger();
+    QCOMPARE(answers.takeSaveFile().suggestedName, QStringLiteral("Orders"));
+    QTEST(it.written(), "expected");
 }
 
 QTEST_MAIN(TestDocumentExport)

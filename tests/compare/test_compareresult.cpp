@@ -2,9 +2,13 @@
 #include "compare/comparison.h"
 #include "comparingframe.h"
 #include "platform/desktop/twips.h"
+#include "support/answers.h"
 #include "support/rowtexts.h"
 #include "support/table.h"
 
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTest>
@@ -74,6 +78,7 @@ class TestCompareResult : public QObject {
     void goesThroughDifferences();
     void linksLists_data();
     void linksLists();
+    void savesWhatIsShown();
     void queriesSystem1();
 
   private:
@@ -235,6 +240,36 @@ void TestCompareResult::showsDifferencesOnly() {
     QCOMPARE(list.selectedText().count(u'\n'), compared.shown(1).size());
     QTest::keyClick(&list, Qt::Key_D, Qt::ControlModifier);
     QCOMPARE(compared.shown(1), all);
+}
+
+void TestCompareResult::savesWhatIsShown() {
+    Compared compared(m_server);
+    desktop::ListView& list = listOf(compared.result, 1);
+    testsupport::Answers answers;
+    const QString path = compared.comparing.folder.filePath(QStringLiteral("result.json"));
+    const auto save = [&](const QString& to) {
+        answers.saveAs(to);
+        QTest::keyClick(&list, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(answers.takeSaveFile().suggestedName, QStringLiteral("Workshop and Workshop2"));
+    };
+    const auto saved = [&] {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                              : QJsonObject();
+    };
+    save(path);
+    QCOMPARE(saved().value(QStringLiteral("complete")), QJsonValue(true));
+    QCOMPARE(saved().value(QStringLiteral("unmatched")).toInt(), 69);
+    QTest::keyClick(&list, Qt::Key_D, Qt::ControlModifier);
+    save(path);  // which is there already, and not to be replaced
+    QVERIFY(answers.takeBox().text.startsWith(path));
+    QVERIFY(!saved().value(QStringLiteral("differencesOnly")).toBool());
+    answers.press(desktop::MsgBoxResult::Ok);
+    save(path);
+    answers.takeBox();
+    QVERIFY(saved().value(QStringLiteral("differencesOnly")).toBool());
+    save(QStringLiteral("/nowhere/x.csv"));
+    QVERIFY(answers.takeBox().text.contains(QStringLiteral("mnuSaveAs_Click of module frmCompareResult")));
 }
 
 void TestCompareResult::goesThroughDifferences() {

@@ -14,6 +14,7 @@ class TestQueryRunning : public QObject {
     void refusals();
     void runs_data();
     void runs();
+    void savesResult();
     void longStatementsAndTexts();
     void failures_data();
     void failures();
@@ -137,6 +138,22 @@ void TestQueryRunning::runs() {
     // Enter goes on, and does not press the button that happens to be next.
     QTest::keyClick(desk.window->focusWidget(), Qt::Key_Enter);
     QCOMPARE(desk.page(), 1);
+}
+
+void TestQueryRunning::savesResult() {
+    testsupport::Answers answers;
+    const QueryDesk desk(m_server.serverText());
+    compose(desk, QStringLiteral("SELECT TOP 1 1 AS n, NULL AS n, '' AS [a,b]"), Numbers);
+    desk.press("cmdExecute");
+    const QString path = desk.folder.filePath(QStringLiteral("rows.json"));
+    answers.saveAs(path);
+    for (QAction* action : desk.find<desktop::DataGrid>("dgrResult").actions())
+        if (action->shortcut() == QKeySequence::Save) action->trigger();
+    answers.takeSaveFile();
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(),
+             QByteArray("{\"columns\":[\"n\",\"n\",\"a,b\"],\"rows\":[\n[\"1\",null,\"\"]]}\n"));
 }
 
 void TestQueryRunning::longStatementsAndTexts() {

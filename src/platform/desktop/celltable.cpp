@@ -42,18 +42,23 @@ CellTable::CellTable(QWidget* parent) : QTableView(parent) {
     addCommands();
 }
 
+QAction* CellTable::addCommand(const QString& text, QKeySequence::StandardKey key) {
+    auto* action = new QAction(text, this);
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    addAction(action);
+    return action;
+}
+
 void CellTable::addCommands() {
-    const auto add = [this](const QString& text, QKeySequence::StandardKey key) {
-        auto* action = new QAction(text, this);
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::WidgetShortcut);
-        addAction(action);
-        return action;
-    };
-    connect(add(QStringLiteral("&Copy"), QKeySequence::Copy), &QAction::triggered, this,
+    connect(addCommand(QStringLiteral("&Copy"), QKeySequence::Copy), &QAction::triggered, this,
             &CellTable::copySelection);
-    connect(add(QStringLiteral("Select &All"), QKeySequence::SelectAll), &QAction::triggered, this,
+    connect(addCommand(QStringLiteral("Select &All"), QKeySequence::SelectAll), &QAction::triggered, this,
             &CellTable::selectAll);
+}
+
+QAction* CellTable::addSaveCommand() {
+    return addCommand(QStringLiteral("Sav&e As..."), QKeySequence::Save);
 }
 
 bool CellTable::event(QEvent* event) {

@@ -19,6 +19,9 @@ class CellTable : public QTableView {
     void setCopyLimit(qsizetype characters) { m_copyLimit = characters; }
     /// Puts the selection, if there is any, on the clipboard.
     void copySelection();
+    /// Adds the command that saves rows, last of the actions so far. What it does is up to whoever owns the
+    /// rows.
+    QAction* addSaveCommand();
 
   protected:
     /// How many rows the columns' widths are taken from.
@@ -39,6 +42,7 @@ class CellTable : public QTableView {
     void changeEvent(QEvent* event) override;
 
   private:
+    QAction* addCommand(const QString& text, QKeySequence::StandardKey key);
     void addCommands();
     int wantedWidth(int column) const;
     void fitRowHeight();
