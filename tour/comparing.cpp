@@ -197,7 +197,7 @@ void cancelOne(Place& place) {
                 chooseSystem(place, dialog, 1, QStringLiteral("Workshop"), {});
                 chooseSystem(place, dialog, 2, QStringLiteral("Workshop2"), {});
             },
-            {{10, [&](QDialog& progress) {
+            {{0, [&](QDialog& progress) {
                   stage.click(stage.find<QPushButton>(progress, QStringLiteral("cmdClose")));
               }}});
     stage.expectText(stage.find<QLabel>(*progressWindow(place), QStringLiteral("lblProgress")).text(),
