@@ -107,6 +107,7 @@ void Supervisor::work(Worker worker) {
     const QCoreApplication application(argc, nullptr);
     ReplyServer server(m_sessions.replies(), 0);
     ado::Connection idle;  // keeps the driver in memory, which otherwise comes and goes with each connection
+    idle.setConnectionTimeout(60);  // it is no session: on a busy machine it may take its time
     idle.Open(server.connectionString());
     const qsizetype usualThreads = threads() - server.lines();
     for (int played = 0; worker.next < m_count && played < SessionsOfAWorker; ++played) {
