@@ -6,7 +6,8 @@
 
 // Read by the sanitizers at the start. Nobody may have gigabytes from a server that says so.
 extern "C" const char* __asan_default_options() {
-    return "handle_abort=1:allocator_may_return_null=1:max_allocation_size_mb=2048:detect_leaks=0:quarantine_size_mb=16:"
+    return "handle_abort=1:allocator_may_return_null=1:max_allocation_size_mb=2048:detect_leaks=0:quarantine_"
+           "size_mb=16:"
            "stack_trace_format='    #%n %m %o %f %S'";
 }
 extern "C" const char* __ubsan_default_options() {
