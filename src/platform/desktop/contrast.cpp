@@ -32,7 +32,7 @@ QColor opaque(const QColor& color, const QColor& ground) {
 }  // namespace
 
 double contrastOf(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax(luminanceOf(one), luminanceOf(other));
+    const auto [darker, lighter] = std::minmax({luminanceOf(one), luminanceOf(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
